@@ -1,0 +1,31 @@
+#pragma once
+
+#include <chrono>
+#include <optional>
+#include <vector>
+
+#include "Platform/Path.h"
+
+namespace quarn {
+
+/// An application that runs. The process may have ended since.
+struct RunningApplication {
+  int processIdentifier = 0;
+  std::optional<Path> bundlePath;
+  bool operator==(const RunningApplication&) const = default;
+};
+
+class Applications {
+ public:
+  virtual ~Applications() = default;
+  virtual std::vector<RunningApplication> running() const = 0;
+  /// Asks politely; returns at once, and the application may refuse.
+  virtual void terminate(const RunningApplication& application) = 0;
+  /// Doesn't ask; returns before the application has ended.
+  virtual void forceTerminate(const RunningApplication& application) = 0;
+  /// Lets time pass while the list of running applications is kept current. On a Mac that list
+  /// stands still while a thread merely sleeps.
+  virtual void wait(std::chrono::milliseconds duration) = 0;
+};
+
+}  // namespace quarn

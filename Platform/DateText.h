@@ -1,0 +1,21 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "Platform/Clock.h"
+
+namespace quarn::DateText {
+
+/// "2026-01-31T09:05:00Z": UTC, whole seconds, the fraction cut off.
+std::string iso8601(Moment moment);
+/// Exactly the form of `iso8601`; nothing for any other text, a fraction of a second included, or for
+/// a day or time that doesn't exist.
+std::optional<Moment> parsingISO8601(std::string_view text);
+/// "2026-01-31-090500" in the local time zone; nothing for any other text.
+std::optional<Moment> parsingLocalDashed(std::string_view text);
+/// Whole seconds since 1970, truncated.
+long long secondsSince1970(Moment moment);
+
+}  // namespace quarn::DateText

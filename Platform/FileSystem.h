@@ -1,0 +1,124 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Platform/Path.h"
+#include "Platform/Result.h"
+
+namespace quarn {
+
+enum class FileKind {
+  regular,
+  directory,
+  symbolicLink,
+  socket,
+  blockDevice,
+  characterDevice,
+  unknown,  ///< everything else, a FIFO among it
+};
+
+/// Tells a folder from every other one while it exists.
+struct FileIdentity {
+  std::int32_t device = 0;
+  std::uint64_t inode = 0;
+  bool operator==(const FileIdentity&) const = default;
+};
+
+/// What an item itself is; a link is described, never its target. Sizes are bytes.
+struct FileAttributes {
+  FileKind kind = FileKind::unknown;
+  std::optional<std::int64_t> size;                ///< absent for a folder
+  std::optional<std::int64_t> totalAllocatedSize;  ///< all forks and metadata; absent where unknown
+  std::optional<std::int64_t> allocatedSize;       ///< the data fork; absent where unknown
+  std::int64_t blockBytes = 0;                     ///< `st_blocks` times 512
+  FileIdentity identity;
+  bool operator==(const FileAttributes&) const = default;
+};
+
+/// Which names a listing or a walk leaves out.
+enum class Hidden {
+  included,
+  skipped,     ///< what the system hides: dot names, and on a Mac the hidden flag too
+  skippedDots  ///< names that begin with "." and nothing else
+};
+
+enum class WalkStep { proceed, skipDescendants, stop };
+
+/// An item met on a walk. Valid only during the visit.
+class WalkItem {
+ public:
+  virtual ~WalkItem() = default;
+  /// Below the root, without a leading slash.
+  virtual std::string_view relativePath() const = 0;
+  /// As told by the folder that holds it; never follows a link.
+  virtual FileKind kind() const = 0;
+  /// Looked up when first asked for; fails when the item is gone.
+  virtual Result<FileAttributes> attributes() const = 0;
+};
+
+/// Who is called on a walk.
+class WalkVisitor {
+ public:
+  virtual ~WalkVisitor() = default;
+  virtual WalkStep visit(const WalkItem& item) = 0;
+  /// A folder (or the root) that can't be listed. `proceed` goes on with the rest, `stop` ends the walk.
+  virtual WalkStep failed(const Path& item, const PlatformError& error) = 0;
+};
+
+/// The file operations. Unless an operation says otherwise it doesn't follow a link that is the last
+/// component, makes no parent folders and replaces nothing. Failures carry `cocoaErrorDomain` and the
+/// sentences of the system.
+class FileSystem {
+ public:
+  virtual ~FileSystem() = default;
+
+  // Looking. Nothing here changes anything.
+
+  /// Follows links: a dangling link, an empty path or a parent that can't be searched give false.
+  virtual bool exists(const Path& path) const = 0;
+  /// Follows links: a link to a folder is one.
+  virtual bool isDirectory(const Path& path) const = 0;
+  /// The item itself. Missing: `fileReadNoSuchFile`.
+  virtual Result<FileAttributes> attributes(const Path& path) const = 0;
+  /// The stored text of a link. Not a link: `fileReadUnknown`. Missing: `fileReadNoSuchFile`.
+  virtual Result<std::string> readLink(const Path& path) const = 0;
+  /// Every link of the path resolved; the path unresolved if any component is missing. Standardized.
+  virtual Path resolvingLinks(const Path& path) const = 0;
+  /// Doubled slashes, "." and ".." removed. Links are resolved only when ".." occurs and the whole
+  /// path exists; otherwise the disk isn't asked.
+  virtual Path standardized(const Path& path) const = 0;
+  /// Names in one folder, in the order of the disk, without "." and "..". A path that is a link to a
+  /// folder fails with `fileReadUnknown`. Missing: `fileReadNoSuchFile`.
+  virtual Result<std::vector<std::string>> list(const Path& folder, Hidden hidden) const = 0;
+  /// Everything below `root`, each folder before its contents, in no promised order; the root itself
+  /// is not visited. Links are visited and never entered, a link as root is followed. A missing root
+  /// is told to `failed` once; a root that is no folder has nothing below it.
+  virtual void walk(const Path& root, Hidden hidden, WalkVisitor& visitor) const = 0;
+  /// All bytes of a file; follows links. Missing: `fileReadNoSuchFile`. A folder: `fileReadUnknown`.
+  virtual Result<std::string> read(const Path& file) const = 0;
+
+  // Changing.
+
+  /// Makes missing parents too. A folder (or a link to one) that exists already is success; a file
+  /// that stands there gives `fileWriteFileExists`.
+  virtual Result<void> createFolder(const Path& folder) = 0;
+  /// `target` is stored as it is. Anything at `link`, a dangling link too: `fileWriteFileExists`.
+  virtual Result<void> createLink(const Path& link, const std::string& target) = 0;
+  /// A folder goes with its contents, a link goes by itself. Stops at the first failure, with a part
+  /// removed; the error names `item`, whatever stood in the way below it.
+  virtual Result<void> remove(const Path& item) = 0;
+  /// A rename on one volume; elsewhere a copy, then removal of the source. A failed copy removes what
+  /// it made; a failed removal leaves both. Anything at `destination`, a dangling link too:
+  /// `fileWriteFileExists`. A link moves as a link.
+  virtual Result<void> move(const Path& source, const Path& destination) = 0;
+  /// The whole new content or the whole old one, never a part: a file beside it, then a rename. A link
+  /// at `file` is replaced by a file. Keeps the mode of what it replaces.
+  virtual Result<void> writeAtomically(const Path& file, std::string_view content) = 0;
+};
+
+}  // namespace quarn

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "Platform/Path.h"
+
+namespace quarn {
+
+class Places {
+ public:
+  virtual ~Places() = default;
+  /// The user's home folder.
+  virtual Path home() const = 0;
+  /// The home folder of a named user; absent for an unknown one.
+  virtual std::optional<Path> home(const std::string& user) const = 0;
+  virtual Path currentFolder() const = 0;
+};
+
+}  // namespace quarn

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <string>
+
+#include "Platform/LocalizedError.h"
+
+namespace quarn {
+
+/// A failure with a domain, a number within the domain and a sentence for people.
+/// Failures of the file system carry `cocoaErrorDomain` and the numbers that a Mac gives them.
+class PlatformError : public LocalizedError {
+ public:
+  PlatformError(std::string domain, int code, std::string description)
+      : domain(std::move(domain)), code(code), description(std::move(description)) {}
+
+  std::string localizedDescription() const override { return description; }
+
+  std::string domain;
+  int code;
+  std::string description;
+};
+
+inline constexpr const char* cocoaErrorDomain = "NSCocoaErrorDomain";
+
+/// The numbers of `cocoaErrorDomain` that the logic or the adapters name.
+namespace CocoaErrorCode {
+inline constexpr int fileNoSuchFile = 4;  ///< writing, removing, moving: nothing there
+inline constexpr int fileReadUnknown = 256;
+inline constexpr int fileReadNoPermission = 257;
+inline constexpr int fileReadInvalidFileName = 258;
+inline constexpr int fileReadNoSuchFile = 260;
+inline constexpr int fileReadInapplicableStringEncoding = 261;
+inline constexpr int fileReadTooLarge = 263;
+inline constexpr int fileWriteUnknown = 512;
+inline constexpr int fileWriteNoPermission = 513;
+inline constexpr int fileWriteInvalidFileName = 514;
+inline constexpr int fileWriteFileExists = 516;
+inline constexpr int fileWriteOutOfSpace = 640;
+inline constexpr int fileWriteVolumeReadOnly = 642;
+inline constexpr int featureUnsupported = 3328;  ///< the Trash of a volume that has none
+}  // namespace CocoaErrorCode
+
+}  // namespace quarn
