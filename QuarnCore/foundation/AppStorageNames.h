@@ -1,0 +1,37 @@
+#pragma once
+
+#include <array>
+#include <string_view>
+
+#include "Platform/Path.h"
+#include "Platform/Places.h"
+
+/// Every folder name of the storage layout. No operation asks the disk.
+namespace quarn::AppStorageNames {
+
+inline constexpr std::string_view externalRoot = "ExternalQuarn";
+inline constexpr std::string_view apps = "Apps";
+inline constexpr std::string_view data = "Data";
+inline constexpr std::string_view folders = "Folders";                ///< reserved
+inline constexpr std::string_view installerCache = "InstallerCache";  ///< reserved
+/// A sibling of the root on the drive, not a child.
+inline constexpr std::string_view backupsRoot = "QuarnBackups";
+inline constexpr std::string_view installerSessions = "InstallerSessions";
+inline constexpr std::string_view installerOptions = "InstallerOptions";
+inline constexpr std::string_view uninstallSessions = "UninstallSessions";
+/// Former names of the root folder.
+inline constexpr std::array<std::string_view, 1> legacyExternalRoots = {"Quarn"};
+
+/// On a drive, given its mount path.
+Path externalRootPath(const Path& drive);
+Path appsRoot(const Path& drive);
+Path dataRoot(const Path& drive);
+Path foldersRoot(const Path& drive);
+
+/// In the user's home.
+Path supportRoot(const Places& places);
+Path sessionRoot(const Places& places);
+Path userInstallerOptionsRoot(const Places& places);
+Path uninstallSessionRoot(const Places& places);
+
+}  // namespace quarn::AppStorageNames

@@ -1,0 +1,93 @@
+#include "QuarnCore/foundation/CommandRunner.h"
+
+#include <mutex>
+#include <thread>
+
+#include "Platform/Text.h"
+
+namespace quarn::CommandRunner {
+namespace {
+
+using namespace std::chrono_literals;
+using SteadyTime = std::chrono::steady_clock::time_point;
+
+constexpr auto pollInterval = 50ms;
+constexpr auto graceBeforeKill = 2s;
+
+/// Filled by the reader while the caller waits.
+class ConcurrentBuffer {
+ public:
+  void append(std::string_view bytes) {
+    std::lock_guard guard(lock_);
+    data_.append(bytes);
+  }
+  /// One bad byte empties the whole stream: half a text could be taken for the truth.
+  std::string text() {
+    std::lock_guard guard(lock_);
+    return Text::isUTF8(data_) ? data_ : std::string();
+  }
+
+ private:
+  std::mutex lock_;
+  std::string data_;
+};
+
+/// Reads both streams beside the waiting, so that a tool that writes much never blocks on a full pipe.
+class Reader {
+ public:
+  explicit Reader(Child& child)
+      : thread_([this, &child] {
+          child.readToEnd([this](std::string_view bytes) { output.append(bytes); },
+                          [this](std::string_view bytes) { error.append(bytes); });
+        }) {}
+  ~Reader() { waitForEnd(); }
+  Reader(const Reader&) = delete;
+  Reader& operator=(const Reader&) = delete;
+
+  void waitForEnd() {
+    if (thread_.joinable()) thread_.join();
+  }
+
+  ConcurrentBuffer output;
+  ConcurrentBuffer error;
+
+ private:
+  std::thread thread_;
+};
+
+/// False if the tool still runs at the deadline.
+bool endsBefore(SteadyTime deadline, Platform& platform, Child& child) {
+  while (child.isRunning() && platform.clock.steadyNow() < deadline) platform.clock.sleep(pollInterval);
+  return !child.isRunning();
+}
+
+SteadyTime afterSeconds(double seconds, Platform& platform) {
+  const auto length =
+      std::chrono::duration_cast<std::chrono::steady_clock::duration>(std::chrono::duration<double>(seconds));
+  return platform.clock.steadyNow() + length;
+}
+
+/// True if the tool had to be ended.
+bool endAtTimeout(double timeout, Platform& platform, Child& child) {
+  if (endsBefore(afterSeconds(timeout, platform), platform, child)) return false;
+  child.terminate();
+  if (!endsBefore(platform.clock.steadyNow() + graceBeforeKill, platform, child)) child.kill();
+  return true;
+}
+
+}  // namespace
+
+CommandResult run(Platform& platform, const std::string& executable,
+                  const std::vector<std::string>& arguments, std::optional<double> timeout) {
+  auto started = platform.processes.start(Path(executable), arguments, OutputStreams::separate);
+  if (!started) return {.status = notStarted, .standardError = started.error().description};
+  const std::unique_ptr<Child> child = *std::move(started);
+
+  Reader reader(*child);
+  const bool timedOut = timeout && endAtTimeout(*timeout, platform, *child);
+  const int status = child->waitForExit();
+  reader.waitForEnd();
+  return {status, reader.output.text(), reader.error.text(), timedOut};
+}
+
+}  // namespace quarn::CommandRunner

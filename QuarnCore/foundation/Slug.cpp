@@ -1,0 +1,21 @@
+#include "QuarnCore/foundation/Slug.h"
+
+#include "Platform/Path.h"
+#include "Platform/Text.h"
+
+namespace quarn::Slug {
+namespace {
+
+std::string chosenName(const AppIdentity& identity) {
+  if (identity.executableName && !identity.executableName->empty()) return *identity.executableName;
+  const std::string bundleName = Path(identity.bundlePath).nameWithoutExtension();
+  return bundleName.empty() ? identity.displayName : bundleName;
+}
+
+}  // namespace
+
+std::string derive(const AppIdentity& identity) {
+  return Text::lowercased(chosenName(identity));
+}
+
+}  // namespace quarn::Slug
