@@ -1,0 +1,54 @@
+#include "QuarnCore/discovery/AssociatedDataPaths.h"
+
+#include "QuarnCore/discovery/CuratedDomains.h"
+#include "QuarnCore/discovery/LibraryDataPaths.h"
+#include "QuarnCore/discovery/SlugDataPaths.h"
+#include "QuarnCore/discovery/SupplementalInstall.h"
+#include "QuarnCore/foundation/Slug.h"
+
+namespace quarn {
+namespace {
+
+void append(std::vector<Path>& list, const std::vector<Path>& more) {
+  list.insert(list.end(), more.begin(), more.end());
+}
+
+std::vector<Path> libraryPaths(const Path& home, const AppIdentity& identity, bool isSupplemental) {
+  std::vector<Path> paths = LibraryDataPaths::byBundleId(home, identity.bundleIdentifier);
+  append(paths, isSupplemental ? LibraryDataPaths::supplemental(home, identity.displayName)
+                               : LibraryDataPaths::byDisplayName(home, identity.displayName));
+  append(paths, LibraryDataPaths::systemByBundleId(identity.bundleIdentifier));
+  if (!isSupplemental) append(paths, LibraryDataPaths::systemByDisplayName(identity.displayName));
+  return paths;
+}
+
+std::vector<Path> curatedPaths(const AppIdentity& identity) {
+  std::vector<Path> paths;
+  if (const auto curated = CuratedDomains::entry(identity.bundleIdentifier)) {
+    for (const std::string& path : curated->extraPaths) paths.emplace_back(path);
+  }
+  return paths;
+}
+
+}  // namespace
+
+std::vector<Path> ExistingPaths::filter(Platform& platform, const std::vector<Path>& paths) {
+  std::vector<Path> existing;
+  for (const Path& path : paths) {
+    if (platform.files.exists(path)) existing.push_back(path);
+  }
+  return existing;
+}
+
+std::vector<Path> AssociatedDataPaths::locate(Platform& platform, const AppIdentity& identity) {
+  const Path home = platform.places.home();
+  const bool isSupplemental = SupplementalInstall::matches(platform.places, identity.bundlePath);
+  std::vector<Path> paths = libraryPaths(home, identity, isSupplemental);
+  append(paths, curatedPaths(identity));
+  if (SlugDataEligibility::includesDotfileAndNodeCaches(identity)) {
+    append(paths, SlugDataPaths::all(home, Slug::derive(identity)));
+  }
+  return ExistingPaths::filter(platform, paths);
+}
+
+}  // namespace quarn

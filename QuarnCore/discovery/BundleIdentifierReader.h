@@ -1,0 +1,13 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "Platform/Platform.h"
+
+namespace quarn::BundleIdentifierReader {
+
+/// `CFBundleIdentifier` of a bundle, if it has one.
+std::optional<std::string> read(Platform& platform, const Path& bundle);
+
+}  // namespace quarn::BundleIdentifierReader

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <vector>
+
+#include "Platform/Platform.h"
+#include "QuarnCore/discovery/DriveInfo.h"
+
+namespace quarn::DriveScanner {
+
+/// The browsable volumes: internal ones first, then by name. What can't be read is left out.
+std::vector<DriveInfo> scan(Platform& platform);
+
+}  // namespace quarn::DriveScanner

@@ -1,0 +1,75 @@
+#include "QuarnCore/discovery/InstallsDB.h"
+
+#include "Platform/Database.h"
+
+namespace quarn::InstallsDB {
+namespace {
+
+std::optional<Database> open(Platform& platform, const Path& database) {
+  if (!isAvailable(platform, database)) return std::nullopt;
+  return Database::open(database, Database::Access::reading);
+}
+
+std::optional<Entry> entryOfRow(const Statement& row) {
+  const auto installId = row.text(0);
+  const auto appName = row.text(1);
+  if (!installId || !appName) return std::nullopt;
+  return Entry{.installId = *installId,
+               .appName = *appName,
+               .bundleId = row.text(2),
+               .version = row.text(3),
+               .installType = row.text(4).value_or(""),
+               .confidence = row.text(5).value_or(""),
+               .installedAt = row.text(6).value_or("")};
+}
+
+/// The newest live install whose `column` has the value.
+std::optional<Entry> newestEntry(Platform& platform, const std::string& column, const std::string& value,
+                                 const Path& path) {
+  auto database = open(platform, path);
+  if (!database) return std::nullopt;
+  auto statement = database->prepare(
+      "SELECT install_id, app_name, bundle_id, version, install_type, confidence, installed_at\n"
+      "FROM installs\n"
+      "WHERE " +
+      column +
+      " = ? AND uninstalled_at IS NULL\n"
+      "ORDER BY installed_at DESC LIMIT 1;");
+  if (!statement) return std::nullopt;
+  statement->bind(1, value);
+  if (statement->step() != Statement::Step::row) return std::nullopt;
+  return entryOfRow(*statement);
+}
+
+}  // namespace
+
+Path defaultPath(const Places& places) {
+  return places.home().appending(".claude/tools/setup-ledger/db/installs.db");
+}
+
+bool isAvailable(Platform& platform, const Path& database) {
+  return platform.files.exists(database);
+}
+
+std::optional<Entry> entryForBundleId(Platform& platform, const std::string& bundleId, const Path& database) {
+  return newestEntry(platform, "bundle_id", bundleId, database);
+}
+
+std::optional<Entry> entryForAppName(Platform& platform, const std::string& appName, const Path& database) {
+  return newestEntry(platform, "app_name", appName, database);
+}
+
+std::vector<std::string> trackedFiles(Platform& platform, const std::string& installId, const Path& path) {
+  std::vector<std::string> files;
+  auto database = open(platform, path);
+  if (!database) return files;
+  auto statement = database->prepare("SELECT file_path FROM tracked_files WHERE install_id = ?;");
+  if (!statement) return files;
+  statement->bind(1, installId);
+  while (statement->step() == Statement::Step::row) {
+    if (auto file = statement->text(0)) files.push_back(*std::move(file));
+  }
+  return files;
+}
+
+}  // namespace quarn::InstallsDB

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Platform/Places.h"
+#include "Platform/Platform.h"
+
+/// The installs database of `setup-ledger`, in which this tool is a guest: optional, never created, and
+/// silent in every failure. This is the reading side.
+namespace quarn::InstallsDB {
+
+/// A live row of the table `installs`.
+struct Entry {
+  std::string installId;
+  std::string appName;
+  std::optional<std::string> bundleId;
+  std::optional<std::string> version;
+  std::string installType;  ///< empty for NULL, as are the next two
+  std::string confidence;
+  std::string installedAt;
+  bool operator==(const Entry&) const = default;
+};
+
+Path defaultPath(const Places& places);
+
+bool isAvailable(Platform& platform, const Path& database);
+/// The newest install that has not been uninstalled.
+std::optional<Entry> entryForBundleId(Platform& platform, const std::string& bundleId, const Path& database);
+std::optional<Entry> entryForAppName(Platform& platform, const std::string& appName, const Path& database);
+/// In the order of the rows; empty if the database or the table can't be read.
+std::vector<std::string> trackedFiles(Platform& platform, const std::string& installId, const Path& database);
+
+}  // namespace quarn::InstallsDB

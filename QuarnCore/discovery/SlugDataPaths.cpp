@@ -1,0 +1,57 @@
+#include "QuarnCore/discovery/SlugDataPaths.h"
+
+#include "Platform/Text.h"
+#include "QuarnCore/discovery/CuratedDomains.h"
+
+namespace quarn {
+namespace {
+
+std::vector<Path> below(const Path& folder, const std::vector<std::string>& names) {
+  std::vector<Path> paths;
+  for (const std::string& name : names) paths.push_back(folder.appending(name));
+  return paths;
+}
+
+}  // namespace
+
+namespace DotfileEntries {
+
+std::vector<std::string> relativeNames(const std::string& slug) {
+  const std::string name = "." + slug;
+  return {name, name + ".json", name + ".json.backup", name + "rc", name + ".log"};
+}
+
+std::vector<Path> urls(const Path& home, const std::string& slug) {
+  return below(home, relativeNames(slug));
+}
+
+}  // namespace DotfileEntries
+
+namespace NodeCliCacheEntries {
+
+std::vector<std::string> folderNames(const std::string& slug) {
+  return {slug + "-cli-nodejs", slug + "-cli", slug + "-nodejs"};
+}
+
+std::vector<Path> urls(const Path& home, const std::string& slug) {
+  return below(home.appending("Library/Caches"), folderNames(slug));
+}
+
+}  // namespace NodeCliCacheEntries
+
+std::vector<Path> SlugDataPaths::all(const Path& home, const std::string& slug) {
+  std::vector<Path> paths = DotfileEntries::urls(home, slug);
+  for (const Path& path : NodeCliCacheEntries::urls(home, slug)) paths.push_back(path);
+  return paths;
+}
+
+bool SlugDataEligibility::includesDotfileAndNodeCaches(const AppIdentity& identity) {
+  if (!identity.bundleIdentifier) return true;
+  const auto curated = CuratedDomains::entry(identity.bundleIdentifier);
+  if (curated && curated->excludesDotfileAndNodeCaches) return false;
+  const std::string identifier = Text::lowercased(*identity.bundleIdentifier);
+  return identifier.find("url-handler") == std::string::npos &&
+         identifier.find("urlhandler") == std::string::npos;
+}
+
+}  // namespace quarn

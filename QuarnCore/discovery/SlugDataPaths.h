@@ -1,0 +1,33 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "Platform/Path.h"
+#include "QuarnCore/foundation/AppIdentity.h"
+
+namespace quarn {
+
+/// Files and folders that a command-line tool leaves in the home folder under its slug.
+namespace DotfileEntries {
+std::vector<std::string> relativeNames(const std::string& slug);
+std::vector<Path> urls(const Path& home, const std::string& slug);
+}  // namespace DotfileEntries
+
+/// Cache folders of command-line tools that run on Node.
+namespace NodeCliCacheEntries {
+std::vector<std::string> folderNames(const std::string& slug);
+std::vector<Path> urls(const Path& home, const std::string& slug);
+}  // namespace NodeCliCacheEntries
+
+namespace SlugDataPaths {
+/// The dotfiles, then the node caches; nothing is tested for existence.
+std::vector<Path> all(const Path& home, const std::string& slug);
+}  // namespace SlugDataPaths
+
+namespace SlugDataEligibility {
+/// False where the data under the slug belongs to another program of the same name.
+bool includesDotfileAndNodeCaches(const AppIdentity& identity);
+}  // namespace SlugDataEligibility
+
+}  // namespace quarn
