@@ -2,14 +2,15 @@
 
 #include "Platform/Text.h"
 #include "QuarnCore/discovery/CuratedDomains.h"
+#include "QuarnCore/discovery/OwnItem.h"
 
 namespace quarn {
 namespace {
 
 std::vector<Path> below(const Path& folder, const std::vector<std::string>& names) {
-  std::vector<Path> paths;
-  for (const std::string& name : names) paths.push_back(folder.appending(name));
-  return paths;
+  std::vector<OwnItem> items;
+  for (const std::string& name : names) items.push_back({folder, name});
+  return OwnItems::paths(items);
 }
 
 }  // namespace

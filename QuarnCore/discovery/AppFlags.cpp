@@ -1,0 +1,27 @@
+#include "QuarnCore/discovery/AppFlags.h"
+
+namespace quarn::AppFlags {
+namespace {
+
+/// By way of the resolved path, since a bundle that has been moved is a link.
+bool hasContents(Platform& platform, const Path& folder) {
+  return !platform.files.list(platform.files.resolvingLinks(folder), Hidden::included).valueOr({}).empty();
+}
+
+}  // namespace
+
+bool isMacAppStore(Platform& platform, const Path& bundle) {
+  return platform.files.exists(bundle.appending("Contents/_MASReceipt/receipt"));
+}
+
+bool hasLoginItems(Platform& platform, const Path& bundle) {
+  return hasContents(platform, bundle.appending("Contents/Library/LoginItems"));
+}
+
+bool hasSystemExtension(Platform& platform, const Path& bundle) {
+  const Path library = bundle.appending("Contents/Library");
+  return hasContents(platform, library.appending("SystemExtensions")) ||
+         hasContents(platform, library.appending("Extensions"));
+}
+
+}  // namespace quarn::AppFlags

@@ -1,0 +1,115 @@
+#include "QuarnCore/discovery/AppScanner.h"
+
+#include <algorithm>
+#include <map>
+
+#include "Platform/Text.h"
+#include "QuarnCore/discovery/AppBundleEnumerator.h"
+#include "QuarnCore/discovery/AppBundleScanRoots.h"
+#include "QuarnCore/discovery/AppFlags.h"
+#include "QuarnCore/discovery/DataLocator.h"
+#include "QuarnCore/discovery/InfoPlist.h"
+#include "QuarnCore/discovery/LauncherShim.h"
+#include "QuarnCore/foundation/SizingService.h"
+
+namespace quarn::AppScanner {
+namespace {
+
+std::string displayName(const InfoPlist::Texts& texts, const Path& bundle) {
+  for (const char* key : {"CFBundleDisplayName", "CFBundleName"}) {
+    const std::string name = InfoPlist::value(texts, key).value_or("");
+    if (!name.empty()) return name;
+  }
+  return bundle.nameWithoutExtension();
+}
+
+bool isLink(Platform& platform, const Path& item) {
+  const auto attributes = platform.files.attributes(item);
+  return attributes && attributes->kind == FileKind::symbolicLink;
+}
+
+/// By path, so that the order of the disk never shows in a list with equal names.
+std::map<std::string, AppEntry> entriesByPath(Platform& platform) {
+  std::map<std::string, AppEntry> entries;
+  for (const Path& root : scanRoots(platform)) {
+    std::vector<Path> bundles;
+    AppBundleEnumerator::walk(platform, root, 0, AppBundleEnumerator::defaultMaxDepth, bundles);
+    for (const Path& bundle : bundles) {
+      if (auto entry = metadataEntry(platform, bundle)) {
+        entries.insert_or_assign(Text::canonical(bundle.text()), *std::move(entry));
+      }
+    }
+  }
+  return entries;
+}
+
+AppEntry describe(Platform& platform, const Path& bundle, const std::optional<Path>& target) {
+  const auto texts = InfoPlist::read(platform, target.value_or(bundle)).value_or(InfoPlist::Texts{});
+  AppEntry entry;
+  entry.bundlePath = bundle;
+  entry.bundleIdentifier = InfoPlist::value(texts, "CFBundleIdentifier");
+  entry.id = entry.bundleIdentifier.value_or(bundle.text());
+  entry.name = displayName(texts, bundle);
+  entry.version = InfoPlist::value(texts, "CFBundleShortVersionString");
+  entry.isAlreadySymlinked = target || isSymbolicLinkOrInsideOne(platform, bundle);
+  entry.dataPaths = DataLocator::locate(platform, entry.bundleIdentifier, entry.name, bundle,
+                                        InfoPlist::value(texts, "CFBundleExecutable"));
+  entry.isMacAppStore = AppFlags::isMacAppStore(platform, bundle);
+  entry.hasLoginItems = AppFlags::hasLoginItems(platform, bundle);
+  entry.hasSystemExtension = AppFlags::hasSystemExtension(platform, bundle);
+  return entry;
+}
+
+}  // namespace
+
+std::vector<Path> scanRoots(Platform& platform) {
+  return AppBundleScanRoots::standardApplicationRoots(platform, false);
+}
+
+std::vector<AppEntry> discoverMetadata(Platform& platform) {
+  std::vector<AppEntry> entries;
+  for (auto& [path, entry] : entriesByPath(platform)) entries.push_back(std::move(entry));
+  std::stable_sort(entries.begin(), entries.end(), [](const AppEntry& a, const AppEntry& b) {
+    return Text::localizedCaseInsensitiveCompare(a.name, b.name) < 0;
+  });
+  return entries;
+}
+
+std::optional<AppEntry> metadataEntry(Platform& platform, const Path& bundle) {
+  if (!LauncherShim::isExternalAppLauncher(platform, bundle)) {
+    return describe(platform, bundle, std::nullopt);
+  }
+  const auto target = launcherShimTarget(platform, bundle);
+  if (!target) return std::nullopt;
+  return describe(platform, bundle, target);
+}
+
+AppEntry computeSizes(Platform& platform, const AppEntry& entry) {
+  AppEntry sized = entry;
+  sized.appSize = SizingService::measure(platform, entry.bundlePath);
+  sized.dataPathSizes.clear();
+  sized.dataSize = 0;
+  for (const Path& path : entry.dataPaths) {
+    sized.dataPathSizes.push_back({path, SizingService::measure(platform, path)});
+    sized.dataSize += sized.dataPathSizes.back().size;
+  }
+  return sized;
+}
+
+std::optional<Path> launcherShimTarget(Platform& platform, const Path& bundle) {
+  return LauncherShim::target(platform, bundle);
+}
+
+bool isSymbolicLinkOrInsideOne(Platform& platform, const Path& item) {
+  const std::string root = platform.files.standardized(Path("/Applications")).text();
+  Path current = platform.files.standardized(item);
+  while (Text::hasPrefix(current.text(), root)) {
+    if (isLink(platform, current)) return true;
+    const Path parent = current.parent();
+    if (parent == current) return false;
+    current = parent;
+  }
+  return false;
+}
+
+}  // namespace quarn::AppScanner

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "Platform/Platform.h"
+#include "QuarnCore/discovery/AppEntry.h"
+
+/// Finds the installed applications and describes each. Finding is cheap; measuring is a step of its
+/// own. Never throws: an unreadable bundle is named after its file, a folder that can't be listed is
+/// passed over.
+namespace quarn::AppScanner {
+
+std::vector<Path> scanRoots(Platform& platform);
+
+/// Every application of the scan roots, sorted by name as a person's list is; without sizes.
+std::vector<AppEntry> discoverMetadata(Platform& platform);
+
+/// Nothing for a launcher whose target is gone.
+std::optional<AppEntry> metadataEntry(Platform& platform, const Path& bundle);
+
+/// A copy with the sizes of the bundle and of each data path, links at the top resolved.
+AppEntry computeSizes(Platform& platform, const AppEntry& entry);
+
+/// Where a launcher leads; nothing if the bundle is none or its target is gone.
+std::optional<Path> launcherShimTarget(Platform& platform, const Path& bundle);
+
+/// Looks only below the shared applications folder; anything elsewhere is neither.
+bool isSymbolicLinkOrInsideOne(Platform& platform, const Path& item);
+
+}  // namespace quarn::AppScanner

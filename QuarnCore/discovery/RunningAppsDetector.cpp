@@ -1,0 +1,93 @@
+#include "QuarnCore/discovery/RunningAppsDetector.h"
+
+#include <algorithm>
+
+#include "Platform/RegularExpression.h"
+#include "Platform/Text.h"
+#include "QuarnCore/discovery/ProcessList.h"
+
+namespace quarn::RunningAppsDetector {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto pollInterval = 200ms;
+constexpr double secondsAfterForce = 3.0;
+
+/// The shortest path up to an ".app" that ends there or leads on into the bundle, so that a helper
+/// inside names its outer bundle. Blanks belong to the path.
+constexpr const char* bundlePattern = "(/[^\"\\n]+?\\.app)(?:/Contents/|\\s|$)";
+
+bool leavesWithin(double seconds, Platform& platform, const Path& bundle) {
+  const auto length =
+      std::chrono::duration_cast<std::chrono::steady_clock::duration>(std::chrono::duration<double>(seconds));
+  const auto deadline = platform.clock.steadyNow() + length;
+  while (platform.clock.steadyNow() < deadline) {
+    platform.applications.wait(pollInterval);
+    if (runningInstances(platform, bundle).empty()) return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+void BundlePaths::insert(const Path& standardized) {
+  paths_.insert(Text::canonical(standardized.text()));
+}
+
+bool BundlePaths::contains(const Path& standardized) const {
+  return paths_.contains(Text::canonical(standardized.text()));
+}
+
+BundlePaths bundlePaths(Platform& platform) {
+  BundlePaths paths;
+  for (const RunningApplication& application : platform.applications.running()) {
+    if (application.bundlePath) paths.insert(platform.files.standardized(*application.bundlePath));
+  }
+  const RegularExpression bundleInLine(bundlePattern);
+  for (const std::string& line : ProcessList::lines(platform)) {
+    for (const std::string& path : bundleInLine.captures(line, 1)) {
+      paths.insert(platform.files.standardized(Path(path)));
+    }
+  }
+  return paths;
+}
+
+bool isRunning(Platform& platform, const Path& bundle) {
+  return bundlePaths(platform).contains(platform.files.standardized(bundle));
+}
+
+std::vector<RunningApplication> runningInstances(Platform& platform, const Path& bundle) {
+  const Path wanted = platform.files.standardized(bundle);
+  std::vector<RunningApplication> instances;
+  for (const RunningApplication& application : platform.applications.running()) {
+    if (!application.bundlePath) continue;
+    const Path path = platform.files.standardized(*application.bundlePath);
+    if (Text::equal(path.text(), wanted.text())) instances.push_back(application);
+  }
+  return instances;
+}
+
+bool quit(Platform& platform, const Path& bundle, bool force, double timeout) {
+  const auto instances = runningInstances(platform, bundle);
+  if (instances.empty()) return true;
+  for (const RunningApplication& instance : instances) platform.applications.terminate(instance);
+  if (leavesWithin(timeout, platform, bundle)) return true;
+  if (force) {
+    for (const RunningApplication& instance : runningInstances(platform, bundle)) {
+      platform.applications.forceTerminate(instance);
+    }
+    if (leavesWithin(secondsAfterForce, platform, bundle)) return true;
+  }
+  return runningInstances(platform, bundle).empty();
+}
+
+bool containsProcess(Platform& platform, const std::string& name) {
+  const std::string wanted = Text::lowercased(name);
+  const auto lines = ProcessList::lines(platform);
+  return std::any_of(lines.begin(), lines.end(), [&wanted](const std::string& line) {
+    return Text::lowercased(line).find(wanted) != std::string::npos;
+  });
+}
+
+}  // namespace quarn::RunningAppsDetector
