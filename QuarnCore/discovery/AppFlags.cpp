@@ -3,7 +3,7 @@
 namespace quarn::AppFlags {
 namespace {
 
-/// By way of the resolved path, since a bundle that has been moved is a link.
+/// A folder that is a link counts by what it leads to.
 bool hasContents(Platform& platform, const Path& folder) {
   return !platform.files.list(platform.files.resolvingLinks(folder), Hidden::included).valueOr({}).empty();
 }

@@ -1,0 +1,58 @@
+#include "QuarnCore/move/FileCopier.h"
+
+#include <optional>
+
+#include "Platform/RepeatingTimer.h"
+#include "Platform/Text.h"
+#include "QuarnCore/foundation/MoverStasher.h"
+#include "QuarnCore/foundation/SizeCalculator.h"
+#include "QuarnCore/move/MoverError.h"
+
+namespace quarn::FileCopier {
+namespace {
+
+constexpr auto pollInterval = std::chrono::milliseconds(500);
+
+PlatformError failure(int status, const std::string& standardError) {
+  std::string detail =
+      Text::isUTF8(standardError) ? Text::trimmingBlanksAndNewlines(standardError) : std::string();
+  if (detail.empty()) detail = "exit " + std::to_string(status);
+  return {"FileCopier", status, "ditto failed: " + detail};
+}
+
+void runDitto(Platform& platform, const Path& from, const Path& to) {
+  const auto child =
+      platform.processes
+          .start(Path("/usr/bin/ditto"), {"--rsrc", from.text(), to.text()}, OutputStreams::separate)
+          .orThrow();
+  const OutputSink ignore = [](std::string_view) {};
+  std::string error;
+  const OutputSink keep = [&error](std::string_view bytes) { error.append(bytes); };
+  // Read while it runs, so that many messages never fill a pipe and stop the copy for good.
+  child->readUntilExit(ignore, keep);
+  const int status = child->waitForExit();
+  if (status == 0) return;
+  child->readToEnd(ignore, keep);
+  throw failure(status, error);
+}
+
+}  // namespace
+
+void copy(Platform& platform, const Path& from, const Path& to, std::int64_t totalBytes,
+          const ProgressCallback& progress) {
+  std::optional<RepeatingTimer> timer;
+  if (progress) {
+    timer.emplace(pollInterval, [&] { progress(SizeCalculator::size(platform, to), totalBytes); });
+  }
+  try {
+    runDitto(platform, from, to);
+  } catch (const PlatformError& error) {
+    MoverStasher::stash(platform, to);
+    throw MoverError::copyFailed(error.localizedDescription());
+  }
+  if (!progress) return;
+  progress(totalBytes, totalBytes);
+  timer->cancel();
+}
+
+}  // namespace quarn::FileCopier

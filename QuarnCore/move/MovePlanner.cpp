@@ -1,0 +1,105 @@
+#include "QuarnCore/move/MovePlanner.h"
+
+#include <algorithm>
+#include <set>
+
+#include "Platform/Text.h"
+#include "Platform/UUID.h"
+#include "QuarnCore/discovery/AppBundleScanRoots.h"
+#include "QuarnCore/foundation/AppStorageNames.h"
+#include "QuarnCore/foundation/SizingService.h"
+#include "QuarnCore/move/MoveDestination.h"
+
+namespace quarn::MovePlanner {
+namespace {
+
+bool isLink(Platform& platform, const Path& item) {
+  const auto attributes = platform.files.attributes(item);
+  return attributes && attributes->kind == FileKind::symbolicLink;
+}
+
+std::vector<std::string> climbingStops(Platform& platform) {
+  std::vector<std::string> stops;
+  for (const Path& root : AppBundleScanRoots::standardApplicationRoots(platform, false)) {
+    stops.push_back(platform.files.standardized(root).text());
+  }
+  return stops;
+}
+
+bool isLinkOrInsideOne(Platform& platform, const Path& item) {
+  const auto stops = climbingStops(platform);
+  Path current = platform.files.standardized(item);
+  while (true) {
+    if (isLink(platform, current)) return true;
+    const bool isStop = std::any_of(stops.begin(), stops.end(), [&current](const std::string& stop) {
+      return Text::equal(stop, current.text());
+    });
+    if (isStop || current.parent() == current) return false;
+    current = current.parent();
+  }
+}
+
+MoveJob job(std::string label, const Path& source, const Path& destination, std::int64_t bytes) {
+  return {.id = UUID::make(),
+          .label = std::move(label),
+          .source = source,
+          .destination = destination,
+          .status = {},
+          .bytesTotal = bytes,
+          .bytesCopied = 0};
+}
+
+void appendBundleJob(Platform& platform, const AppEntry& entry, const DriveInfo& drive,
+                     std::vector<MoveJob>& jobs) {
+  if (!shouldMove(platform, entry.bundlePath)) return;
+  const Path destination =
+      AppStorageNames::appsRoot(drive.mountPath).appending(entry.bundlePath.lastComponent());
+  jobs.push_back(job(entry.name, entry.bundlePath, destination, entry.appSize));
+}
+
+void appendDataJobs(Platform& platform, const AppEntry& entry, const DriveInfo& drive,
+                    std::vector<MoveJob>& jobs) {
+  const Path dataRoot = AppStorageNames::dataRoot(drive.mountPath);
+  std::set<std::string> seen;
+  for (const Path& path : entry.dataPaths) {
+    if (!shouldMove(platform, path) || !seen.insert(Text::canonical(path.text())).second) continue;
+    jobs.push_back(job(entry.name + " — " + path.lastComponent(), path,
+                       MoveDestination::dataDestination(platform, path, dataRoot),
+                       SizingService::measure(platform, path)));
+  }
+}
+
+std::vector<MoveJob> firstOfEachDestination(const std::vector<MoveJob>& jobs) {
+  std::set<std::string> taken;
+  std::vector<MoveJob> kept;
+  for (const MoveJob& job : jobs) {
+    if (taken.insert(Text::canonical(job.destination.text())).second) kept.push_back(job);
+  }
+  return kept;
+}
+
+}  // namespace
+
+std::vector<MoveJob> buildAppJobs(Platform& platform, const std::vector<AppEntry>& entries,
+                                  const DriveInfo& drive, bool includeData) {
+  std::vector<MoveJob> jobs;
+  for (const AppEntry& entry : entries) {
+    appendBundleJob(platform, entry, drive, jobs);
+    if (includeData) appendDataJobs(platform, entry, drive, jobs);
+  }
+  return firstOfEachDestination(jobs);
+}
+
+bool shouldMove(Platform& platform, const Path& source) {
+  return platform.files.exists(source) && !isUnsafePrefsPlist(platform, source) &&
+         !isLinkOrInsideOne(platform, source);
+}
+
+bool isUnsafePrefsPlist(Platform& platform, const Path& item) {
+  if (item.extension() != "plist") return false;
+  const std::string folder = platform.files.standardized(item.parent()).text();
+  return Text::hasSuffix(folder, "/Library/Preferences") ||
+         Text::hasSuffix(folder, "/Library/Preferences/ByHost");
+}
+
+}  // namespace quarn::MovePlanner

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <vector>
+
+#include "Platform/Platform.h"
+#include "QuarnCore/discovery/AppEntry.h"
+#include "QuarnCore/discovery/DriveInfo.h"
+#include "QuarnCore/move/MoveJob.h"
+
+/// From applications to a queue of jobs. Looks at the disk and changes nothing; what can't be read is
+/// left out.
+namespace quarn::MovePlanner {
+
+/// A job for each bundle, followed by one for each of its data paths if asked for. Of several jobs
+/// with one destination the first stays.
+std::vector<MoveJob> buildAppJobs(Platform& platform, const std::vector<AppEntry>& entries,
+                                  const DriveInfo& drive, bool includeData);
+
+/// It exists, is neither a link nor inside one, and is no preferences file.
+bool shouldMove(Platform& platform, const Path& source);
+
+/// A preferences file, which must never become a link.
+bool isUnsafePrefsPlist(Platform& platform, const Path& item);
+
+}  // namespace quarn::MovePlanner

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "Platform/Platform.h"
+
+namespace quarn::MoveVerifier {
+
+/// The first difference between an item and its copy, as one sentence; nothing means the copy is whole.
+/// Compares kinds, sizes, link targets and the number of entries, never contents. Links are not
+/// followed. Never throws.
+std::optional<std::string> failureReason(Platform& platform, const Path& source, const Path& destination);
+
+}  // namespace quarn::MoveVerifier

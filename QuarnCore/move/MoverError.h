@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "Platform/LocalizedError.h"
+
+namespace quarn {
+
+/// Why a move or a way back ended.
+class MoverError : public LocalizedError {
+ public:
+  enum class Reason {
+    insufficientSpace,
+    copyFailed,
+    verifyFailed,
+    symlinkFailed,
+    sourceRemoveFailed,
+    appIsRunning,
+    sourceMissing,
+    destinationExists,
+  };
+
+  static MoverError insufficientSpace(std::int64_t needed, std::int64_t available);
+  static MoverError copyFailed(const std::string& detail);
+  static MoverError verifyFailed(const std::string& detail);
+  static MoverError symlinkFailed(const std::string& detail);
+  static MoverError sourceRemoveFailed(const std::string& detail);
+  static MoverError appIsRunning(const std::string& name);
+  static MoverError sourceMissing();
+  static MoverError destinationExists();
+
+  Reason reason() const { return reason_; }
+  std::string localizedDescription() const override { return description_; }
+
+ private:
+  MoverError(Reason reason, std::string description)
+      : reason_(reason), description_(std::move(description)) {}
+
+  Reason reason_;
+  std::string description_;
+};
+
+}  // namespace quarn
