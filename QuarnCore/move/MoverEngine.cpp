@@ -85,6 +85,15 @@ void verifyInternalized(Platform& platform, const Path& item) {
   }
 }
 
+/// A launcher that leads into itself is none: removing it would remove what it leads to.
+std::optional<Path> launcherTarget(Platform& platform, const Path& launcher) {
+  const auto target = AppScanner::launcherShimTarget(platform, launcher);
+  if (!target) return std::nullopt;
+  const std::string inside = platform.files.resolvingLinks(launcher).text() + "/";
+  if ((platform.files.resolvingLinks(*target).text() + "/").starts_with(inside)) return std::nullopt;
+  return target;
+}
+
 /// What a link leads to; it must be there, or the way back would end with nothing at all.
 Path linkTarget(Platform& platform, const Path& link) {
   const std::string text = platform.files.readLink(link).orThrow();
@@ -115,8 +124,8 @@ void moveAndLink(Platform& platform, const Path& source, const Path& destination
 }
 
 void restore(Platform& platform, const Path& link) {
-  const auto launcherTarget = AppScanner::launcherShimTarget(platform, link);
-  const Path target = launcherTarget ? *launcherTarget : linkTarget(platform, link);
+  const auto ofLauncher = launcherTarget(platform, link);
+  const Path target = ofLauncher ? *ofLauncher : linkTarget(platform, link);
   platform.files.remove(link).orThrow();
   platform.files.move(target, link).orThrow();
   verifyInternalized(platform, link);

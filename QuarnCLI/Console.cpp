@@ -1,0 +1,48 @@
+#include "QuarnCLI/Console.h"
+
+#include <cstdio>
+
+#include "Platform/Text.h"
+
+namespace quarn::Console {
+namespace {
+
+void write(std::FILE* stream, std::string_view text) {
+  std::fwrite(text.data(), 1, text.size(), stream);
+}
+
+/// Without the line feed; empty at the end of input.
+std::string readLine() {
+  std::string line;
+  for (int byte = std::getchar(); byte != EOF && byte != '\n'; byte = std::getchar()) {
+    line.push_back(static_cast<char>(byte));
+  }
+  return line;
+}
+
+}  // namespace
+
+void print(std::string_view line) {
+  write(stdout, std::string(line) + "\n");
+}
+
+void printNow(std::string_view line) {
+  print(line);
+  std::fflush(stdout);
+}
+
+void writeError(std::string_view text) {
+  write(stderr, text);
+  std::fflush(stderr);
+}
+
+bool confirms() {
+  write(stdout, "Proceed? [y/N] ");
+  std::fflush(stdout);
+  const std::string answer = Text::lowercased(readLine());
+  if (answer == "y" || answer == "yes") return true;
+  print("aborted.");
+  return false;
+}
+
+}  // namespace quarn::Console

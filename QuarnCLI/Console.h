@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+/// The terminal, or what stands in for it. The only place that prints or asks.
+namespace quarn::Console {
+
+/// A line on standard output.
+void print(std::string_view line);
+/// A line on standard output that is seen at once, for progress.
+void printNow(std::string_view line);
+/// Text on standard error as it is, in one write.
+void writeError(std::string_view text);
+/// "Proceed? [y/N] "; true for "y" and "yes" in any letter case. Otherwise, and at the end of input,
+/// prints "aborted.".
+bool confirms();
+
+}  // namespace quarn::Console

@@ -1,0 +1,25 @@
+#include "QuarnCLI/QuarnCLI.h"
+
+#include "QuarnCLI/CLIError.h"
+#include "QuarnCLI/CommandTable.h"
+#include "QuarnCLI/Console.h"
+
+namespace quarn {
+namespace {
+
+bool asksForHelp(const std::vector<std::string>& arguments) {
+  return arguments.empty() || arguments[0] == "help" || arguments[0] == "--help" || arguments[0] == "-h";
+}
+
+}  // namespace
+
+ExitStatus QuarnCLI::run(Platform& platform) const {
+  if (asksForHelp(arguments)) {
+    Console::print(CommandTable::usage());
+    return ExitStatus::success;
+  }
+  const CommandTable::Match match = CommandTable::find(arguments);
+  return match.run({platform, program, match.arguments});
+}
+
+}  // namespace quarn

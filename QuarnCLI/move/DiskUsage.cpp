@@ -1,0 +1,43 @@
+#include "QuarnCLI/move/DiskUsage.h"
+
+#include <charconv>
+
+#include "Platform/Text.h"
+#include "QuarnCLI/CLIError.h"
+
+namespace quarn::DiskUsage {
+namespace {
+
+/// Both streams joined. Throws `CLIError` unless the status is 0.
+std::string runAndCapture(Platform& platform, const Path& executable,
+                          const std::vector<std::string>& arguments) {
+  const auto child = platform.processes.start(executable, arguments, OutputStreams::joined).orThrow();
+  std::string output;
+  child->readToEnd([&output](std::string_view bytes) { output.append(bytes); }, [](std::string_view) {});
+  const int status = child->waitForExit();
+  if (!Text::isUTF8(output)) output.clear();
+  if (status == 0) return output;
+  throw CLIError(executable.lastComponent() + " exited " + std::to_string(status) + ": " + output);
+}
+
+std::string firstWord(const std::string& text) {
+  const std::string separators = " \t\n";
+  const auto begin = text.find_first_not_of(separators);
+  if (begin == std::string::npos) return {};
+  return text.substr(begin, text.find_first_of(separators, begin) - begin);
+}
+
+}  // namespace
+
+std::int64_t kilobytes(Platform& platform, const Path& item) {
+  const std::string output = runAndCapture(platform, Path("/usr/bin/du"), {"-sk", item.text()});
+  const std::string word = firstWord(output);
+  std::int64_t number = 0;
+  const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), number);
+  if (word.empty() || error != std::errc{} || end != word.data() + word.size()) {
+    throw CLIError("Could not parse du output for " + item.text() + ": " + output);
+  }
+  return number;
+}
+
+}  // namespace quarn::DiskUsage

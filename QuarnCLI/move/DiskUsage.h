@@ -1,0 +1,12 @@
+#pragma once
+
+#include <cstdint>
+
+#include "Platform/Platform.h"
+
+namespace quarn::DiskUsage {
+
+/// Kilobytes of disk that an item takes, as `du -sk` counts them. Throws `CLIError`.
+std::int64_t kilobytes(Platform& platform, const Path& item);
+
+}  // namespace quarn::DiskUsage

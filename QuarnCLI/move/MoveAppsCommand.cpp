@@ -1,0 +1,42 @@
+#include <algorithm>
+
+#include "QuarnCLI/Console.h"
+#include "QuarnCLI/move/MoveCommands.h"
+#include "QuarnCLI/report/ReportText.h"
+#include "QuarnCore/discovery/AppScanner.h"
+#include "QuarnCore/foundation/SizeCalculator.h"
+
+namespace quarn::MoveAppsCommand {
+namespace {
+
+bool isPlain(const AppEntry& entry) {
+  return !entry.hasSystemExtension && !entry.isMacAppStore && !entry.hasLoginItems &&
+         !entry.isAlreadySymlinked;
+}
+
+std::vector<AppEntry> listedApps(Platform& platform, bool all) {
+  std::vector<AppEntry> apps;
+  for (const AppEntry& entry : AppScanner::discoverMetadata(platform)) {
+    if (all || isPlain(entry)) apps.push_back(AppScanner::computeSizes(platform, entry));
+  }
+  std::stable_sort(apps.begin(), apps.end(),
+                   [](const AppEntry& a, const AppEntry& b) { return a.totalSize() > b.totalSize(); });
+  return apps;
+}
+
+}  // namespace
+
+ExitStatus run(const Invocation& invocation) {
+  const auto apps = listedApps(invocation.platform, invocation.args.contains("--all"));
+  Console::print(
+      ReportText::tabSeparated({"name", "bundle_id", "risk", "app_size", "data_size", "total", "path"}));
+  for (const AppEntry& app : apps) {
+    Console::print(ReportText::tabSeparated(
+        {app.name, app.bundleIdentifier.value_or(""), std::string(word(app.riskLevel())),
+         SizeCalculator::format(app.appSize), SizeCalculator::format(app.dataSize),
+         SizeCalculator::format(app.totalSize()), app.bundlePath.text()}));
+  }
+  return ExitStatus::success;
+}
+
+}  // namespace quarn::MoveAppsCommand

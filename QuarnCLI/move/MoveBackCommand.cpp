@@ -1,0 +1,59 @@
+#include "Platform/PathText.h"
+#include "Platform/Text.h"
+#include "QuarnCLI/CLIError.h"
+#include "QuarnCLI/Console.h"
+#include "QuarnCLI/move/MoveCommands.h"
+#include "QuarnCore/move/MoverEngine.h"
+
+namespace quarn::MoveBackCommand {
+namespace {
+
+/// A path as it is; a bare name means an application in the shared folder.
+Path resolveSymlinkURL(Platform& platform, const std::string& text) {
+  const std::string expanded = PathText::expandingTilde(platform.places, text);
+  if (expanded.starts_with('/')) return Path(expanded);
+  const std::string name = Text::hasSuffix(expanded, ".app") ? expanded : expanded + ".app";
+  return Path("/Applications").appending(name);
+}
+
+void requireLink(Platform& platform, const Path& item) {
+  if (!platform.files.exists(item)) throw CLIError("No such item: " + item.text());
+  const auto attributes = platform.files.attributes(item);
+  if (attributes && attributes->kind == FileKind::symbolicLink) return;
+  throw CLIError("Not a symlink: " + item.text() + " — already local, nothing to move back.");
+}
+
+bool suggestsMissingRights(const PlatformError& error) {
+  return error.domain == cocoaErrorDomain && (error.code == CocoaErrorCode::fileWriteNoPermission ||
+                                              error.code == CocoaErrorCode::fileNoSuchFile);
+}
+
+std::string sudoAdvice(const Path& item, const std::string& program, const std::string& typed) {
+  return "Permission denied moving back " + item.lastComponent() + ".\nRe-run under sudo:\n  sudo \"" +
+         program + "\" move back \"" + typed + "\"";
+}
+
+}  // namespace
+
+ExitStatus run(const Invocation& invocation) {
+  Platform& platform = invocation.platform;
+  const auto text = invocation.args.positional();
+  if (!text) {
+    throw CLIError(
+        "Usage: move back <app-name|symlink-path>\n"
+        "  e.g. move back 'Little Snitch.app'\n"
+        "       move back /Applications/Capo.app");
+  }
+  const Path item = resolveSymlinkURL(platform, *text);
+  requireLink(platform, item);
+  try {
+    MoverEngine::restore(platform, item);
+  } catch (const PlatformError& error) {
+    if (!suggestsMissingRights(error)) throw;
+    throw CLIError(sudoAdvice(item, invocation.program, *text));
+  }
+  Console::print("moved back: " + item.text());
+  return ExitStatus::success;
+}
+
+}  // namespace quarn::MoveBackCommand

@@ -1,0 +1,26 @@
+#include "QuarnCLI/Console.h"
+#include "QuarnCLI/move/MoveCommands.h"
+#include "QuarnCLI/report/ReportText.h"
+#include "QuarnCore/discovery/DriveScanner.h"
+#include "QuarnCore/foundation/SizeCalculator.h"
+
+namespace quarn::MoveDrivesCommand {
+namespace {
+
+std::string yesOrNo(bool flag) {
+  return flag ? "yes" : "no";
+}
+
+}  // namespace
+
+ExitStatus run(const Invocation& invocation) {
+  Console::print(ReportText::tabSeparated({"mount", "name", "internal", "writable", "free", "total"}));
+  for (const DriveInfo& drive : DriveScanner::scan(invocation.platform)) {
+    Console::print(ReportText::tabSeparated(
+        {drive.mountPath.text(), drive.name, yesOrNo(drive.isInternal), yesOrNo(drive.isWritable),
+         SizeCalculator::format(drive.freeBytes), SizeCalculator::format(drive.totalBytes)}));
+  }
+  return ExitStatus::success;
+}
+
+}  // namespace quarn::MoveDrivesCommand

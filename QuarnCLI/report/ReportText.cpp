@@ -1,0 +1,25 @@
+#include "QuarnCLI/report/ReportText.h"
+
+namespace quarn::ReportText {
+namespace {
+
+std::string join(const std::vector<std::string>& pieces, char separator) {
+  std::string text;
+  for (std::size_t i = 0; i < pieces.size(); ++i) {
+    if (i > 0) text += separator;
+    text += pieces[i];
+  }
+  return text;
+}
+
+}  // namespace
+
+std::string joined(const std::vector<std::string>& lines) {
+  return join(lines, '\n') + "\n";
+}
+
+std::string tabSeparated(const std::vector<std::string>& fields) {
+  return join(fields, '\t');
+}
+
+}  // namespace quarn::ReportText

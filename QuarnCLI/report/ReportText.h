@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace quarn::ReportText {
+
+/// Lines joined by one line feed, with one at the end; no lines at all give one line feed.
+std::string joined(const std::vector<std::string>& lines);
+
+/// Fields joined by tabs. Nothing is escaped: a tab or a line feed in a value passes through.
+std::string tabSeparated(const std::vector<std::string>& fields);
+
+}  // namespace quarn::ReportText

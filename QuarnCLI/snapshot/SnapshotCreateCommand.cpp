@@ -1,0 +1,23 @@
+#include "QuarnCLI/Console.h"
+#include "QuarnCLI/snapshot/SnapshotCommands.h"
+#include "QuarnCore/move/APFSSnapshotService.h"
+
+namespace quarn::SnapshotCreateCommand {
+
+ExitStatus run(const Invocation& invocation) {
+  Platform& platform = invocation.platform;
+  if (!APFSSnapshotService::isSupported(platform)) {
+    Console::print("Local snapshots not supported on this volume.");
+    return ExitStatus::success;
+  }
+  const auto result = APFSSnapshotService::create(platform, std::nullopt);
+  if (result.succeeded && result.snapshot) {
+    Console::print("Created snapshot: " + result.snapshot->name);
+    return ExitStatus::success;
+  }
+  Console::print("Snapshot failed.");
+  if (!result.standardError.empty()) Console::print(result.standardError);
+  return ExitStatus::success;
+}
+
+}  // namespace quarn::SnapshotCreateCommand
