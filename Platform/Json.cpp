@@ -7,9 +7,10 @@ namespace quarn {
 std::optional<std::int64_t> Json::integer() const {
   if (const auto* whole = std::get_if<std::int64_t>(&value_)) return *whole;
   const auto* number = std::get_if<double>(&value_);
-  // 2 to the 63rd is the first double beyond the range; its negative is still within.
+  // 2 to the 63rd is the first double beyond the range. Its negative is within, but stands as well for
+  // the numbers below it that were rounded up.
   constexpr double limit = 9223372036854775808.0;
-  if (!number || *number < -limit || *number >= limit || std::trunc(*number) != *number) return std::nullopt;
+  if (!number || *number <= -limit || *number >= limit || std::trunc(*number) != *number) return std::nullopt;
   return static_cast<std::int64_t>(*number);
 }
 
