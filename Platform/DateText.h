@@ -11,7 +11,7 @@ namespace quarn::DateText {
 /// "2026-01-31T09:05:00Z": UTC, whole seconds, the fraction cut off.
 std::string iso8601(Moment moment);
 /// Exactly the form of `iso8601`; nothing for any other text, a fraction of a second included, or for
-/// a day or time that doesn't exist.
+/// a day or time that doesn't exist or that a moment doesn't reach.
 std::optional<Moment> parsingISO8601(std::string_view text);
 /// "2026-01-31-090500" in the local time zone; nothing for any other text.
 std::optional<Moment> parsingLocalDashed(std::string_view text);
