@@ -44,6 +44,8 @@ class Json {
   bool operator==(const Json&) const = default;
 
  private:
+  struct PrettyWriter;
+
   std::variant<std::monostate, bool, std::int64_t, double, std::string, Array, Object> value_;
 };
 

@@ -1,0 +1,92 @@
+#include "Platform/Path.h"
+
+#include <vector>
+
+namespace quarn {
+
+namespace {
+
+// Characters that can turn the reading direction or that look like the end of a name; an ending that
+// holds one is taken for prose, not for a type.
+constexpr std::string_view foreignToExtensions[] = {
+    " ",      "\u061C", "\u200E", "\u200F", "\u202A", "\u202B", "\u202C",
+    "\u202D", "\u202E", "\u2066", "\u2067", "\u2068", "\u2069",
+};
+
+bool canBeExtension(std::string_view ending) {
+  if (ending.empty()) return false;
+  for (const auto foreign : foreignToExtensions) {
+    if (ending.find(foreign) != std::string_view::npos) return false;
+  }
+  return true;
+}
+
+/// Where the dot of the extension stands in a name; npos if the name has no extension.
+std::size_t extensionDot(std::string_view name) {
+  const auto dot = name.rfind('.');
+  if (dot == std::string_view::npos || !canBeExtension(name.substr(dot + 1))) return std::string_view::npos;
+  const bool onlyDotsBefore = name.find_first_not_of('.') > dot;
+  return onlyDotsBefore ? std::string_view::npos : dot;
+}
+
+std::vector<std::string_view> components(std::string_view text) {
+  std::vector<std::string_view> found;
+  while (!text.empty()) {
+    const auto slash = text.find('/');
+    const auto component = text.substr(0, slash);
+    if (!component.empty()) found.push_back(component);
+    text = slash == std::string_view::npos ? std::string_view() : text.substr(slash + 1);
+  }
+  return found;
+}
+
+}  // namespace
+
+Path::Path(std::string_view text) : text_(text) {
+  while (text_.size() > 1 && text_.back() == '/') text_.pop_back();
+}
+
+std::string Path::lastComponent() const {
+  return text_ == "/" ? text_ : text_.substr(text_.rfind('/') + 1);
+}
+
+Path Path::parent() const {
+  const auto slash = text_.rfind('/');
+  if (slash == std::string::npos) return {};
+  return Path(std::string_view(text_).substr(0, slash == 0 ? 1 : slash));
+}
+
+std::string Path::extension() const {
+  const auto name = lastComponent();
+  const auto dot = extensionDot(name);
+  return dot == std::string::npos ? std::string() : name.substr(dot + 1);
+}
+
+std::string Path::nameWithoutExtension() const {
+  const auto name = lastComponent();
+  return name.substr(0, extensionDot(name));
+}
+
+Path Path::appending(std::string_view components) const {
+  const bool needsSlash = !text_.empty() && text_.back() != '/' && !components.starts_with('/');
+  if (text_ == "/" && components.starts_with('/')) components.remove_prefix(1);
+  return Path(text_ + (needsSlash ? "/" : "") + std::string(components));
+}
+
+Path Path::simplified() const {
+  std::vector<std::string_view> kept;
+  for (const auto component : components(text_)) {
+    if (component == ".") continue;
+    const bool climbs = component == "..";
+    if (climbs && !kept.empty() && kept.back() != "..") {
+      kept.pop_back();
+    } else if (!climbs || !isAbsolute()) {
+      kept.push_back(component);
+    }
+  }
+  Path result(isAbsolute() ? "/" : "");
+  for (const auto component : kept) result = result.appending(component);
+  return result;
+}
+
+}  // namespace quarn
