@@ -1,0 +1,79 @@
+#include "Platform/linux/AtomicWrite.h"
+
+#include <atomic>
+#include <cerrno>
+#include <cstdio>
+#include <fcntl.h>
+#include <optional>
+#include <string>
+#include <sys/stat.h>
+
+#include "Platform/posix/PathAt.h"
+
+namespace quarn {
+namespace {
+
+constexpr mode_t permissions = 07777;
+
+/// The file beside; removed unless it has taken its place.
+class TemporaryFile {
+ public:
+  explicit TemporaryFile(const Path& folder) : folder_(folder) {}
+  ~TemporaryFile() {
+    if (at_ && file_.isOpen()) ::unlinkat(at_->folder(), at_->name(), 0);
+  }
+
+  int create() {
+    static std::atomic<unsigned> count{0};
+    do {
+      at_.emplace(
+          folder_.appending(".dat.nosync" + std::to_string(::getpid()) + "." + std::to_string(++count)));
+      if (at_->error()) return at_->error();
+      file_ = Descriptor(
+          ::openat(at_->folder(), at_->name(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666));
+    } while (!file_.isOpen() && errno == EEXIST);
+    return file_.isOpen() ? 0 : errno;
+  }
+
+  int write(std::string_view content) {
+    while (!content.empty()) {
+      const ssize_t count = ::write(file_.number(), content.data(), content.size());
+      if (count < 0 && errno == EINTR) continue;
+      if (count < 0) return errno;
+      content.remove_prefix(static_cast<std::size_t>(count));
+    }
+    // Without this a power cut can leave the new name on an empty file.
+    return ::fsync(file_.number()) == 0 || errno == EINVAL ? 0 : errno;
+  }
+
+  int setMode(mode_t mode) { return ::fchmod(file_.number(), mode) == 0 ? 0 : errno; }
+
+  int takePlace(const PathAt& file) {
+    if (::renameat(at_->folder(), at_->name(), file.folder(), file.name()) != 0) return errno;
+    at_.reset();
+    return 0;
+  }
+
+ private:
+  Path folder_;
+  std::optional<PathAt> at_;
+  Descriptor file_;
+};
+
+}  // namespace
+
+int writeAtomically(const Path& file, std::string_view content) {
+  const PathAt target(file);
+  if (target.error()) return target.error();
+  struct stat existing;
+  const bool replaces = ::fstatat(target.folder(), target.name(), &existing, AT_SYMLINK_NOFOLLOW) == 0;
+  TemporaryFile temporary(file.parent());
+  int error = temporary.create();
+  if (error == 0) error = temporary.write(content);
+  // The mode of a link says nothing.
+  if (error == 0 && replaces && S_ISREG(existing.st_mode))
+    error = temporary.setMode(existing.st_mode & permissions);
+  return error == 0 ? temporary.takePlace(target) : error;
+}
+
+}  // namespace quarn

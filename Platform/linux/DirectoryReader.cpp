@@ -1,0 +1,93 @@
+#include "Platform/posix/DirectoryReader.h"
+
+#include <array>
+#include <cerrno>
+#include <cstddef>
+#include <cstring>
+#include <dirent.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+namespace quarn {
+namespace {
+
+/// As the kernel lays an entry out.
+struct RawEntry {
+  std::uint64_t inode;
+  std::int64_t offset;
+  std::uint16_t length;
+  std::uint8_t type;
+  char name[1];
+};
+
+bool isDots(const char* name) {
+  return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
+}
+
+std::optional<FileKind> kind(std::uint8_t type) {
+  switch (type) {
+    case DT_REG:
+      return FileKind::regular;
+    case DT_DIR:
+      return FileKind::directory;
+    case DT_LNK:
+      return FileKind::symbolicLink;
+    case DT_SOCK:
+      return FileKind::socket;
+    case DT_BLK:
+      return FileKind::blockDevice;
+    case DT_CHR:
+      return FileKind::characterDevice;
+    case DT_UNKNOWN:
+      return std::nullopt;
+    default:
+      return FileKind::unknown;
+  }
+}
+
+}  // namespace
+
+struct DirectoryReader::State {
+  // Large enough that nearly every folder takes one call and one more for its end.
+  alignas(RawEntry) std::array<char, 64 * 1024> buffer;
+  int folder = -1;
+  std::size_t filled = 0;
+  std::size_t position = 0;
+  int error = 0;
+
+  bool refill() {
+    const long count = ::syscall(SYS_getdents64, folder, buffer.data(), buffer.size());
+    error = count < 0 ? errno : 0;
+    filled = count > 0 ? static_cast<std::size_t>(count) : 0;
+    position = 0;
+    return filled > 0;
+  }
+};
+
+// The buffer is left as it comes: clearing it would cost more than most runs read.
+DirectoryReader::DirectoryReader() : state_(new State) {}
+DirectoryReader::~DirectoryReader() = default;
+
+void DirectoryReader::begin(int folder) {
+  state_->folder = folder;
+  state_->filled = state_->position = 0;
+  state_->error = 0;
+}
+
+std::optional<DirectoryReader::Entry> DirectoryReader::next() {
+  for (;;) {
+    if (state_->position == state_->filled && !state_->refill()) return std::nullopt;
+    const char* raw = state_->buffer.data() + state_->position;
+    std::uint16_t length;
+    std::memcpy(&length, raw + offsetof(RawEntry, length), sizeof length);
+    state_->position += length;
+    const char* name = raw + offsetof(RawEntry, name);
+    if (!isDots(name)) return Entry{name, kind(static_cast<std::uint8_t>(raw[offsetof(RawEntry, type)]))};
+  }
+}
+
+int DirectoryReader::error() const {
+  return state_->error;
+}
+
+}  // namespace quarn

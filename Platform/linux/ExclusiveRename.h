@@ -1,0 +1,9 @@
+#pragma once
+
+namespace quarn {
+
+/// Renames, unless anything (a dangling link too) stands at the destination. Gives 0 or the number of
+/// the failure.
+int renameExclusively(int sourceFolder, const char* source, int destinationFolder, const char* destination);
+
+}  // namespace quarn

@@ -1,0 +1,52 @@
+#include "Platform/linux/ExtendedAttributes.h"
+
+#include <cerrno>
+#include <cstring>
+#include <string>
+#include <sys/xattr.h>
+
+namespace quarn {
+namespace {
+
+bool isLeftBehind(int errnoValue) {
+  return errnoValue == ENOTSUP || errnoValue == EPERM || errnoValue == EACCES || errnoValue == ENODATA;
+}
+
+/// Asks for the size, then for the bytes, again if they grew in between. False with `errno` set.
+template <class Ask>
+bool readGrowing(std::string& bytes, Ask ask) {
+  for (;;) {
+    const ssize_t size = ask(nullptr, 0);
+    if (size <= 0) {
+      bytes.clear();
+      return size == 0;
+    }
+    bytes.resize(static_cast<std::size_t>(size));
+    const ssize_t count = ask(bytes.data(), bytes.size());
+    if (count < 0 && errno == ERANGE) continue;
+    bytes.resize(count < 0 ? 0 : static_cast<std::size_t>(count));
+    return count >= 0;
+  }
+}
+
+int copyOne(int source, int destination, const char* name) {
+  std::string value;
+  const bool wasRead = readGrowing(
+      value, [&](char* bytes, std::size_t size) { return ::fgetxattr(source, name, bytes, size); });
+  if (wasRead && ::fsetxattr(destination, name, value.data(), value.size(), 0) == 0) return 0;
+  return isLeftBehind(errno) ? 0 : errno;
+}
+
+}  // namespace
+
+int copyExtendedAttributes(int source, int destination) {
+  std::string names;
+  if (!readGrowing(names, [&](char* bytes, std::size_t size) { return ::flistxattr(source, bytes, size); }))
+    return isLeftBehind(errno) ? 0 : errno;
+  for (const char* name = names.data(); name < names.data() + names.size(); name += std::strlen(name) + 1) {
+    if (const int error = copyOne(source, destination, name)) return error;
+  }
+  return 0;
+}
+
+}  // namespace quarn

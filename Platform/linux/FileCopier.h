@@ -1,0 +1,22 @@
+#pragma once
+
+#include <sys/stat.h>
+
+namespace quarn {
+
+/// A name in an open folder.
+struct EntryAt {
+  int folder;
+  const char* name;
+};
+
+/// Copies one item that is no folder: a file with its holes, a link as a link, a FIFO as a new FIFO.
+/// Keeps mode, times, extended attributes, and the owner where that is allowed. Gives 0 or the number of
+/// the failure, and then nothing is left of the copy; a socket or a device can't be copied. Replaces
+/// nothing.
+int copyFile(const EntryAt& source, const struct stat& status, const EntryAt& destination);
+
+/// Gives an open copy the owner, extended attributes, mode and times of its open source.
+int copyMetadata(int source, const struct stat& status, int destination);
+
+}  // namespace quarn

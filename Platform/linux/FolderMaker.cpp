@@ -1,0 +1,65 @@
+#include "Platform/linux/FolderMaker.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <vector>
+
+#include "Platform/linux/WriteError.h"
+#include "Platform/posix/PathAt.h"
+
+namespace quarn {
+namespace {
+
+constexpr mode_t allLessMask = 0777;
+
+PlatformError saveError(int errnoValue, const Path& item) {
+  return writeError(CocoaError::Operation::save, errnoValue, item);
+}
+
+/// 0 if the folder is there now, made or found.
+int makeOne(const Path& folder) {
+  const PathAt at(folder);
+  if (at.error()) return at.error();
+  if (::mkdirat(at.folder(), at.name(), allLessMask) == 0) return 0;
+  if (errno != EEXIST) return errno;
+  struct stat status;
+  const bool isFolder = ::fstatat(at.folder(), at.name(), &status, 0) == 0 && S_ISDIR(status.st_mode);
+  return isFolder ? 0 : EEXIST;
+}
+
+bool stands(const Path& path) {
+  const PathAt at(path);
+  struct stat status;
+  return !at.error() && ::fstatat(at.folder(), at.name(), &status, AT_SYMLINK_NOFOLLOW) == 0;
+}
+
+/// The item on the way that is no folder.
+Path obstacle(const Path& folder) {
+  Path item = folder.parent();
+  while (!stands(item) && item.parent() != item) item = item.parent();
+  return item;
+}
+
+}  // namespace
+
+Result<void> makeFolder(const Path& folder) {
+  std::vector<Path> missing{folder};
+  while (!missing.empty()) {
+    const Path current = missing.back();
+    const int error = makeOne(current);
+    if (error == 0) {
+      missing.pop_back();
+    } else if (error == ENOENT && current.parent() != current && !current.parent().text().empty()) {
+      missing.push_back(current.parent());
+    } else if (error == ENOTDIR) {
+      return saveError(ENOTDIR, obstacle(current));
+    } else {
+      // What stands in the way of a parent is no folder, and that of the folder itself exists already.
+      return saveError(error == EEXIST && missing.size() > 1 ? ENOTDIR : error, current);
+    }
+  }
+  return {};
+}
+
+}  // namespace quarn

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <optional>
+
+#include "Platform/Path.h"
+
+namespace quarn {
+
+/// Every link resolved; nothing if a component is missing.
+std::optional<Path> resolved(const Path& path);
+
+/// The links on the way to an item resolved, the item itself left as it is, link or not. Where the way
+/// doesn't exist, the path as it is.
+Path withParentResolved(const Path& path);
+
+}  // namespace quarn

@@ -1,0 +1,74 @@
+#include "Platform/posix/DirectoryReader.h"
+
+#include <cerrno>
+#include <dirent.h>
+#include <fcntl.h>
+#include <string_view>
+#include <unistd.h>
+
+namespace quarn {
+namespace {
+
+struct CloseFolder {
+  void operator()(DIR* folder) const { ::closedir(folder); }
+};
+
+std::optional<FileKind> kind(unsigned char type) {
+  switch (type) {
+    case DT_REG:
+      return FileKind::regular;
+    case DT_DIR:
+      return FileKind::directory;
+    case DT_LNK:
+      return FileKind::symbolicLink;
+    case DT_SOCK:
+      return FileKind::socket;
+    case DT_BLK:
+      return FileKind::blockDevice;
+    case DT_CHR:
+      return FileKind::characterDevice;
+    case DT_UNKNOWN:
+      return std::nullopt;
+    default:
+      return FileKind::unknown;
+  }
+}
+
+}  // namespace
+
+struct DirectoryReader::State {
+  std::unique_ptr<DIR, CloseFolder> folder;
+  int error = 0;
+};
+
+DirectoryReader::DirectoryReader() : state_(new State) {}
+DirectoryReader::~DirectoryReader() = default;
+
+void DirectoryReader::begin(int folder) {
+  // The stream closes the descriptor that it is given, and ours belongs to the caller.
+  const int own = ::fcntl(folder, F_DUPFD_CLOEXEC, 0);
+  state_->folder.reset(own < 0 ? nullptr : ::fdopendir(own));
+  state_->error = state_->folder ? 0 : errno;
+  if (!state_->folder && own >= 0) ::close(own);
+}
+
+std::optional<DirectoryReader::Entry> DirectoryReader::next() {
+  while (state_->folder) {
+    errno = 0;
+    const dirent* entry = ::readdir(state_->folder.get());
+    if (!entry) {
+      state_->error = errno;
+      state_->folder.reset();
+      return std::nullopt;
+    }
+    const std::string_view name = entry->d_name;
+    if (name != "." && name != "..") return Entry{entry->d_name, kind(entry->d_type)};
+  }
+  return std::nullopt;
+}
+
+int DirectoryReader::error() const {
+  return state_->error;
+}
+
+}  // namespace quarn

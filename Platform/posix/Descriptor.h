@@ -1,0 +1,33 @@
+#pragma once
+
+#include <unistd.h>
+#include <utility>
+
+namespace quarn {
+
+/// Owns a file descriptor and closes it.
+class Descriptor {
+ public:
+  Descriptor() = default;
+  explicit Descriptor(int number) : number_(number) {}
+  Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
+  Descriptor& operator=(Descriptor&& other) noexcept {
+    if (this != &other) {
+      close();
+      number_ = std::exchange(other.number_, -1);
+    }
+    return *this;
+  }
+  ~Descriptor() { close(); }
+
+  bool isOpen() const { return number_ >= 0; }
+  int number() const { return number_; }
+  void close() {
+    if (number_ >= 0) ::close(std::exchange(number_, -1));
+  }
+
+ private:
+  int number_ = -1;
+};
+
+}  // namespace quarn

@@ -1,0 +1,35 @@
+#include "Platform/posix/Status.h"
+
+namespace quarn {
+
+FileKind kindFrom(mode_t mode) {
+  switch (mode & S_IFMT) {
+    case S_IFREG:
+      return FileKind::regular;
+    case S_IFDIR:
+      return FileKind::directory;
+    case S_IFLNK:
+      return FileKind::symbolicLink;
+    case S_IFSOCK:
+      return FileKind::socket;
+    case S_IFBLK:
+      return FileKind::blockDevice;
+    case S_IFCHR:
+      return FileKind::characterDevice;
+    default:
+      return FileKind::unknown;
+  }
+}
+
+FileAttributes attributesFrom(const struct stat& status) {
+  FileAttributes attributes;
+  attributes.kind = kindFrom(status.st_mode);
+  if (attributes.kind != FileKind::directory) attributes.size = status.st_size;
+  attributes.blockBytes = static_cast<std::int64_t>(status.st_blocks) * 512;
+  attributes.totalAllocatedSize = attributes.blockBytes;
+  attributes.allocatedSize = attributes.blockBytes;
+  attributes.identity = {static_cast<std::int32_t>(status.st_dev), static_cast<std::uint64_t>(status.st_ino)};
+  return attributes;
+}
+
+}  // namespace quarn

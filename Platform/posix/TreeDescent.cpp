@@ -1,0 +1,96 @@
+#include "Platform/posix/TreeDescent.h"
+
+#include <string>
+#include <vector>
+
+namespace quarn {
+namespace {
+
+/// Folders still to enter, for all levels in one text: the innermost level's stand at the end.
+class PendingFolders {
+ public:
+  void beginLevel() { begins_.push_back(names_.size()); }
+  void add(const char* name) { names_.append(name).push_back('\0'); }
+  /// False if the level has none left; the level has ended then.
+  bool take(std::string& name) {
+    if (names_.size() == begins_.back()) {
+      begins_.pop_back();
+      return false;
+    }
+    const std::size_t previous = names_.rfind('\0', names_.size() - 2);
+    const std::size_t begin = previous == std::string::npos ? 0 : previous + 1;
+    name.assign(names_, begin, names_.size() - 1 - begin);
+    names_.resize(begin);
+    return true;
+  }
+
+ private:
+  std::string names_;
+  std::vector<std::size_t> begins_;
+};
+
+class Descent {
+ public:
+  Descent(Descriptor root, TreeWork& work) : stack_(std::move(root)), work_(work) {}
+
+  void run() {
+    bool goesOn = readFolder();
+    while (goesOn) {
+      if (pending_.take(name_))
+        goesOn = goDown();
+      else if (stack_.depth() == 0)
+        return;
+      else
+        goesOn = goUp();
+    }
+  }
+
+ private:
+  bool readFolder() {
+    pending_.beginLevel();
+    reader_.begin(stack_.folder());
+    while (const auto entry = reader_.next()) {
+      const TreeWork::Next next = work_.entry(stack_, *entry);
+      if (next == TreeWork::Next::stop) return false;
+      if (next == TreeWork::Next::enter) pending_.add(entry->name);
+    }
+    return reader_.error() == 0 || work_.failed(stack_, "", reader_.error());
+  }
+
+  bool goDown() {
+    if (const int error = stack_.enter(name_.c_str())) return work_.failed(stack_, name_, error);
+    return work_.entered(stack_) && readFolder();
+  }
+
+  bool goUp() {
+    if (!work_.finished(stack_)) return false;
+    name_ = stack_.name();
+    const int error = stack_.leave();
+    return error == 0 ? work_.left(stack_, name_.c_str()) : leaveLost(error);
+  }
+
+  /// What is pending in a folder that can't be found again is lost with it, and one report is enough.
+  bool leaveLost(int error) {
+    while (error != 0) {
+      if (!work_.failed(stack_, "", error)) return false;
+      while (pending_.take(name_)) {
+      }
+      error = stack_.leave();
+    }
+    return true;
+  }
+
+  FolderStack stack_;
+  TreeWork& work_;
+  PendingFolders pending_;
+  DirectoryReader reader_;
+  std::string name_;
+};
+
+}  // namespace
+
+void descend(Descriptor root, TreeWork& work) {
+  Descent(std::move(root), work).run();
+}
+
+}  // namespace quarn
