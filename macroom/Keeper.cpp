@@ -1,0 +1,133 @@
+#include "Keeper.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <filesystem>
+#include <iostream>
+#include <optional>
+#include <poll.h>
+#include <sched.h>
+#include <signal.h>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "Rights.h"
+#include "RoomError.h"
+#include "Signals.h"
+
+namespace quarn::room::Keeper {
+
+namespace {
+
+// The kernel's way to say that the process which made the room is no more.
+const int makerEnded = SIGUSR2;
+
+std::vector<char*> pointers(const std::vector<std::string>& texts) {
+  std::vector<char*> all;
+  for (const std::string& text : texts) all.push_back(const_cast<char*>(text.c_str()));
+  all.push_back(nullptr);
+  return all;
+}
+
+[[noreturn]] void become(const Launch& launch) {
+  Signals::backToDefault();
+  const auto words = pointers(launch.words);
+  auto environment = pointers(launch.environment);
+  if (!launch.cwd.empty() && ::chdir(launch.cwd.c_str()) != 0) {
+    std::cerr << "quarn-room: " << launch.cwd << ": " << std::strerror(errno) << "\n";
+    ::_exit(125);
+  }
+  if (!launch.keepRights) Rights::becomeOrdinary();
+  // The search goes by the environment of the searching process.
+  environ = environment.data();
+  ::execvp(words[0], words.data());
+  const int why = errno;
+  std::cerr << "quarn-room: " << launch.words[0] << ": " << std::strerror(why) << "\n";
+  ::_exit(why == ENOENT ? 127 : 126);
+}
+
+pid_t start(const Launch& launch) {
+  const pid_t command = check(::fork(), "fork");
+  if (command == 0) become(launch);
+  return command;
+}
+
+std::optional<int> reap(pid_t command) {
+  std::optional<int> status;
+  int raw = 0;
+  for (pid_t ended = 0; (ended = ::waitpid(-1, &raw, WNOHANG)) > 0;)
+    if (ended == command) status = WIFSIGNALED(raw) ? 128 + WTERMSIG(raw) : WEXITSTATUS(raw);
+  return status;
+}
+
+int waitFor(pid_t command) {
+  while (true) {
+    const Signals::Arrival arrival = Signals::next();
+    if (arrival.number == SIGCHLD) {
+      if (auto status = reap(command)) return *status;
+    } else if (arrival.number == makerEnded) {
+      return 128 + SIGKILL;
+    } else if (arrival.sentByProcess) {
+      ::kill(command, arrival.number);
+    }
+  }
+}
+
+bool isChildOfMine(const std::filesystem::path& process) {
+  std::string line = readAll(Descriptor(::open((process / "stat").c_str(), O_RDONLY | O_CLOEXEC)));
+  const auto afterName = line.rfind(") ");
+  if (afterName == std::string::npos) return false;
+  return std::atoi(line.c_str() + afterName + 4) == ::getpid();
+}
+
+void killChildren() {
+  std::error_code error;
+  for (const auto& entry : std::filesystem::directory_iterator("/proc", error)) {
+    const int pid = std::atoi(entry.path().filename().c_str());
+    if (pid > 0 && isChildOfMine(entry.path())) ::kill(pid, SIGKILL);
+  }
+}
+
+// Orphans come to this process, so killing and reaping children until there are none reaches everyone. Where
+// this process is the first of its namespace the kernel does the same at its end.
+void endEverything() {
+  do {
+    killChildren();
+  } while (::waitpid(-1, nullptr, 0) > 0 || errno == EINTR);
+}
+
+void followTheMaker(bool firstOfNamespace, const Descriptor& readiness) {
+  ::prctl(PR_SET_PDEATHSIG, firstOfNamespace ? SIGKILL : makerEnded);
+  ::prctl(PR_SET_CHILD_SUBREAPER, 1);
+  // It may have ended before the kernel was asked to tell.
+  pollfd itsEnd{readiness.get(), 0, 0};
+  if (::poll(&itsEnd, 1, 0) > 0) ::_exit(128 + SIGKILL);
+}
+
+int live(const RoomKind& kind, Descriptor& readiness) {
+  std::optional<Launch> launch;
+  try {
+    launch = kind.enter();
+  } catch (const std::exception& error) {
+    const std::string reason = error.what();
+    if (::write(readiness.get(), reason.data(), reason.size()) < 0) return 126;
+    return 125;
+  }
+  const pid_t command = start(*launch);
+  readiness.close();
+  const int status = waitFor(command);
+  endEverything();
+  return status;
+}
+
+}  // namespace
+
+int keep(const RoomKind& kind, Descriptor readiness) {
+  followTheMaker((kind.namespaces & CLONE_NEWPID) != 0, readiness);
+  return live(kind, readiness);
+}
+
+}  // namespace quarn::room::Keeper

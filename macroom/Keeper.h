@@ -1,0 +1,13 @@
+#pragma once
+
+#include "RoomKind.h"
+#include "Sys.h"
+
+namespace quarn::room::Keeper {
+
+/// The life of the room's first process: enters, starts the command, passes signals on, reaps what others
+/// leave, ends everything with the command or with the process that made the room, and removes what it made.
+/// Tells `readiness` why the room cannot be entered, or closes it without a word. The command's exit status.
+int keep(const RoomKind& kind, Descriptor readiness);
+
+}  // namespace quarn::room::Keeper

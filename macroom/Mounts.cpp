@@ -1,0 +1,40 @@
+#include "Mounts.h"
+
+#include <fcntl.h>
+#include <linux/mount.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+// <sys/mount.h> of older C libraries and <linux/mount.h> do not go together in one file.
+extern "C" int mount(const char* source, const char* target, const char* type, unsigned long flags,
+                     const void* data) noexcept;
+
+#include "Sys.h"
+
+namespace quarn::room::Mounts {
+
+void mount(const std::string& type, const std::string& at, unsigned long flags, const std::string& data) {
+  check(::mount(type.c_str(), at.c_str(), type.c_str(), flags, data.c_str()), "mounting " + at);
+}
+
+void memory(const std::string& at, const std::string& data) {
+  mount("tmpfs", at, MS_NOSUID | MS_NODEV, data);
+}
+
+void bind(const std::string& from, const std::string& to) {
+  check(::mount(from.c_str(), to.c_str(), nullptr, MS_BIND | MS_REC, nullptr), "binding " + from);
+}
+
+void makeReadOnly(const std::string& path) {
+  mount_attr attributes{};
+  attributes.attr_set = MOUNT_ATTR_RDONLY;
+  check(static_cast<int>(::syscall(SYS_mount_setattr, AT_FDCWD, path.c_str(), AT_RECURSIVE, &attributes,
+                                   sizeof attributes)),
+        "making " + path + " read-only");
+}
+
+void cutOff() {
+  check(::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr), "own mounts");
+}
+
+}  // namespace quarn::room::Mounts

@@ -1,0 +1,19 @@
+#pragma once
+
+namespace quarn::room::Signals {
+
+struct Arrival {
+  int number = 0;
+  bool sentByProcess = false;  // not by the terminal, whose signals reach the command by themselves
+};
+
+/// From now on the signals that matter wait for `next` instead of acting by themselves.
+void hold();
+
+/// Waits for one of them.
+Arrival next();
+
+/// For a child that becomes another program: none held, none ignored.
+void backToDefault();
+
+}  // namespace quarn::room::Signals
