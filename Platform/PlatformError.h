@@ -10,8 +10,8 @@ namespace quarn {
 /// Failures of the file system carry `cocoaErrorDomain` and the numbers that a Mac gives them.
 class PlatformError : public LocalizedError {
  public:
-  PlatformError(std::string domain, int code, std::string description)
-      : domain(std::move(domain)), code(code), description(std::move(description)) {}
+  PlatformError(std::string errorDomain, int errorCode, std::string sentence)
+      : domain(std::move(errorDomain)), code(errorCode), description(std::move(sentence)) {}
 
   std::string localizedDescription() const override { return description; }
 

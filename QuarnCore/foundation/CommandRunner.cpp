@@ -80,7 +80,7 @@ bool endAtTimeout(double timeout, Platform& platform, Child& child) {
 CommandResult run(Platform& platform, const std::string& executable,
                   const std::vector<std::string>& arguments, std::optional<double> timeout) {
   auto started = platform.processes.start(Path(executable), arguments, OutputStreams::separate);
-  if (!started) return {.status = notStarted, .standardError = started.error().description};
+  if (!started) return {notStarted, "", started.error().description, false};
   const std::unique_ptr<Child> child = *std::move(started);
 
   Reader reader(*child);
