@@ -1,0 +1,8 @@
+#pragma once
+
+namespace quarn {
+
+/// Lets every other thread go first from now on.
+void lowerPriorityOfThisThread();
+
+}  // namespace quarn
