@@ -1,0 +1,31 @@
+#include "Platform/Platform.h"
+#include "Platform/linux/LinuxApplications.h"
+#include "Platform/linux/LinuxFileSystem.h"
+#include "Platform/linux/LinuxPlaces.h"
+#include "Platform/linux/LinuxTrash.h"
+#include "Platform/linux/LinuxVolumes.h"
+#include "Platform/posix/PosixProcesses.h"
+#include "Platform/posix/SystemClock.h"
+
+namespace quarn {
+namespace {
+
+struct Host {
+  LinuxFileSystem files;
+  PosixProcesses processes;
+  LinuxVolumes volumes;
+  LinuxApplications applications;
+  LinuxPlaces places;
+  LinuxTrash trash{places};
+  SystemClock clock;
+  Platform platform{files, processes, volumes, applications, trash, clock, places};
+};
+
+}  // namespace
+
+Platform& hostPlatform() {
+  static Host host;
+  return host.platform;
+}
+
+}  // namespace quarn

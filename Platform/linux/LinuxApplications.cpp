@@ -1,0 +1,96 @@
+#include "Platform/linux/LinuxApplications.h"
+
+#include <charconv>
+#include <fcntl.h>
+#include <signal.h>
+#include <string>
+#include <string_view>
+#include <thread>
+
+#include "Platform/linux/FileReader.h"
+#include "Platform/posix/DirectoryReader.h"
+#include "Platform/posix/LinkText.h"
+
+namespace quarn {
+namespace {
+
+constexpr std::string_view ofDeleted = " (deleted)";
+constexpr std::string_view insideBundle = ".app/Contents/MacOS/";
+
+/// The kernel keeps telling where the executable was, also after it has been removed.
+std::string withoutRemark(std::string executable) {
+  const std::size_t length = executable.size();
+  if (length > ofDeleted.size() && executable.compare(length - ofDeleted.size(), length, ofDeleted) == 0)
+    executable.resize(length - ofDeleted.size());
+  return executable;
+}
+
+/// Empty for a process that has ended and waits to be collected.
+std::string executable(int table, const std::string& process) {
+  if (auto link = linkText(table, (process + "/exe").c_str())) return withoutRemark(*std::move(link));
+  std::string arguments;
+  if (readWhole(PathAt(Path("/proc/" + process + "/cmdline")), arguments) != 0) return {};
+  return arguments.substr(0, arguments.find('\0'));
+}
+
+/// The innermost bundle that the executable lies in.
+std::optional<Path> bundle(const std::string& executablePath) {
+  const std::size_t found = executablePath.rfind(insideBundle);
+  if (executablePath.empty() || executablePath.front() != '/' || found == std::string::npos)
+    return std::nullopt;
+  const bool hasNames =
+      executablePath[found - 1] != '/' && found + insideBundle.size() < executablePath.size();
+  if (!hasNames) return std::nullopt;
+  return Path(std::string_view(executablePath).substr(0, found + std::string_view(".app").size()));
+}
+
+std::optional<int> identifier(std::string_view name) {
+  int number = 0;
+  const auto result = std::from_chars(name.data(), name.data() + name.size(), number);
+  if (result.ec != std::errc() || result.ptr != name.data() + name.size()) return std::nullopt;
+  return number;
+}
+
+Descriptor openTable() {
+  return Descriptor(::open("/proc", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+}
+
+/// Not if the number belongs to another process by now.
+void signalIfStill(const RunningApplication& application, int signal) {
+  const Descriptor table = openTable();
+  const std::string process = std::to_string(application.processIdentifier);
+  if (application.processIdentifier > 0 &&
+      bundle(executable(table.number(), process)) == application.bundlePath)
+    ::kill(application.processIdentifier, signal);
+}
+
+}  // namespace
+
+std::vector<RunningApplication> LinuxApplications::running() const {
+  std::vector<RunningApplication> applications;
+  const Descriptor table = openTable();
+  if (!table.isOpen()) return applications;
+  DirectoryReader reader;
+  reader.begin(table.number());
+  while (const auto entry = reader.next()) {
+    const auto process = identifier(entry->name);
+    if (!process) continue;
+    if (auto found = bundle(executable(table.number(), entry->name)))
+      applications.push_back({*process, std::move(found)});
+  }
+  return applications;
+}
+
+void LinuxApplications::terminate(const RunningApplication& application) {
+  signalIfStill(application, SIGTERM);
+}
+
+void LinuxApplications::forceTerminate(const RunningApplication& application) {
+  signalIfStill(application, SIGKILL);
+}
+
+void LinuxApplications::wait(std::chrono::milliseconds duration) {
+  std::this_thread::sleep_for(duration);
+}
+
+}  // namespace quarn

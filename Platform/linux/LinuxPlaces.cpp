@@ -1,0 +1,52 @@
+#include "Platform/linux/LinuxPlaces.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <memory>
+#include <pwd.h>
+#include <unistd.h>
+#include <vector>
+
+namespace quarn {
+namespace {
+
+struct Free {
+  void operator()(char* text) const { std::free(text); }
+};
+
+/// `find` is one of the re-entrant look-ups with the key bound.
+template <class Find>
+std::optional<Path> homeOf(Find find) {
+  for (std::vector<char> buffer(4096);; buffer.resize(buffer.size() * 2)) {
+    passwd entry;
+    passwd* found = nullptr;
+    if (find(&entry, buffer.data(), buffer.size(), &found) == ERANGE) continue;
+    if (!found) return std::nullopt;
+    return Path(found->pw_dir);
+  }
+}
+
+}  // namespace
+
+Path LinuxPlaces::home() const {
+  const char* variable = std::getenv("HOME");
+  if (variable && variable[0] == '/') return Path(variable);
+  const auto listed = homeOf([](passwd* entry, char* buffer, std::size_t size, passwd** found) {
+    return ::getpwuid_r(::getuid(), entry, buffer, size, found);
+  });
+  return listed.value_or(Path("/"));
+}
+
+std::optional<Path> LinuxPlaces::home(const std::string& user) const {
+  return homeOf([&](passwd* entry, char* buffer, std::size_t size, passwd** found) {
+    return ::getpwnam_r(user.c_str(), entry, buffer, size, found);
+  });
+}
+
+Path LinuxPlaces::currentFolder() const {
+  const std::unique_ptr<char, Free> text(::getcwd(nullptr, 0));
+  // A folder that was removed has no path any more.
+  return Path(text ? text.get() : "/");
+}
+
+}  // namespace quarn

@@ -1,0 +1,63 @@
+#include "Platform/linux/TrashFolder.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <optional>
+#include <string>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace quarn {
+namespace {
+
+constexpr mode_t ownersOnly = 0700;
+// Everybody finds the own Trash in it, and nobody sees those of the others.
+constexpr mode_t everybodysOwn = 01333;
+
+std::optional<dev_t> device(const Path& folder) {
+  struct stat status;
+  if (::stat(folder.text().c_str(), &status) != 0) return std::nullopt;
+  return status.st_dev;
+}
+
+Path topOfVolume(Path folder) {
+  const auto volume = device(folder);
+  while (folder.parent() != folder && device(folder.parent()) == volume) folder = folder.parent();
+  return folder;
+}
+
+/// A link is no Trash: it could lead anywhere.
+Descriptor openOrMake(int parent, const std::string& name, mode_t mode) {
+  const bool made = ::mkdirat(parent, name.c_str(), ownersOnly) == 0;
+  if (!made && errno != EEXIST) return {};
+  if (made && mode != ownersOnly) ::fchmodat(parent, name.c_str(), mode, 0);
+  return Descriptor(::openat(parent, name.c_str(), O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+}
+
+TrashFolder result(Path path, Descriptor descriptor) {
+  const int error = descriptor.isOpen() ? 0 : errno;
+  return {std::move(path), std::move(descriptor), error};
+}
+
+TrashFolder homeTrash(const Path& home) {
+  const Descriptor parent(::open(home.text().c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+  if (!parent.isOpen()) return result({}, {});
+  return result(home.appending(".Trash"), openOrMake(parent.number(), ".Trash", ownersOnly));
+}
+
+TrashFolder volumeTrash(const Path& top) {
+  const Descriptor parent(::open(top.text().c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+  if (!parent.isOpen()) return result({}, {});
+  const Descriptor all = openOrMake(parent.number(), ".Trashes", everybodysOwn);
+  if (!all.isOpen()) return result({}, {});
+  const std::string user = std::to_string(::getuid());
+  return result(top.appending(".Trashes/" + user), openOrMake(all.number(), user, ownersOnly));
+}
+
+}  // namespace
+
+TrashFolder TrashFolder::forItemsIn(const Path& folder, const Path& home) {
+  return device(folder) == device(home) ? homeTrash(home) : volumeTrash(topOfVolume(folder));
+}
+
+}  // namespace quarn

@@ -1,0 +1,35 @@
+#include "Platform/posix/PosixProcesses.h"
+
+#include <unistd.h>
+
+#include "Platform/CocoaError.h"
+#include "Platform/posix/ParentProcess.h"
+#include "Platform/posix/Pipe.h"
+#include "Platform/posix/PosixChild.h"
+#include "Platform/posix/Spawn.h"
+
+namespace quarn {
+
+Result<std::unique_ptr<Child>> PosixProcesses::start(const Path& executable,
+                                                     const std::vector<std::string>& arguments,
+                                                     OutputStreams streams) {
+  Pipe output, error;
+  if (streams != OutputStreams::inherited) output = Pipe::make();
+  if (streams == OutputStreams::separate) error = Pipe::make();
+  const int errorTarget = streams == OutputStreams::joined ? output.writing.number() : error.writing.number();
+  pid_t process = 0;
+  const bool hasPipes = (streams == OutputStreams::inherited || output.writing.isOpen()) &&
+                        (streams != OutputStreams::separate || error.writing.isOpen());
+  if (!hasPipes || spawn(executable, arguments, output.writing.number(), errorTarget, process) != 0)
+    return CocoaError::toolNotStarted(executable);
+  return std::unique_ptr<Child>(
+      std::make_unique<PosixChild>(process, std::move(output.reading), std::move(error.reading)));
+}
+
+std::vector<int> PosixProcesses::lineage() const {
+  std::vector<int> processes;
+  for (int process = ::getpid(); process > 0; process = parentOf(process)) processes.push_back(process);
+  return processes;
+}
+
+}  // namespace quarn

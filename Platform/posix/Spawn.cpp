@@ -1,0 +1,81 @@
+#include "Platform/posix/Spawn.h"
+
+#include <signal.h>
+#include <spawn.h>
+#include <unistd.h>
+
+extern char** environ;
+
+namespace quarn {
+namespace {
+
+class FileActions {
+ public:
+  FileActions() { ::posix_spawn_file_actions_init(&actions_); }
+  ~FileActions() { ::posix_spawn_file_actions_destroy(&actions_); }
+  FileActions(const FileActions&) = delete;
+  FileActions& operator=(const FileActions&) = delete;
+
+  void hand(int ours, int theirs) {
+    if (ours >= 0) ::posix_spawn_file_actions_adddup2(&actions_, ours, theirs);
+  }
+  void closeAbove2() {
+#ifdef __linux__
+    ::posix_spawn_file_actions_addclosefrom_np(&actions_, 3);
+#endif
+  }
+  const posix_spawn_file_actions_t* get() const {
+    return &actions_;
+  }
+
+ private:
+  posix_spawn_file_actions_t actions_;
+};
+
+class Attributes {
+ public:
+  Attributes() {
+    ::posix_spawnattr_init(&attributes_);
+    sigset_t none, all;
+    ::sigemptyset(&none);
+    ::sigfillset(&all);
+    ::sigdelset(&all, SIGKILL);
+    ::sigdelset(&all, SIGSTOP);
+    ::posix_spawnattr_setsigmask(&attributes_, &none);
+    ::posix_spawnattr_setsigdefault(&attributes_, &all);
+    ::posix_spawnattr_setpgroup(&attributes_, 0);
+    int flags = POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF;
+#ifdef POSIX_SPAWN_CLOEXEC_DEFAULT
+    flags |= POSIX_SPAWN_CLOEXEC_DEFAULT;
+#endif
+    ::posix_spawnattr_setflags(&attributes_, static_cast<short>(flags));
+  }
+  ~Attributes() {
+    ::posix_spawnattr_destroy(&attributes_);
+  }
+  Attributes(const Attributes&) = delete;
+  Attributes& operator=(const Attributes&) = delete;
+  const posix_spawnattr_t* get() const {
+    return &attributes_;
+  }
+
+ private:
+  posix_spawnattr_t attributes_;
+};
+
+}  // namespace
+
+int spawn(const Path& executable, const std::vector<std::string>& arguments, int output, int error,
+          pid_t& process) {
+  FileActions actions;
+  actions.hand(output, STDOUT_FILENO);
+  actions.hand(error, STDERR_FILENO);
+  actions.closeAbove2();
+  std::vector<char*> words{const_cast<char*>(executable.text().c_str())};
+  for (const std::string& argument : arguments) words.push_back(const_cast<char*>(argument.c_str()));
+  words.push_back(nullptr);
+  const Attributes attributes;
+  return ::posix_spawn(&process, words[0], actions.get(), attributes.get(), words.data(), environ);
+}
+
+}  // namespace quarn
