@@ -96,7 +96,12 @@ Launch enter(const Options& options, const std::string& executable, const Caller
   processes((namespaces & CLONE_NEWPID) != 0);
   bindAll(binds);
   for (const DriveRequest& drive : options.drives) Drives::plug(drive, "mounts");
-  return {options.command, Environment::forRoom("mounts", options.cwd), options.cwd, options.keepRights, {}};
+  Launch launch;
+  launch.words = options.command;
+  launch.environment = Environment::forRoom("mounts", options.cwd);
+  launch.cwd = options.cwd;
+  launch.keepRights = options.keepRights;
+  return launch;
 }
 
 }  // namespace

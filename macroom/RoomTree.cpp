@@ -184,8 +184,8 @@ class Builder {
 
   void ownCommands(const Options& options) {
     copyTool(hostExecutable_, "/usr/libexec/quarn-room/quarn-room");
-    for (const std::string name : {"plug", "unplug"})
-      putLink("/usr/libexec/quarn-room/quarn-room", "/usr/local/bin/" + name);
+    for (const std::string name : {"/usr/local/bin/plug", "/usr/local/bin/unplug", innerKeeper})
+      putLink("/usr/libexec/quarn-room/quarn-room", name);
     for (const std::string& quarn : options.quarns)
       putLink(hostInRoom + quarn, "/usr/local/bin/" + fs::path(quarn).filename().string());
   }

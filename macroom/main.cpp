@@ -5,9 +5,11 @@
 #include <vector>
 
 #include "DriveCommands.h"
+#include "Keeper.h"
 #include "Namespaces.h"
 #include "Options.h"
 #include "Proot.h"
+#include "RoomTree.h"
 #include "Supervisor.h"
 
 namespace {
@@ -40,9 +42,10 @@ int run(const Options& options) {
 
 int main(int count, char** words) {
   const std::vector<std::string> arguments(words + 1, words + count);
-  if (auto status = DriveCommands::run(std::filesystem::path(words[0]).filename().string(), arguments))
-    return *status;
   try {
+    if (words[0] == std::string(innerKeeper)) return Keeper::keepInside(arguments);
+    if (auto status = DriveCommands::run(std::filesystem::path(words[0]).filename().string(), arguments))
+      return *status;
     const Options options = Options::parse(arguments);
     if (options.help) {
       std::cout << Options::usage;
