@@ -35,13 +35,20 @@ std::vector<pid_t> of(pid_t parent) {
   return children;
 }
 
-// Orphans come to this process, so killing and reaping children until there are none reaches everyone.
+// Orphans come to this process, so killing and reaping children until there are none reaches everyone. Those
+// of the spared one come later, at a time that no wait can tell.
 void endAll(pid_t spared) {
-  do {
+  while (true) {
     for (const pid_t child : of(spared)) ::kill(child, SIGKILL);
     for (const pid_t child : of(::getpid()))
       if (child != spared) ::kill(child, SIGKILL);
-  } while (::waitpid(-1, nullptr, 0) > 0 || errno == EINTR);
+    pid_t reaped = 0;
+    do {
+      reaped = ::waitpid(-1, nullptr, WNOHANG);
+    } while (reaped > 0);
+    if (reaped < 0 && errno == ECHILD) return;
+    ::usleep(1000);
+  }
 }
 
 }  // namespace quarn::room::ChildProcesses

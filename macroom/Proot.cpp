@@ -97,7 +97,7 @@ Places makePlaces() {
 }
 
 std::vector<std::string> words(const Options& options, const Places& places, const std::vector<Bind>& binds) {
-  std::vector<std::string> all = {program(), "-r", places.tree(), "-w", options.cwd};
+  std::vector<std::string> all = {program(), "-v", "-1", "-r", places.tree(), "-w", options.cwd};
   const auto bind = [&all](const std::string& from, const std::string& to) {
     all.insert(all.end(), {"-b", from + ":" + to});
   };

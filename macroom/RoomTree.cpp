@@ -68,6 +68,7 @@ class Builder {
 
   std::vector<Bind> build(const Options& options, unsigned uid, unsigned gid) {
     for (const char* folder : macFolders) makeFolders(inRoom(folder));
+    makeFolders(inRoom(hostInRoom));
     for (const char* open : {"/tmp", "/var/tmp"}) check(::chmod(inRoom(open).c_str(), 01777), open);
     topLevel();
     copyReplaceableTools();

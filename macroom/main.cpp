@@ -1,5 +1,6 @@
 #include <filesystem>
 #include <iostream>
+#include <stdexcept>
 #include <string>
 #include <unistd.h>
 #include <vector>
@@ -27,6 +28,8 @@ std::vector<RoomKind> kinds(const Options& options) {
 }
 
 int run(const Options& options) {
+  // The links of the outer room would lead into the inner one.
+  if (std::filesystem::exists(hostInRoom)) throw std::runtime_error("a room cannot be made inside a room");
   std::string reasons;
   for (const RoomKind& kind : kinds(options)) {
     const Supervisor::Outcome outcome = Supervisor::run(kind);
