@@ -3,8 +3,6 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
-#include <fcntl.h>
-#include <filesystem>
 #include <iostream>
 #include <optional>
 #include <poll.h>
@@ -14,6 +12,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "ChildProcesses.h"
 #include "Rights.h"
 #include "RoomError.h"
 #include "Signals.h"
@@ -63,7 +62,15 @@ std::optional<int> reap(pid_t command) {
   return status;
 }
 
-int waitFor(pid_t command) {
+void passOn(const Launch& launch, pid_t command, int number) {
+  if (!launch.throughTracer) {
+    ::kill(command, number);
+    return;
+  }
+  for (const pid_t child : ChildProcesses::of(command)) ::kill(child, number);
+}
+
+int waitFor(const Launch& launch, pid_t command) {
   while (true) {
     const Signals::Arrival arrival = Signals::next();
     if (arrival.number == SIGCHLD) {
@@ -71,32 +78,9 @@ int waitFor(pid_t command) {
     } else if (arrival.number == makerEnded) {
       return 128 + SIGKILL;
     } else if (arrival.sentByProcess) {
-      ::kill(command, arrival.number);
+      passOn(launch, command, arrival.number);
     }
   }
-}
-
-bool isChildOfMine(const std::filesystem::path& process) {
-  std::string line = readAll(Descriptor(::open((process / "stat").c_str(), O_RDONLY | O_CLOEXEC)));
-  const auto afterName = line.rfind(") ");
-  if (afterName == std::string::npos) return false;
-  return std::atoi(line.c_str() + afterName + 4) == ::getpid();
-}
-
-void killChildren() {
-  std::error_code error;
-  for (const auto& entry : std::filesystem::directory_iterator("/proc", error)) {
-    const int pid = std::atoi(entry.path().filename().c_str());
-    if (pid > 0 && isChildOfMine(entry.path())) ::kill(pid, SIGKILL);
-  }
-}
-
-// Orphans come to this process, so killing and reaping children until there are none reaches everyone. Where
-// this process is the first of its namespace the kernel does the same at its end.
-void endEverything() {
-  do {
-    killChildren();
-  } while (::waitpid(-1, nullptr, 0) > 0 || errno == EINTR);
 }
 
 void followTheMaker(bool firstOfNamespace, const Descriptor& readiness) {
@@ -118,8 +102,8 @@ int live(const RoomKind& kind, Descriptor& readiness) {
   }
   const pid_t command = start(*launch);
   readiness.close();
-  const int status = waitFor(command);
-  endEverything();
+  const int status = waitFor(*launch, command);
+  ChildProcesses::endAll(launch->throughTracer ? command : -1);
   return status;
 }
 
@@ -128,6 +112,20 @@ int live(const RoomKind& kind, Descriptor& readiness) {
 int keep(const RoomKind& kind, Descriptor readiness) {
   followTheMaker((kind.namespaces & CLONE_NEWPID) != 0, readiness);
   return live(kind, readiness);
+}
+
+int keepInside(const std::vector<std::string>& command) {
+  Signals::hold();
+  ::prctl(PR_SET_CHILD_SUBREAPER, 1);
+  Launch launch;
+  launch.words = command;
+  launch.keepRights = true;  // what was to go went before the tracer started
+  Rights::hideCallsUnknownToTracers();
+  for (char** variable = environ; *variable != nullptr; ++variable)
+    launch.environment.emplace_back(*variable);
+  const int status = waitFor(launch, start(launch));
+  ChildProcesses::endAll();
+  return status;
 }
 
 }  // namespace quarn::room::Keeper

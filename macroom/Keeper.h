@@ -10,4 +10,8 @@ namespace quarn::room::Keeper {
 /// Tells `readiness` why the room cannot be entered, or closes it without a word. The command's exit status.
 int keep(const RoomKind& kind, Descriptor readiness);
 
+/// The same once more under a tracer, which by itself would wait for all that the command leaves running:
+/// starts the command, passes signals on, and ends everything with it. The command's exit status.
+int keepInside(const std::vector<std::string>& command);
+
 }  // namespace quarn::room::Keeper

@@ -13,6 +13,7 @@ struct Launch {
   std::vector<std::string> environment;
   std::string cwd;  // empty: stay where the process is
   bool keepRights = false;
+  bool throughTracer = false;  // the first word is a tracer that is deaf to signals; its only child is not
   std::vector<TemporaryFolder> folders;
 };
 

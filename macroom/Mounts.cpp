@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <linux/mount.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -12,6 +13,28 @@ extern "C" int mount(const char* source, const char* target, const char* type, u
 #include "Sys.h"
 
 namespace quarn::room::Mounts {
+
+namespace {
+
+bool isSamePlace(const struct stat& one, const struct stat& other) {
+  return one.st_dev == other.st_dev && one.st_ino == other.st_ino;
+}
+
+// The folder that a chroot takes for its root is no mount, and only a mount can be told to keep to itself. A
+// working folder outside the own root knows no bound on the way up.
+void climbOutOfChroot(const Descriptor& root) {
+  check(::chroot("/proc"), "chroot");
+  check(::fchdir(root.get()), "/");
+  struct stat here {
+  }, above{};
+  do {
+    check(::stat(".", &here), ".");
+    check(::chdir(".."), "..");
+    check(::stat(".", &above), ".");
+  } while (!isSamePlace(here, above));
+}
+
+}  // namespace
 
 void mount(const std::string& type, const std::string& at, unsigned long flags, const std::string& data) {
   check(::mount(type.c_str(), at.c_str(), type.c_str(), flags, data.c_str()), "mounting " + at);
@@ -34,7 +57,11 @@ void makeReadOnly(const std::string& path) {
 }
 
 void cutOff() {
-  check(::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr), "own mounts");
+  const Descriptor root(check(::open("/", O_PATH | O_DIRECTORY | O_CLOEXEC), "/"));
+  climbOutOfChroot(root);
+  check(::mount(nullptr, ".", nullptr, MS_REC | MS_PRIVATE, nullptr), "own mounts");
+  check(::fchdir(root.get()), "/");
+  check(::chroot("."), "chroot");
 }
 
 }  // namespace quarn::room::Mounts

@@ -25,7 +25,13 @@ const std::string host = hostInRoom;
 struct Caller {
   uid_t uid;
   gid_t gid;
+  std::string terminal;  // empty without one
 };
+
+Caller findCaller() {
+  const char* terminal = ::ttyname(STDIN_FILENO);
+  return {::geteuid(), ::getegid(), terminal == nullptr ? "" : terminal};
+}
 
 // The user of a new user namespace is its root: that one right is what mounting asks for.
 void becomeItsRoot(const Caller& caller) {
@@ -70,6 +76,13 @@ void devices() {
   link("/proc/self/fd/2", "/dev/stderr");
 }
 
+// The room's own terminals do not hold the caller's, which programs look for by name.
+void callersTerminal(const std::string& terminal) {
+  if (terminal.empty()) return;
+  touch("/dev/console");
+  Mounts::bind(host + terminal, "/dev/console");
+}
+
 void processes(bool ownProcesses) {
   if (ownProcesses)
     Mounts::mount("proc", "/proc", MS_NOSUID | MS_NODEV | MS_NOEXEC, "");
@@ -90,19 +103,25 @@ Launch enter(const Options& options, const std::string& executable, const Caller
   if (asItsRoot) becomeItsRoot(caller);
   ::umask(022);
   moveIntoEmptyRoot();
-  const Caller inside = asItsRoot ? Caller{0, 0} : caller;
+  const Caller inside = asItsRoot ? Caller{0, 0, ""} : caller;
   const auto binds = RoomTree::build({"", host}, options, executable, inside.uid, inside.gid);
   devices();
+  callersTerminal(caller.terminal);
   processes((namespaces & CLONE_NEWPID) != 0);
   bindAll(binds);
   for (const DriveRequest& drive : options.drives) Drives::plug(drive, "mounts");
-  return {options.command, Environment::forRoom("mounts", options.cwd), options.cwd, options.keepRights, {}};
+  Launch launch;
+  launch.words = options.command;
+  launch.environment = Environment::forRoom("mounts", options.cwd);
+  launch.cwd = options.cwd;
+  launch.keepRights = options.keepRights;
+  return launch;
 }
 
 }  // namespace
 
 std::vector<RoomKind> kinds(const Options& options, const std::string& executable) {
-  const Caller caller{::geteuid(), ::getegid()};
+  const Caller caller = findCaller();
   std::vector<RoomKind> all;
   for (const int namespaces :
        {CLONE_NEWNS | CLONE_NEWPID, CLONE_NEWNS | CLONE_NEWPID | CLONE_NEWUSER, CLONE_NEWNS | CLONE_NEWUSER})

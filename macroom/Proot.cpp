@@ -29,32 +29,48 @@ std::string variable(const char* name) {
   return value == nullptr ? "" : value;
 }
 
-TemporaryFolder placeForTree() {
-  for (const std::string& parent : {variable("TMPDIR"), std::string("/tmp"), std::string("/var/tmp")})
-    if (!parent.empty())
-      if (auto folder = TemporaryFolder::make(parent)) return std::move(*folder);
-  throw RoomError("no writable temporary folder");
-}
-
 dev_t fileSystem(const std::string& path) {
   struct stat found {};
   return ::stat(path.c_str(), &found) == 0 ? found.st_dev : 0;
 }
 
-bool runsPrograms(const std::string& path) {
-  struct statvfs found {};
-  return ::statvfs(path.c_str(), &found) == 0 && (found.f_flag & ST_NOEXEC) == 0;
+// Where programs may be started, as they are to be from the room's and the drive's applications.
+bool runsPrograms(const struct statvfs& found) {
+  return (found.f_flag & ST_NOEXEC) == 0;
 }
 
-// The applications of a drive are to be started there, so a file system that forbids it comes last.
+bool isRoomy(const struct statvfs& found) {
+  return found.f_bavail * found.f_frsize > (1UL << 30);
+}
+
+// The tree has thousands of links, which memory takes in a fraction of the time.
+std::vector<std::string> treeCandidates() {
+  std::vector<std::string> all = {variable("TMPDIR"), "/tmp", "/var/tmp"};
+  struct statvfs memory {};
+  if (::statvfs("/dev/shm", &memory) == 0 && runsPrograms(memory) && isRoomy(memory))
+    all.insert(all.begin(), "/dev/shm");
+  return all;
+}
+
+TemporaryFolder placeForTree() {
+  for (const std::string& parent : treeCandidates())
+    if (!parent.empty())
+      if (auto folder = TemporaryFolder::make(parent)) return std::move(*folder);
+  throw RoomError("no writable temporary folder");
+}
+
+// Another file system than the tree's, or a move to the drive would be a mere renaming.
 std::optional<TemporaryFolder> placeForDrives(const std::string& tree) {
   const std::string ofUser = "/run/user/" + std::to_string(::geteuid());
   for (const bool mayForbidPrograms : {false, true})
-    for (const std::string& parent : {std::string("/dev/shm"), ofUser, std::string("/run/lock"),
-                                      std::string("/var/tmp"), variable("HOME"), std::string("/dev")})
-      if (!parent.empty() && fs::is_directory(parent) && fileSystem(parent) != fileSystem(tree) &&
-          (mayForbidPrograms || runsPrograms(parent)))
-        if (auto folder = TemporaryFolder::make(parent)) return folder;
+    for (const std::string& parent :
+         {std::string("/dev/shm"), variable("TMPDIR"), std::string("/tmp"), std::string("/var/tmp"), ofUser,
+          std::string("/run/lock"), variable("HOME"), std::string("/dev")}) {
+      struct statvfs found {};
+      if (parent.empty() || ::statvfs(parent.c_str(), &found) != 0) continue;
+      if (fileSystem(parent) == fileSystem(tree) || !(mayForbidPrograms || runsPrograms(found))) continue;
+      if (auto folder = TemporaryFolder::make(parent)) return folder;
+    }
   return std::nullopt;
 }
 
@@ -64,17 +80,33 @@ void mountTable(const std::string& path) {
   writeFile(path, "/dev/root / rootfs rw 0 0\n");
 }
 
-std::vector<std::string> words(const Options& options, const std::vector<TemporaryFolder>& folders,
-                               const std::vector<Bind>& binds) {
-  std::vector<std::string> all = {program(), "--kill-on-exit", "-r", folders[0].path(), "-w", options.cwd};
+struct Places {
+  TemporaryFolder base;    // holds the tree
+  TemporaryFolder drives;  // becomes /Volumes
+  std::string tree() const { return base.path() + "/root"; }
+};
+
+Places makePlaces() {
+  TemporaryFolder base = placeForTree();
+  auto drives = placeForDrives(base.path());
+  if (!drives) throw RoomError("no second writable file system for drives");
+  Places places{std::move(base), std::move(*drives)};
+  makeFolders(places.tree());
+  check(::chmod(places.drives.path().c_str(), 0755), places.drives.path());
+  return places;
+}
+
+std::vector<std::string> words(const Options& options, const Places& places, const std::vector<Bind>& binds) {
+  std::vector<std::string> all = {program(), "-v", "-1", "-r", places.tree(), "-w", options.cwd};
   const auto bind = [&all](const std::string& from, const std::string& to) {
     all.insert(all.end(), {"-b", from + ":" + to});
   };
   bind("/", hostInRoom);
   bind("/proc", "/proc");
   bind("/dev", "/dev");
-  bind(folders[1].path(), "/Volumes");
+  bind(places.drives.path(), "/Volumes");
   for (const Bind& each : binds) bind(each.from, each.to);
+  all.push_back(innerKeeper);
   all.insert(all.end(), options.command.begin(), options.command.end());
   return all;
 }
@@ -82,20 +114,20 @@ std::vector<std::string> words(const Options& options, const std::vector<Tempora
 Launch enter(const Options& options, const std::string& executable) {
   program();
   ::umask(022);
-  std::vector<TemporaryFolder> folders;
-  folders.push_back(placeForTree());
-  const std::string tree = folders[0].path();
-  auto drives = placeForDrives(tree);
-  if (!drives) throw RoomError("no second writable file system for drives");
-  folders.push_back(std::move(*drives));
-  for (const auto& folder : folders) ::chmod(folder.path().c_str(), 0755);
-  const auto binds = RoomTree::build({tree, ""}, options, executable, ::geteuid(), ::getegid());
-  mountTable(tree + "/etc/mtab");
-  for (const DriveRequest& drive : options.drives)
-    Drives::plugFolder(drive, folders[1].path(), tree + "/etc/mtab");
-  auto all = words(options, folders, binds);
-  return {std::move(all), Environment::forRoom("proot", options.cwd), "", options.keepRights,
-          std::move(folders)};
+  Places places = makePlaces();
+  const auto binds = RoomTree::build({places.tree(), ""}, options, executable, ::geteuid(), ::getegid());
+  const std::string table = places.tree() + "/etc/mtab";
+  mountTable(table);
+  for (const DriveRequest& drive : options.drives) Drives::plugFolder(drive, places.drives.path(), table);
+
+  Launch launch;
+  launch.words = words(options, places, binds);
+  launch.environment = Environment::forRoom("proot", options.cwd);
+  launch.keepRights = options.keepRights;
+  launch.throughTracer = true;
+  launch.folders.push_back(std::move(places.base));
+  launch.folders.push_back(std::move(places.drives));
+  return launch;
 }
 
 }  // namespace

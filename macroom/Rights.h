@@ -7,4 +7,9 @@ namespace quarn::room::Rights {
 /// stays.
 void becomeOrdinary();
 
+/// From now on, and in all descendants, the system calls that an old proot passes on with paths of the room
+/// left as they are answer "not known to this system"; libraries and tools then use the older calls that it
+/// does translate. Nothing changes where the kernel cannot filter calls.
+void hideCallsUnknownToTracers();
+
 }  // namespace quarn::room::Rights

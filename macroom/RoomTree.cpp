@@ -68,6 +68,7 @@ class Builder {
 
   std::vector<Bind> build(const Options& options, unsigned uid, unsigned gid) {
     for (const char* folder : macFolders) makeFolders(inRoom(folder));
+    makeFolders(inRoom(hostInRoom));
     for (const char* open : {"/tmp", "/var/tmp"}) check(::chmod(inRoom(open).c_str(), 01777), open);
     topLevel();
     copyReplaceableTools();
@@ -184,8 +185,8 @@ class Builder {
 
   void ownCommands(const Options& options) {
     copyTool(hostExecutable_, "/usr/libexec/quarn-room/quarn-room");
-    for (const std::string name : {"plug", "unplug"})
-      putLink("/usr/libexec/quarn-room/quarn-room", "/usr/local/bin/" + name);
+    for (const std::string name : {"/usr/local/bin/plug", "/usr/local/bin/unplug", innerKeeper})
+      putLink("/usr/libexec/quarn-room/quarn-room", name);
     for (const std::string& quarn : options.quarns)
       putLink(hostInRoom + quarn, "/usr/local/bin/" + fs::path(quarn).filename().string());
   }

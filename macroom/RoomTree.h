@@ -24,6 +24,9 @@ struct RoomSite {
 /// In every room the host's root is to be seen here, read-only where the kernel can grant that.
 inline constexpr const char* hostInRoom = "/.host";
 
+/// quarn-room under this name is Keeper::keepInside.
+inline constexpr const char* innerKeeper = "/usr/libexec/quarn-room/keep";
+
 namespace RoomTree {
 
 /// Makes the Mac's folders, the folders of tools, /etc and the stand-ins below `site.root`, and tells what

@@ -1,13 +1,16 @@
 #include <filesystem>
 #include <iostream>
+#include <stdexcept>
 #include <string>
 #include <unistd.h>
 #include <vector>
 
 #include "DriveCommands.h"
+#include "Keeper.h"
 #include "Namespaces.h"
 #include "Options.h"
 #include "Proot.h"
+#include "RoomTree.h"
 #include "Supervisor.h"
 
 namespace {
@@ -25,6 +28,8 @@ std::vector<RoomKind> kinds(const Options& options) {
 }
 
 int run(const Options& options) {
+  // The links of the outer room would lead into the inner one.
+  if (std::filesystem::exists(hostInRoom)) throw std::runtime_error("a room cannot be made inside a room");
   std::string reasons;
   for (const RoomKind& kind : kinds(options)) {
     const Supervisor::Outcome outcome = Supervisor::run(kind);
@@ -40,9 +45,10 @@ int run(const Options& options) {
 
 int main(int count, char** words) {
   const std::vector<std::string> arguments(words + 1, words + count);
-  if (auto status = DriveCommands::run(std::filesystem::path(words[0]).filename().string(), arguments))
-    return *status;
   try {
+    if (words[0] == std::string(innerKeeper)) return Keeper::keepInside(arguments);
+    if (auto status = DriveCommands::run(std::filesystem::path(words[0]).filename().string(), arguments))
+      return *status;
     const Options options = Options::parse(arguments);
     if (options.help) {
       std::cout << Options::usage;
