@@ -199,8 +199,9 @@ TEST(PropertyList, aNulInAKeyGivesNothing) {
   const auto root = "\xD1" + reference(1) + reference(2);
   EXPECT_EQ(PropertyList::texts(binary({root, withNul, "\x51x"})), std::nullopt);
   EXPECT_EQ(PropertyList::texts(binary({root, wideWithNul, "\x51x"})), std::nullopt);
-  EXPECT_EQ(PropertyList::texts(xml(std::string("<dict><key>a\0b</key><string>x</string></dict>", 47))),
-            std::nullopt);
+  EXPECT_EQ(
+      PropertyList::texts(xml("<dict><key>a" + std::string(1, '\0') + "b</key><string>x</string></dict>")),
+      std::nullopt);
 }
 
 TEST(PropertyList, aFewBytesThatStandForMoreThanMemoryHoldsGiveNothing) {
