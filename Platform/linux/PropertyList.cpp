@@ -8,6 +8,7 @@
 
 #include "Platform/PlatformError.h"
 #include "Platform/Text.h"
+#include "Platform/linux/BinaryOutline.h"
 #include "Platform/linux/XMLOutline.h"
 
 namespace quarn::PropertyList {
@@ -74,12 +75,14 @@ Node parse(std::string_view bytes) {
   const auto& library = Library::loaded();
   plist_t node = nullptr;
   if (bytes.starts_with("bplist00")) {
+    // libplist copies a value to each place that refers to it, however many these are.
+    if (!BinaryOutline::isReasonable(bytes)) return {};
     library.fromBinary(bytes.data(), static_cast<std::uint32_t>(bytes.size()), &node);
     return Node(node);
   }
   // libplist takes the first value and doesn't look at what follows, so the rest is checked here.
   const auto xml = Text::decodingFile(bytes);
-  if (!xml || !XMLOutline::isComplete(*xml)) return {};
+  if (!xml || xml->find('\0') != std::string::npos || !XMLOutline::isComplete(*xml)) return {};
   library.fromXML(xml->data(), static_cast<std::uint32_t>(xml->size()), &node);
   return Node(node);
 }
