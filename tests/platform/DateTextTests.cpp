@@ -1,5 +1,6 @@
 #include <cstdlib>
 #include <ctime>
+#include <gtest/gtest.h>
 
 #include "Platform/DateText.h"
 

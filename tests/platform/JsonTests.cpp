@@ -1,3 +1,4 @@
+#include <gtest/gtest.h>
 #include <limits>
 
 #include "Platform/Json.h"

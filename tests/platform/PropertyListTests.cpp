@@ -1,4 +1,5 @@
 #include <array>
+#include <gtest/gtest.h>
 
 #include "Platform/PropertyList.h"
 
@@ -46,7 +47,7 @@ std::string binary(const std::vector<std::string>& objects) {
 /// {a: "one", b: 1, c: ["x"], é: "ü"}
 std::string binaryExample() {
   std::string root = "\xD4";
-  for (const std::size_t object : {1, 2, 3, 4, 5, 6, 7, 8}) root += reference(object);
+  for (std::size_t object = 1; object <= 8; ++object) root += reference(object);
   const std::string wideE("\x61\0\xE9", 3), wideU("\x61\0\xFC", 3), one("\x10\x01", 2);
   return binary({root,
                  "\x51"

@@ -1,3 +1,5 @@
+#include <gtest/gtest.h>
+
 #include "Platform/RegularExpression.h"
 
 namespace quarn {

@@ -1,3 +1,4 @@
+#include <gtest/gtest.h>
 #include <regex>
 #include <set>
 
