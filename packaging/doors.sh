@@ -1,0 +1,24 @@
+# What the doors `try`, `room` and `check` have in common. Sourced from the top folder.
+
+release=build/release
+
+# Builds the program and the room, quietly unless something is wrong.
+build_release() {
+  packaging/prepare build
+  if ! { cmake --preset release && cmake --build --preset release; } >"${TMPDIR:-/tmp}/quarn-build.$$" 2>&1; then
+    cat "${TMPDIR:-/tmp}/quarn-build.$$" >&2
+    rm -f "${TMPDIR:-/tmp}/quarn-build.$$"
+    echo "quarn: the build failed" >&2
+    exit 1
+  fi
+  rm -f "${TMPDIR:-/tmp}/quarn-build.$$"
+}
+
+# Runs a command in a room with quarn on its PATH: run_in_room [options of quarn-room] -- COMMAND…
+# Where neither mounts nor namespaces are allowed, the room needs proot.
+run_in_room() {
+  if ! "$release/macroom/quarn-room" -- true 2>/dev/null; then
+    packaging/prepare room
+  fi
+  "$release/macroom/quarn-room" --bind "$PWD" --quarn "$PWD/$release/bin/quarn" "$@"
+}
