@@ -1,8 +1,10 @@
 #include "QuarnCore/move/EntryCount.h"
 
+#include <thread>
+
 #include "Platform/UTF8Check.h"
 
-namespace quarn::EntryCount {
+namespace quarn {
 namespace {
 
 /// Counts lines that aren't empty as they come; the whole list of a large tree is never held.
@@ -34,19 +36,43 @@ class LineCounter {
 
 }  // namespace
 
-std::optional<std::int64_t> ofTree(Platform& platform, const Path& root) {
-  auto child = platform.processes.start(Path("/usr/bin/find"), {root.text()}, OutputStreams::separate);
-  if (!child) return std::nullopt;
+struct EntryCount::Run {
+  explicit Run(std::unique_ptr<Child> started) : child(std::move(started)), reader([this] { read(); }) {}
+
+  void read() {
+    child->readToEnd(
+        [this](std::string_view bytes) {
+          lines.take(bytes);
+          text.take(bytes);
+        },
+        [](std::string_view) {});
+  }
+  void waitForEnd() {
+    if (reader.joinable()) reader.join();
+  }
+
+  std::unique_ptr<Child> child;
   LineCounter lines;
-  UTF8Check check;
-  (*child)->readToEnd(
-      [&](std::string_view bytes) {
-        lines.take(bytes);
-        check.take(bytes);
-      },
-      [](std::string_view) {});
-  if ((*child)->waitForExit() != 0 || !check.isText()) return std::nullopt;
-  return lines.total();
+  UTF8Check text;
+  std::thread reader;  // last, since it uses the others from its first moment
+};
+
+EntryCount::EntryCount(Platform& platform, const Path& root) {
+  auto child = platform.processes.start(Path("/usr/bin/find"), {root.text()}, OutputStreams::separate);
+  if (child) run_ = std::make_unique<Run>(*std::move(child));
 }
 
-}  // namespace quarn::EntryCount
+EntryCount::~EntryCount() {
+  if (!run_) return;
+  run_->child->terminate();
+  run_->waitForEnd();
+}
+
+std::optional<std::int64_t> EntryCount::value() {
+  if (!run_) return std::nullopt;
+  run_->waitForEnd();
+  if (run_->child->waitForExit() != 0 || !run_->text.isText()) return std::nullopt;
+  return run_->lines.total();
+}
+
+}  // namespace quarn

@@ -65,13 +65,12 @@ Reason verifyTop(Platform& platform, const Path& source, const Path& destination
       platform, attributes->kind, [&attributes] { return attributes; }, source, destination, name);
 }
 
-/// The fast check that finds a broken copy before every item is looked at.
-Reason fileCountParity(Platform& platform, const Path& source, const Path& destination) {
-  const auto expected = EntryCount::ofTree(platform, source);
-  const auto found = EntryCount::ofTree(platform, destination);
+Reason fileCountParity(EntryCount& ofSource, EntryCount& ofDestination, const std::string& name) {
+  const auto expected = ofSource.value();
+  const auto found = ofDestination.value();
   if (!expected || !found || *found >= *expected) return std::nullopt;
-  return source.lastComponent() + " copied with " + std::to_string(*found) + " of " +
-         std::to_string(*expected) + " entries — " + std::to_string(*expected - *found) + " missing.";
+  return name + " copied with " + std::to_string(*found) + " of " + std::to_string(*expected) +
+         " entries — " + std::to_string(*expected - *found) + " missing.";
 }
 
 class ItemByItem : public WalkVisitor {
@@ -105,10 +104,13 @@ std::optional<std::string> failureReason(Platform& platform, const Path& source,
   if (!platform.files.exists(destination)) return missing(destination.lastComponent());
   if (auto reason = verifyTop(platform, source, destination)) return reason;
   if (!isDirectory(platform, source)) return std::nullopt;
-  if (auto reason = fileCountParity(platform, source, destination)) return reason;
+  // `find` counts on both sides while the items are looked at; what it finds missing is told first.
+  EntryCount ofSource(platform, source);
+  EntryCount ofDestination(platform, destination);
   ItemByItem check(platform, source, destination);
   platform.files.walk(source, Hidden::included, check);
-  return check.reason;
+  const auto missingEntries = fileCountParity(ofSource, ofDestination, source.lastComponent());
+  return missingEntries ? missingEntries : check.reason;
 }
 
 }  // namespace quarn::MoveVerifier

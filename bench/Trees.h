@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string>
+
+namespace bench {
+
+/// A tree of so many folders, nested up to eight deep, and files, a few bytes each; one file in fifty is
+/// a link, one a hard link and one a hidden file.
+void makeTree(const std::string& root, int files, int folders);
+
+/// A small application bundle.
+void makeApp(const std::string& bundle, const std::string& identifier);
+
+}  // namespace bench

@@ -1,0 +1,104 @@
+// Runs in a room, on memory file systems, and prints a table. bench-run SUBJECT-PROGRAM
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include "bench/Contest.h"
+#include "bench/Trees.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using bench::Command;
+using bench::Contest;
+
+void heading() {
+  std::printf("| what | rival | ratio | limit | time | rival's time | peak | limit |\n");
+  std::printf("|---|---|---|---|---|---|---|---|\n");
+}
+
+struct Row {
+  std::string what;
+  std::string rival;
+  double limit;
+  double peakLimit = 0;  ///< MB; none at 0
+};
+
+void print(const Row& row, const bench::Outcome& outcome) {
+  std::printf("| %s | %s | %.2f | %.2f | %.1f ms | %.1f ms | %.1f MB | %s |\n", row.what.c_str(),
+              row.rival.c_str(), outcome.ratio, row.limit, outcome.subject.wallSeconds * 1000,
+              outcome.rival.wallSeconds * 1000, outcome.subject.peakMegabytes,
+              row.peakLimit > 0 ? (std::to_string(static_cast<int>(row.peakLimit)) + " MB").c_str() : "");
+  std::fflush(stdout);
+}
+
+void walks(const std::string& subject) {
+  const std::string tree = "/tmp/tree";
+  const std::string copy = "/tmp/copy";
+  bench::makeTree(tree, 200'000, 44'000);
+  const Command find = {"find", tree};
+  bench::timed(find);
+  print({"`SizingService.measure`, 200,000 files", "`find TREE`", 1.15, 8},
+        bench::compete({{subject, "measure", tree}, find, 11}));
+  print({"`SizeCalculator.size`, 200,000 files", "`find TREE`", 1.15, 8},
+        bench::compete({{subject, "size", tree}, find, 11}));
+  bench::timed({"cp", "-a", tree, copy});
+  print({"`MoveVerifier.failureReason`, 200,000 files", "`find TREE`", 4.0, 8},
+        bench::compete({{subject, "verify", tree, copy}, find, 7}));
+  bench::timed({"rm", "-rf", tree, copy});
+}
+
+void oneMove() {
+  const std::string prepared = "/tmp/Big.app";
+  bench::makeApp(prepared, "com.example.big");
+  bench::makeTree(prepared + "/Contents/Resources", 50'000, 5'000);
+  std::ofstream("/tmp/ditto") << "#!/bin/sh\nexec cp -a \"$2\" \"$3\"\n";
+  fs::permissions("/tmp/ditto", fs::perms::owner_all);
+  fs::remove("/usr/bin/ditto");
+  fs::copy("/tmp/ditto", "/usr/bin/ditto");
+  const auto fresh = [&prepared] {
+    bench::timed({"rm", "-rf", "/Applications/Big.app", "/Volumes/X9/ExternalQuarn", "/Volumes/X9/Big.app"});
+    bench::timed({"cp", "-a", prepared, "/Applications/Big.app"});
+  };
+  print({"`move one`, 50,000 files", "`cp -a; rm -rf`", 1.2},
+        bench::compete(
+            {{"quarn", "move", "one", "/Applications/Big.app", "--yes"},
+             {"sh", "-c", "cp -a /Applications/Big.app /Volumes/X9/Big.app && rm -rf /Applications/Big.app"},
+             7,
+             fresh}));
+  bench::timed({"rm", "-rf", "/Applications/Big.app", "/Volumes/X9/ExternalQuarn", prepared});
+}
+
+void starts() {
+  const Command nothing = {"/bin/true"};
+  print({"`quarn help`", "`/bin/true`", 1.8}, bench::compete({{"quarn", "help"}, nothing, 401}));
+  print({"`quarn move drives`", "`/bin/true`", 2.5},
+        bench::compete({{"quarn", "move", "drives"}, nothing, 401}));
+}
+
+void plan() {
+  for (int number = 0; number < 300; ++number) {
+    const std::string name = "App " + std::to_string(number);
+    bench::makeApp("/Applications/" + name + ".app", "com.example.app" + std::to_string(number));
+  }
+  std::vector<double> milliseconds;
+  for (int i = 0; i < 21; ++i) {
+    milliseconds.push_back(bench::timed({"quarn", "move", "plan"}).processorSeconds * 1000);
+  }
+  std::printf("\n`move plan` over 300 applications of three files: %.1f ms of processor time (limit 40 ms)\n",
+              bench::median(milliseconds));
+}
+
+}  // namespace
+
+int main(int count, char** values) {
+  if (count != 2) return 2;
+  heading();
+  walks(values[1]);
+  oneMove();
+  starts();
+  plan();
+  return 0;
+}

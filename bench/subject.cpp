@@ -1,0 +1,28 @@
+// One service in a process of its own, so that its time and its peak of memory can be told from outside:
+// bench-subject measure|size PATH, bench-subject verify SOURCE COPY.
+
+#include <cstdio>
+#include <cstring>
+
+#include "QuarnCore/foundation/SizeCalculator.h"
+#include "QuarnCore/foundation/SizingService.h"
+#include "QuarnCore/move/MoveVerifier.h"
+
+int main(int count, char** values) {
+  quarn::Platform& platform = quarn::hostPlatform();
+  if (count == 3 && std::strcmp(values[1], "measure") == 0) {
+    const auto bytes = quarn::SizingService::measure(platform, quarn::Path(values[2]));
+    return std::printf("%lld\n", static_cast<long long>(bytes)) > 0 ? 0 : 1;
+  }
+  if (count == 3 && std::strcmp(values[1], "size") == 0) {
+    const auto bytes = quarn::SizeCalculator::size(platform, quarn::Path(values[2]));
+    return std::printf("%lld\n", static_cast<long long>(bytes)) > 0 ? 0 : 1;
+  }
+  if (count == 4 && std::strcmp(values[1], "verify") == 0) {
+    const auto reason =
+        quarn::MoveVerifier::failureReason(platform, quarn::Path(values[2]), quarn::Path(values[3]));
+    if (reason) std::fprintf(stderr, "%s\n", reason->c_str());
+    return reason ? 1 : 0;
+  }
+  return 2;
+}
