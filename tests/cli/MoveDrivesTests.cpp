@@ -17,9 +17,8 @@ std::string line(const std::string& mount, const std::string& name, const std::s
 
 TEST(MoveDrives, theBootVolumeAndADriveAreListedWithTheirFigures) {
   if (!scene::hasMounts()) GTEST_SKIP() << "needs real mounts";
-  EXPECT_EQ(shown(quarn({"move", "drives"})),
-            printed(header + line("/", "Macintosh HD", "yes", "yes") +
-                    "/Volumes/X9\tX9\tno\tyes\t67.1 MB\t67.1 MB\n"));
+  EXPECT_EQ(shown(quarn({"move", "drives"})), printed(header + line("/", "Macintosh HD", "yes", "yes") +
+                                                      "/Volumes/X9\tX9\tno\tyes\t67.1 MB\t67.1 MB\n"));
 }
 
 TEST(MoveDrives, everyRoomListsTheBootVolumeBeforeTheDrive) {
@@ -31,12 +30,12 @@ TEST(MoveDrives, everyRoomListsTheBootVolumeBeforeTheDrive) {
 TEST(MoveDrives, externalDrivesAreInTheOrderOfTheirNamesByLetterCase) {
   if (!scene::hasMounts()) GTEST_SKIP() << "needs real mounts";
   for (const std::string name : {"beta", "Zeta", "alpha", "My Drive"}) scene::plug(name, "1m");
-  EXPECT_EQ(shown(quarn({"move", "drives"})),
-            printed(header + line("/", "Macintosh HD", "yes", "yes") +
-                    line("/Volumes/My Drive", "My Drive", "no", "yes") +
-                    line("/Volumes/X9", "X9", "no", "yes") + line("/Volumes/Zeta", "Zeta", "no", "yes") +
-                    line("/Volumes/alpha", "alpha", "no", "yes") +
-                    line("/Volumes/beta", "beta", "no", "yes")));
+  EXPECT_EQ(
+      shown(quarn({"move", "drives"})),
+      printed(header + line("/", "Macintosh HD", "yes", "yes") +
+              line("/Volumes/My Drive", "My Drive", "no", "yes") + line("/Volumes/X9", "X9", "no", "yes") +
+              line("/Volumes/Zeta", "Zeta", "no", "yes") + line("/Volumes/alpha", "alpha", "no", "yes") +
+              line("/Volumes/beta", "beta", "no", "yes")));
 }
 
 TEST(MoveDrives, aReadOnlyDriveIsListedAsNotWritable) {

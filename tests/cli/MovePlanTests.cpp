@@ -11,8 +11,9 @@ const std::string header = "size\tsource\t->\tdestination\n";
 const std::string support = scene::home + "/Library/Application Support/";
 
 std::string summary(std::size_t apps, std::size_t jobs, std::int64_t total) {
-  return "# target: X9  free=" + size(freeBytes(scene::drive)) + "\n# apps eligible: " +
-         std::to_string(apps) + "   jobs: " + std::to_string(jobs) + "   total: " + size(total) + "\n";
+  return "# target: X9  free=" + size(freeBytes(scene::drive)) +
+         "\n# apps eligible: " + std::to_string(apps) + "   jobs: " + std::to_string(jobs) +
+         "   total: " + size(total) + "\n";
 }
 
 std::string line(const std::string& source, const std::string& destination) {
@@ -46,11 +47,11 @@ TEST(MovePlan, aQueueLargerThanTheFreeSpaceIsWarnedOf) {
   scene::plug("Tiny", "1m");
   scene::makeApp("/Applications/Foo.app", {}, 2'000'000);
   const std::string needed = sizeOf("/Applications/Foo.app");
-  EXPECT_EQ(shown(quarn({"move", "plan", "--target-drive", "Tiny"})),
-            printed("# target: Tiny  free=1 MB\n# apps eligible: 1   jobs: 1   total: " + needed + "\n" +
-                    header + needed +
-                    "\t/Applications/Foo.app\t->\t/Volumes/Tiny/ExternalQuarn/Apps/Foo.app\n" +
-                    "# WARNING: queue is " + needed + " but drive has 1 MB free\n"));
+  EXPECT_EQ(
+      shown(quarn({"move", "plan", "--target-drive", "Tiny"})),
+      printed("# target: Tiny  free=1 MB\n# apps eligible: 1   jobs: 1   total: " + needed + "\n" + header +
+              needed + "\t/Applications/Foo.app\t->\t/Volumes/Tiny/ExternalQuarn/Apps/Foo.app\n" +
+              "# WARNING: queue is " + needed + " but drive has 1 MB free\n"));
 }
 
 TEST(MovePlan, preferencesAndLinkedDataAreLeftOut) {
@@ -59,9 +60,8 @@ TEST(MovePlan, preferencesAndLinkedDataAreLeftOut) {
   scene::write("/Library/Preferences/com.example.foo.plist", "x");
   scene::makeFolder("/Volumes/X9/elsewhere");
   scene::link(support + "Foo", "/Volumes/X9/elsewhere");
-  EXPECT_EQ(shown(quarn({"move", "plan"})),
-            printed(summary(1, 1, allocated("/Applications/Foo.app")) + header +
-                    line("/Applications/Foo.app", "Apps/Foo.app")));
+  EXPECT_EQ(shown(quarn({"move", "plan"})), printed(summary(1, 1, allocated("/Applications/Foo.app")) +
+                                                    header + line("/Applications/Foo.app", "Apps/Foo.app")));
 }
 
 TEST(MovePlan, aLinkedApplicationStaysEligibleWithItsDataAlone) {

@@ -1,7 +1,6 @@
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cctype>
+#include <gtest/gtest.h>
 #include <set>
 #include <sstream>
 
@@ -59,9 +58,9 @@ TEST(MoveSelection, theProtectedNamesStayUnlessAskedFor) {
 
 TEST(MoveSelection, theProtectedIdentifiersStayUnlessAskedFor) {
   const std::vector<std::string> identifiers = {
-      "com.openai.codex",      "com.todesktop.230313mzl4w4u92", "com.anthropic.claudefordesktop",
-      "com.apple.Terminal",    "com.googlecode.iterm2",         "com.microsoft.VSCode",
-      "com.apple.dt.Xcode",    "com.microsoft.VSCodeInsiders",  "com.apple.terminal"};
+      "com.openai.codex",   "com.todesktop.230313mzl4w4u92", "com.anthropic.claudefordesktop",
+      "com.apple.Terminal", "com.googlecode.iterm2",         "com.microsoft.VSCode",
+      "com.apple.dt.Xcode", "com.microsoft.VSCodeInsiders",  "com.apple.terminal"};
   Names all;
   for (std::size_t i = 0; i < identifiers.size(); ++i) {
     const std::string name = "App" + std::to_string(i) + ".app";
@@ -140,8 +139,7 @@ TEST(MoveSelection, theDisplayNameDecidesWhetherALiveToolIsMeant) {
 TEST(MoveSelection, theCommandLineThatStartedQuarnIsNoLiveTool) {
   if (isShownByAProcess("cursor")) GTEST_SKIP() << "a process outside the room shows the word";
   scene::makeApp("/Applications/Cursor Tools.app", {.identifier = "org.c"}, 100);
-  const std::string out =
-      scene::shell("quarn move plan --target-drive X9 # cursor\ntrue").out;
+  const std::string out = scene::shell("quarn move plan --target-drive X9 # cursor\ntrue").out;
   EXPECT_NE(out.find("# apps eligible: 1 "), std::string::npos) << out;
 }
 

@@ -55,7 +55,14 @@ TEST(TargetDrive, ofTwoMatchesTheFirstInTheOrderOfTheListCounts) {
             planned("Macintosh HD", "/Volumes/Macintosh HD"));
 }
 
-TEST(TargetDrive, aLeadingTildeIsExpandedInThePathOnly) {
+TEST(TargetDrive, aLeadingTildeIsExpandedInThePath) {
+  if (!scene::hasMounts()) GTEST_SKIP() << "needs real mounts";
+  const scene::RunOptions homeBesideTheDrive = {.input = "", .folder = "/", .environment = {"HOME=/Volumes"}};
+  EXPECT_EQ(shown(quarn({"move", "plan", "--target-drive", "~/X9"}, homeBesideTheDrive)),
+            planned("X9", "/Volumes/X9"));
+}
+
+TEST(TargetDrive, aLeadingTildeIsNotExpandedInTheRefusal) {
   for (const std::string word : {"~", "~/X9", "~/"}) {
     EXPECT_EQ(shown(quarn({"move", "plan", "--target-drive", word})),
               failed("Target drive not found: " + word + ". Run `move drives` to list mounts."));
@@ -87,8 +94,7 @@ TEST(TargetDrive, withoutAnExternalWritableDriveOneMustBeNamed) {
   if (!scene::hasMounts()) GTEST_SKIP() << "needs real mounts";
   scene::unplug("X9");
   scene::plug("A1", "1m", true);
-  const std::string refusal =
-      failed("No external writable drive mounted. Pass --target-drive </Volumes/X>.");
+  const std::string refusal = failed("No external writable drive mounted. Pass --target-drive </Volumes/X>.");
   for (const std::string command : {"plan", "all", "next"}) {
     EXPECT_EQ(shown(quarn({"move", command})), refusal) << command;
   }
