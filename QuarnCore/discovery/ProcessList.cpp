@@ -28,8 +28,11 @@ std::vector<std::string> linesOfLineage(Platform& platform) {
 
 }  // namespace
 
-std::vector<std::string> lines(Platform& platform) {
+std::vector<std::string> lines(Platform& platform,
+                               const std::function<bool(const std::string& line)>& isOfInterest) {
   std::vector<std::string> all = linesOfPs(platform, {"-axo", "comm,args"});
+  std::erase_if(all, std::not_fn(isOfInterest));
+  if (all.empty()) return all;
   // One line for each of them: another process with the very same line stays.
   for (const std::string& own : linesOfLineage(platform)) {
     const auto found = std::find(all.begin(), all.end(), own);
