@@ -8,10 +8,16 @@
 namespace quarn {
 namespace {
 
-FileSystem& files() { return hostPlatform().files; }
+FileSystem& files() {
+  return hostPlatform().files;
+}
 
-int code(const Result<void>& result) { return result ? 0 : result.error().code; }
-std::string text(const Result<void>& result) { return result ? "" : result.error().description; }
+int code(const Result<void>& result) {
+  return result ? 0 : result.error().code;
+}
+std::string text(const Result<void>& result) {
+  return result ? "" : result.error().description;
+}
 
 // Creating folders.
 
@@ -163,8 +169,8 @@ TEST(Remove, takesAnEmptyFolderThatMayNotBeRead) {
   ScratchFolder scratch;
   scratch.folder("tree/inside");
   ::chmod(scratch.at("tree/inside").c_str(), 0);
-  EXPECT_EQ(child::failuresWithoutRights([&] { EXPECT_EQ(code(files().remove(scratch / "tree/inside")), 0); }),
-            "");
+  EXPECT_EQ(
+      child::failuresWithoutRights([&] { EXPECT_EQ(code(files().remove(scratch / "tree/inside")), 0); }), "");
   EXPECT_FALSE(scratch.stands("tree/inside"));
 }
 

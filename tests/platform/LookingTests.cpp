@@ -1,9 +1,8 @@
+#include <algorithm>
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/socket.h>
 #include <sys/un.h>
-
-#include <algorithm>
 
 #include "Platform/Platform.h"
 #include "tests/support/Child.h"
@@ -12,7 +11,9 @@
 namespace quarn {
 namespace {
 
-FileSystem& files() { return hostPlatform().files; }
+FileSystem& files() {
+  return hostPlatform().files;
+}
 
 template <class Value>
 int code(const Result<Value>& result) {
@@ -97,8 +98,7 @@ TEST(Looking, attributesOfNothingFail) {
   const auto found = files().attributes(scratch / "none");
   ASSERT_FALSE(found);
   EXPECT_EQ(found.error().code, 260);
-  EXPECT_EQ(found.error().description,
-            "The file “none” couldn’t be opened because there is no such file.");
+  EXPECT_EQ(found.error().description, "The file “none” couldn’t be opened because there is no such file.");
 }
 
 TEST(Looking, readLinkGivesTheStoredTextOfAnyLength) {
@@ -152,8 +152,9 @@ TEST(Looking, standardizedResolvesLinksOnlyWhereDotsGoUpAndAllExists) {
 
 TEST(Looking, listGivesNamesOfAnyBytes) {
   ScratchFolder scratch;
-  const std::vector<std::string> names = sorted({"a b", "\"quoted\"", "tab\there", "line\nfeed", "bad\xFFutf8",
-                                                 "😀", ".hidden", "é", "e\u0301", std::string(255, 'n')});
+  const std::vector<std::string> names =
+      sorted({"a b", "\"quoted\"", "tab\there", "line\nfeed", "bad\xFFutf8", "😀", ".hidden", "é", "e\u0301",
+              std::string(255, 'n')});
   for (const auto& name : names) scratch.write(name);
   EXPECT_EQ(sorted(*files().list(scratch.path(), Hidden::included)), names);
 }
