@@ -210,6 +210,12 @@ TEST_P(EveryRoom, writesThroughABoundFolder) {
   EXPECT_EQ(contents(host.path() / "a"), "hello\n");
 }
 
+TEST_P(EveryRoom, bindsOneFileInTheMiddleOfItsOwn) {
+  const std::string before = contents("/etc/hosts");
+  EXPECT_EQ(room("cmp /etc/hosts /.host/etc/hosts", {"--bind", "/etc/hosts"}).err, "");
+  EXPECT_EQ(contents("/etc/hosts"), before);
+}
+
 TEST_P(EveryRoom, putsQuarnOnThePath) {
   const ScratchFolder host;
   const fs::path tool = host.path() / "quarn";
