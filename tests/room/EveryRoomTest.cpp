@@ -40,6 +40,10 @@ std::string contents(const fs::path& path) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
+bool isRunning(const std::string& sleepOfSeconds) {
+  return !processesWith("sleep" + std::string(1, '\0') + sleepOfSeconds).empty();
+}
+
 bool eventually(const std::function<bool()>& holds) {
   for (int attempt = 0; attempt < 100; ++attempt) {
     if (holds()) return true;
@@ -96,30 +100,20 @@ TEST_P(EveryRoom, passesTerminationOn) {
 }
 
 TEST_P(EveryRoom, endsWithItsCommandWhateverElseRunsInIt) {
-  const Finished finished = room("setsid sleep 3141 </dev/null >/dev/null 2>&1 & exit 4");
+  const Finished finished = room("setsid sleep 30.41 </dev/null >/dev/null 2>&1 & exit 4");
   EXPECT_EQ(finished.status, 4);
-  EXPECT_TRUE(eventually([] {
-    return processesWith(std::string("sleep\0"
-                                     "3141",
-                                     10))
-        .empty();
-  }));
+  EXPECT_FALSE(isRunning("30.41"));
 }
 
 TEST_P(EveryRoom, killedLeavesNothing) {
   const std::string mountsBefore = contents("/proc/self/mounts");
   Started started =
-      room.start("setsid sleep 3142 & echo ready; sleep 3143", {"--drive", "X9=8m", "--drive", "Y=8m"});
+      room.start("setsid sleep 30.42 & echo ready; sleep 30.43", {"--drive", "X9=8m", "--drive", "Y=8m"});
   started.waitForOutput("ready");
   ::kill(started.pid(), SIGKILL);
+  EXPECT_TRUE(
+      eventually([] { return !isRunning("30.42") && !isRunning("30.43") && abandonedRooms().empty(); }));
   EXPECT_EQ(started.finish().status, 137);
-  EXPECT_TRUE(eventually([] {
-    return processesWith(std::string("sleep\0"
-                                     "314",
-                                     9))
-               .empty() &&
-           abandonedRooms().empty();
-  }));
   EXPECT_EQ(contents("/proc/self/mounts"), mountsBefore);
 }
 
