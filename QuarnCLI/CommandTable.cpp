@@ -127,6 +127,7 @@ constexpr std::array commands = std::to_array<Command>({
      "quarn scaffold build-command [--app-name <Name>] [--bin-src <path>] [--default-drive <path>] [--force] "
      "[-o <path>]"},
     {"dedupe", "plan", nullptr, ""},
+    {"install", "uninstall", nullptr, ""},
 });
 
 const Group* groupNamed(std::string_view words) {

@@ -64,7 +64,7 @@ struct Run {
 struct RunOptions {
   std::optional<std::string> input = "";  ///< absent: standard input is closed
   std::string folder = home;
-  std::vector<std::string> environment;  ///< "NAME=value", beside what is there
+  std::vector<std::string> environment = {};  ///< "NAME=value", beside what is there
 };
 
 /// Runs a program as an ordinary person, whom permissions bind.

@@ -1,0 +1,167 @@
+#include <gtest/gtest.h>
+
+#include "tests/cli/Expected.h"
+
+using namespace expected;
+using scene::quarn;
+
+namespace {
+
+using Words = std::vector<std::string>;
+
+std::string joined(const Words& words) {
+  std::string text;
+  for (const std::string& word : words) text += (text.empty() ? "" : " ") + word;
+  return text;
+}
+
+TEST(Dispatch, anUnknownFirstWordIsNamed) {
+  for (const std::string word : {"mvoe", "MOVE", "--version", "--Help", "-v", "", "move drives",
+                                 "install plugins", "plugins", "Help", "-help"}) {
+    EXPECT_EQ(shown(quarn({word})), failed("Unknown command: " + word));
+  }
+}
+
+TEST(Dispatch, aGroupWithoutAnActionSaysSo) {
+  const std::pair<Words, std::string> rows[] = {
+      {{"install"}, "Missing install action."},
+      {{"install", "plugins"}, "Missing plugins action. Try: inspect | install"},
+      {{"uninstall"}, "Missing uninstall action."},
+      {{"backup"}, "Missing backup action."},
+      {{"move"}, "Missing move action."},
+  };
+  for (const auto& [words, message] : rows) EXPECT_EQ(shown(quarn(words)), failed(message));
+}
+
+TEST(Dispatch, healthAloneGivesItsUsageAsAnError) {
+  EXPECT_EQ(shown(quarn({"health"})),
+            failed("Usage:\n"
+                   "  health check     [--format human|tsv|toml]\n"
+                   "  health analyze   [--format human|tsv|toml]\n"
+                   "  health repair    [--dry-run] [--yes] [--remove-orphans] [--remove-empty]\n"
+                   "                   [--re-symlink-reverted | --reclaim-reverted]\n"
+                   "                   [--remove-dangling] [--forget-missing-tracked-files]\n"
+                   "                   [--repair-spotlight-launchers]"));
+}
+
+TEST(Dispatch, dedupeAloneGivesItsUsageAsAnError) {
+  EXPECT_EQ(shown(quarn({"dedupe"})), failed("Usage:\n"
+                                             "  dedupe scan [--format human|tsv|toml]\n"
+                                             "  dedupe plan [--format human|tsv|toml]\n"
+                                             "  dedupe run  [--dry-run] [--yes] [--format human|tsv|toml]"));
+}
+
+TEST(Dispatch, snapshotAloneGivesItsUsageAsAnError) {
+  EXPECT_EQ(shown(quarn({"snapshot"})), failed("Usage:\n  snapshot create\n  snapshot list"));
+}
+
+TEST(Dispatch, scaffoldAloneGivesItsUsageAsAnError) {
+  EXPECT_EQ(
+      shown(quarn({"scaffold"})),
+      failed("Usage:\n"
+             "  scaffold build-command [--app-name <Name>] [--bin-src <path>] [--default-drive <path>] "
+             "[--force] [-o <path>]\n"
+             "\n"
+             "Generates a build.command in the current directory (or -o path) that supports:\n"
+             "  ./build.command                              install to /Applications/<Name>.app\n"
+             "  ./build.command --external-drive=/Volumes/X9\n"
+             "                                               install to "
+             "/Volumes/X9/ExternalQuarn/Apps/<Name>.app\n"
+             "                                               and symlink /Applications/<Name>.app -> that "
+             "path\n"
+             "  ./build.command --no-install                 build only, no deploy\n"
+             "  ./build.command --app-name=Other             override app name for this run"));
+}
+
+TEST(Dispatch, anUnknownActionIsNamed) {
+  const std::pair<Words, std::string> rows[] = {
+      {{"install", "x"}, "Unknown install action: x"},
+      {{"install", "--help"}, "Unknown install action: --help"},
+      {{"install", "plugins inspect"}, "Unknown install action: plugins inspect"},
+      {{"install", "plugins", "x"}, "Unknown plugins action: x"},
+      {{"uninstall", "x"}, "Unknown uninstall action: x"},
+      {{"backup", "x"}, "Unknown backup action: x"},
+      {{"move", "x"}, "Unknown move action: x"},
+      {{"move", "Drives"}, "Unknown move action: Drives"},
+      {{"move", ""}, "Unknown move action: "},
+      {{"move", "--yes", "one"}, "Unknown move action: --yes"},
+      {{"health", "x"}, "Unknown health subcommand: x"},
+      {{"dedupe", "x"}, "Unknown dedupe action: x"},
+      {{"snapshot", "x"}, "Unknown snapshot subcommand: x"},
+      {{"scaffold", "x"}, "Unknown scaffold subcommand: x"},
+  };
+  for (const auto& [words, message] : rows) EXPECT_EQ(shown(quarn(words)), failed(message));
+}
+
+TEST(Dispatch, aCommandThatThisVersionLacksSaysSo) {
+  const Words rows[] = {
+      {"install", "options"},
+      {"install", "inspect"},
+      {"install", "plan"},
+      {"install", "run"},
+      {"install", "sessions"},
+      {"install", "pending"},
+      {"install", "resume"},
+      {"install", "uninstall-plan"},
+      {"install", "uninstall"},
+      {"install", "plugins", "inspect"},
+      {"install", "plugins", "install"},
+      {"uninstall", "apps"},
+      {"uninstall", "inspect"},
+      {"uninstall", "plan"},
+      {"uninstall", "run"},
+      {"uninstall", "sessions"},
+      {"backup", "create"},
+      {"backup", "list"},
+      {"health", "check"},
+      {"health", "analyze"},
+      {"health", "repair"},
+      {"dedupe", "scan"},
+      {"dedupe", "plan"},
+      {"dedupe", "run"},
+      {"scaffold", "build-command"},
+  };
+  for (Words words : rows) {
+    const std::string message = "This version of quarn does not have the command: " + joined(words);
+    EXPECT_EQ(shown(quarn(words)), failed(message));
+    words.insert(words.end(), {"--format", "toml", "word"});
+    EXPECT_EQ(shown(quarn(words)), failed(message)) << "the words behind it don't matter";
+  }
+}
+
+TEST(Dispatch, eachMoveAndSnapshotActionReachesItsCommand) {
+  const std::pair<Words, std::string> failing[] = {
+      {{"move", "one"},
+       "Usage: move one <bundle-path|bundle-id> [--target-drive <path>] [--no-data] [--yes] [--progress]"},
+      {{"move", "path"}, "Usage: move path --source <path> --destination <path> [--yes] [--progress]"},
+      {{"move", "restore"}, "Usage: move restore <symlink-path>"},
+      {{"move", "back"},
+       "Usage: move back <app-name|symlink-path>\n"
+       "  e.g. move back 'Little Snitch.app'\n"
+       "       move back /Applications/Capo.app"},
+      {{"move", "plan", "--target-drive", "none"},
+       "Target drive not found: none. Run `move drives` to list mounts."},
+  };
+  for (const auto& [words, message] : failing) EXPECT_EQ(shown(quarn(words)), failed(message));
+  const std::pair<Words, std::string> printing[] = {
+      {{"move", "drives"}, "mount\tname\tinternal\twritable\tfree\ttotal\n"},
+      {{"move", "apps"}, "name\tbundle_id\trisk\tapp_size\tdata_size\ttotal\tpath\n"},
+      {{"move", "all"}, "target drive: X9 (/Volumes/X9)\n"},
+      {{"snapshot", "list"}, "No local snapshots.\n"},
+      {{"snapshot", "create"}, "Created snapshot: com.apple.TimeMachine."},
+  };
+  for (const auto& [words, start] : printing) {
+    const scene::Run run = quarn(words);
+    EXPECT_EQ(run.status, 0) << joined(words);
+    EXPECT_EQ(run.err, "") << joined(words);
+    EXPECT_TRUE(run.out.starts_with(start)) << run.out;
+  }
+  EXPECT_EQ(shown(quarn({"move", "next"})), shown({2, "nothing eligible to move.\n", ""}));
+}
+
+TEST(Dispatch, unknownAndRepeatedFlagsDontMatter) {
+  const std::string plain = shown(quarn({"move", "apps"}));
+  EXPECT_EQ(shown(quarn({"move", "apps", "--nonsense", "--all", "--all", "--format", "toml"})), plain);
+}
+
+}  // namespace
