@@ -18,11 +18,17 @@ bool isSymlink(Platform& platform, const Path& item) {
   return attributes && attributes->kind == FileKind::symbolicLink;
 }
 
-/// By what the paths lead to: behind a link, one folder has two names.
+Path nearestExisting(Platform& platform, Path item) {
+  while (!platform.files.exists(item) && item.parent() != item) item = item.parent();
+  return item;
+}
+
+/// By what the paths lead to: behind a link, one folder has two names, and other folders above it.
 bool leadsInto(Platform& platform, const Path& folder, const Path& item) {
   const auto wanted = platform.files.attributes(platform.files.resolvingLinks(folder));
-  for (Path current = item;; current = current.parent()) {
-    const auto found = platform.files.attributes(platform.files.resolvingLinks(current));
+  for (Path current = platform.files.resolvingLinks(nearestExisting(platform, item));;
+       current = current.parent()) {
+    const auto found = platform.files.attributes(current);
     if (wanted && found && wanted->identity == found->identity) return true;
     if (current.parent() == current) return false;
   }

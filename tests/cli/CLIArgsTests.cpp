@@ -1,6 +1,6 @@
-#include "QuarnCLI/CLIArgs.h"
-
 #include <gtest/gtest.h>
+
+#include "QuarnCLI/CLIArgs.h"
 
 namespace quarn {
 namespace {

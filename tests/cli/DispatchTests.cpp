@@ -56,12 +56,21 @@ TEST(Dispatch, snapshotAloneGivesItsUsageAsAnError) {
 }
 
 TEST(Dispatch, scaffoldAloneGivesItsUsageAsAnError) {
-  const scene::Run run = quarn({"scaffold"});
-  EXPECT_EQ(run.status, 1);
-  EXPECT_EQ(run.out, "");
-  EXPECT_TRUE(run.err.starts_with("error\tUsage:\n  scaffold build-command [--app-name <Name>] "
-                                  "[--bin-src <path>] [--default-drive <path>] [--force] [-o <path>]\n"))
-      << run.err;
+  EXPECT_EQ(
+      shown(quarn({"scaffold"})),
+      failed("Usage:\n"
+             "  scaffold build-command [--app-name <Name>] [--bin-src <path>] [--default-drive <path>] "
+             "[--force] [-o <path>]\n"
+             "\n"
+             "Generates a build.command in the current directory (or -o path) that supports:\n"
+             "  ./build.command                              install to /Applications/<Name>.app\n"
+             "  ./build.command --external-drive=/Volumes/X9\n"
+             "                                               install to "
+             "/Volumes/X9/ExternalQuarn/Apps/<Name>.app\n"
+             "                                               and symlink /Applications/<Name>.app -> that "
+             "path\n"
+             "  ./build.command --no-install                 build only, no deploy\n"
+             "  ./build.command --app-name=Other             override app name for this run"));
 }
 
 TEST(Dispatch, anUnknownActionIsNamed) {

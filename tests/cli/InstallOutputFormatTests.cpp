@@ -1,6 +1,6 @@
-#include "QuarnCLI/report/InstallOutputFormat.h"
-
 #include <gtest/gtest.h>
+
+#include "QuarnCLI/report/InstallOutputFormat.h"
 
 namespace quarn {
 namespace {

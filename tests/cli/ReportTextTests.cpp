@@ -1,6 +1,6 @@
-#include "QuarnCLI/report/ReportText.h"
-
 #include <gtest/gtest.h>
+
+#include "QuarnCLI/report/ReportText.h"
 
 namespace quarn {
 namespace {

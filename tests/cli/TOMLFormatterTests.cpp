@@ -1,6 +1,6 @@
-#include "QuarnCLI/report/TOMLFormatter.h"
-
 #include <gtest/gtest.h>
+
+#include "QuarnCLI/report/TOMLFormatter.h"
 
 namespace quarn {
 namespace {

@@ -1,5 +1,6 @@
 // What holds in every room, however it is made.
 
+#include <algorithm>
 #include <chrono>
 #include <fstream>
 #include <gtest/gtest.h>
@@ -23,6 +24,8 @@ class EveryRoom : public testing::TestWithParam<Way> {
   void SetUp() override {
     const std::string reason = room.whyNot();
     if (!reason.empty()) GTEST_SKIP() << reason;
+    const Finished finished = room("echo $QUARN_ROOM");
+    ASSERT_EQ(finished.out, GetParam() == Way::proot ? "proot\n" : "mounts\n") << finished.err;
   }
 
   TestRoom room{GetParam()};
@@ -55,9 +58,15 @@ bool eventually(const std::function<bool()>& holds) {
 }  // namespace
 
 TEST_P(EveryRoom, startsAndEndsInLessThanASecond) {
-  const auto begin = std::chrono::steady_clock::now();
-  EXPECT_EQ(room("exit 0").status, 0);
-  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(1));
+  using std::chrono::steady_clock;
+  // The quickest of some, because a busy machine can hold up any one of them.
+  steady_clock::duration quickest = steady_clock::duration::max();
+  for (int attempt = 0; attempt < 5; ++attempt) {
+    const auto begin = steady_clock::now();
+    EXPECT_EQ(room("exit 0").status, 0);
+    quickest = std::min(quickest, steady_clock::now() - begin);
+  }
+  EXPECT_LT(quickest, std::chrono::seconds(1));
 }
 
 TEST_P(EveryRoom, hasTheFoldersOfAMac) {

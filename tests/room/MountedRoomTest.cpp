@@ -14,6 +14,8 @@ class MountedRoom : public testing::TestWithParam<Way> {
   void SetUp() override {
     const std::string reason = room.whyNot();
     if (!reason.empty()) GTEST_SKIP() << reason;
+    const Finished finished = room("echo $QUARN_ROOM");
+    ASSERT_EQ(finished.out, "mounts\n") << finished.err;
   }
 
   TestRoom room{GetParam()};

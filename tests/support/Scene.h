@@ -29,8 +29,8 @@ void link(const std::string& at, const std::string& target);
 /// What stands in a bundle's property list; an empty text leaves its key out.
 struct AppFacts {
   std::string identifier = "com.example.foo";
-  std::string displayName;
-  std::string name;
+  std::string displayName = {};
+  std::string name = {};
   std::string version = "1.2.3";
   std::string executable = "Foo";
 };
@@ -64,7 +64,7 @@ struct Run {
 struct RunOptions {
   std::optional<std::string> input = "";  ///< absent: standard input is closed
   std::string folder = home;
-  std::vector<std::string> environment;  ///< "NAME=value", beside what is there
+  std::vector<std::string> environment = {};  ///< "NAME=value", beside what is there
 };
 
 /// Runs a program as an ordinary person, whom permissions bind.

@@ -1,0 +1,88 @@
+#include <gtest/gtest.h>
+
+#include "tests/cli/Expected.h"
+
+using namespace expected;
+using scene::quarn;
+
+namespace {
+
+const std::string header = "size\tsource\t->\tdestination\n";
+const std::string support = scene::home + "/Library/Application Support/";
+
+std::string summary(std::size_t apps, std::size_t jobs, std::int64_t total) {
+  return "# target: X9  free=" + size(freeBytes(scene::drive)) +
+         "\n# apps eligible: " + std::to_string(apps) + "   jobs: " + std::to_string(jobs) +
+         "   total: " + size(total) + "\n";
+}
+
+std::string line(const std::string& source, const std::string& destination) {
+  return sizeOf(source) + "\t" + source + "\t->\t/Volumes/X9/ExternalQuarn/" + destination + "\n";
+}
+
+TEST(MovePlan, aBundleComesBeforeItsDataEachWithItsPlaceOnTheDrive) {
+  scene::makeApp("/Applications/Foo.app");
+  scene::writeBytes(support + "Foo/a.db", 30'000);
+  scene::writeBytes("/Library/Caches/com.example.foo/b", 50'000);
+  scene::writeBytes(scene::home + "/.foo/c", 10'000);
+  const std::int64_t total = allocated("/Applications/Foo.app") + allocated(support + "Foo") +
+                             allocated("/Library/Caches/com.example.foo") + allocated(scene::home + "/.foo");
+  EXPECT_EQ(shown(quarn({"move", "plan"})),
+            printed(summary(1, 4, total) + header + line("/Applications/Foo.app", "Apps/Foo.app") +
+                    line(support + "Foo", "Data/Library/Application Support/Foo") +
+                    line("/Library/Caches/com.example.foo", "Data/System/Library/Caches/com.example.foo") +
+                    line(scene::home + "/.foo", "Data/.foo")));
+}
+
+TEST(MovePlan, withoutDataOnlyBundlesArePlanned) {
+  scene::makeApp("/Applications/Foo.app");
+  scene::writeBytes(support + "Foo/a.db", 30'000);
+  EXPECT_EQ(shown(quarn({"move", "plan", "--no-data"})),
+            printed(summary(1, 1, allocated("/Applications/Foo.app")) + header +
+                    line("/Applications/Foo.app", "Apps/Foo.app")));
+}
+
+TEST(MovePlan, aQueueLargerThanTheFreeSpaceIsWarnedOf) {
+  if (!scene::hasMounts()) GTEST_SKIP() << "needs real mounts";
+  scene::plug("Tiny", "1m");
+  scene::makeApp("/Applications/Foo.app", {}, 2'000'000);
+  const std::string needed = sizeOf("/Applications/Foo.app");
+  EXPECT_EQ(
+      shown(quarn({"move", "plan", "--target-drive", "Tiny"})),
+      printed("# target: Tiny  free=1 MB\n# apps eligible: 1   jobs: 1   total: " + needed + "\n" + header +
+              needed + "\t/Applications/Foo.app\t->\t/Volumes/Tiny/ExternalQuarn/Apps/Foo.app\n" +
+              "# WARNING: queue is " + needed + " but drive has 1 MB free\n"));
+}
+
+TEST(MovePlan, preferencesAndLinkedDataAreLeftOut) {
+  scene::makeApp("/Applications/Foo.app");
+  scene::write(scene::home + "/Library/Preferences/com.example.foo.plist", "x");
+  scene::write("/Library/Preferences/com.example.foo.plist", "x");
+  scene::makeFolder("/Volumes/X9/elsewhere");
+  scene::link(support + "Foo", "/Volumes/X9/elsewhere");
+  EXPECT_EQ(shown(quarn({"move", "plan"})), printed(summary(1, 1, allocated("/Applications/Foo.app")) +
+                                                    header + line("/Applications/Foo.app", "Apps/Foo.app")));
+}
+
+TEST(MovePlan, aLinkedApplicationStaysEligibleWithItsDataAlone) {
+  scene::makeApp("/Volumes/X9/Elsewhere/Foo.app", {.identifier = "com.linked"});
+  scene::link("/Applications/Foo.app", "/Volumes/X9/Elsewhere/Foo.app");
+  scene::writeBytes(support + "Foo/a.db", 30'000);
+  EXPECT_EQ(shown(quarn({"move", "plan"})),
+            printed(summary(1, 1, allocated(support + "Foo")) + header +
+                    line(support + "Foo", "Data/Library/Application Support/Foo")));
+}
+
+TEST(MovePlan, nothingIsChanged) {
+  scene::makeApp("/Applications/Foo.app");
+  scene::writeBytes(support + "Foo/a.db", 30'000);
+  const auto apps = scene::tree("/Applications");
+  const auto home = scene::tree(scene::home);
+  const auto drive = scene::tree(scene::drive);
+  quarn({"move", "plan"});
+  EXPECT_EQ(scene::tree("/Applications"), apps);
+  EXPECT_EQ(scene::tree(scene::home), home);
+  EXPECT_EQ(scene::tree(scene::drive), drive);
+}
+
+}  // namespace
