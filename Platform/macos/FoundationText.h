@@ -16,6 +16,7 @@ std::string bytesOf(NSString* _Nonnull text);
 /// path can have these bytes.
 NSURL* _Nullable foundationURL(const Path& path);
 NSString* _Nullable foundationPath(const Path& path);
-Path pathOf(NSURL* _Nonnull url);
+/// Empty for null.
+Path pathOf(NSURL* _Nullable url);
 
 }  // namespace quarn

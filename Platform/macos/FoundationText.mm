@@ -23,7 +23,7 @@ NSURL* foundationURL(const Path& path) {
 }
 
 Path pathOf(NSURL* url) {
-  return Path(url.fileSystemRepresentation);
+  return url ? Path(url.fileSystemRepresentation) : Path();
 }
 
 }  // namespace quarn

@@ -10,8 +10,8 @@ id read(std::string_view bytes) {
   NSData* data = [NSData dataWithBytes:bytes.data() length:bytes.size()];
   return [NSPropertyListSerialization propertyListWithData:data
                                                    options:NSPropertyListImmutable
-                                                    format:nil
-                                                     error:nil];
+                                                    format:nullptr
+                                                     error:nullptr];
 }
 
 }  // namespace

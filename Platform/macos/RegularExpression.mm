@@ -25,7 +25,7 @@ RegularExpression::RegularExpression(std::string_view pattern) : compiled_(std::
   @autoreleasepool {
     NSString* text = foundationText(pattern);
     if (text)
-      compiled_->expression = [NSRegularExpression regularExpressionWithPattern:text options:0 error:nil];
+      compiled_->expression = [NSRegularExpression regularExpressionWithPattern:text options:0 error:nullptr];
   }
 }
 

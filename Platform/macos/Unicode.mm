@@ -14,6 +14,11 @@ NSString* anyText(std::string_view bytes) {
   return [[NSString alloc] initWithBytes:bytes.data() length:bytes.size() encoding:NSISOLatin1StringEncoding];
 }
 
+bool isLineEndOfTwo(NSString* text, NSUInteger begin) {
+  return begin + 1 < text.length && [text characterAtIndex:begin] == '\r' &&
+         [text characterAtIndex:begin + 1] == '\n';
+}
+
 /// The characters as people count them, in order, until `visit` gives false.
 template <class Visit>
 void forEachCharacter(NSString* text, Visit visit) {
@@ -21,7 +26,7 @@ void forEachCharacter(NSString* text, Visit visit) {
   while (begin < text.length) {
     NSRange range = [text rangeOfComposedCharacterSequenceAtIndex:begin];
     // Foundation keeps CR and LF apart.
-    if ([[text substringFromIndex:begin] hasPrefix:@"\r\n"]) range.length = 2;
+    if (isLineEndOfTwo(text, begin)) range.length = 2;
     if (!visit(range)) return;
     begin = NSMaxRange(range);
   }

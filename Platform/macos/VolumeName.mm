@@ -7,7 +7,7 @@ namespace {
 
 NSString* nameFor(const Path& path) {
   NSString* name = nil;
-  [foundationURL(path) getResourceValue:&name forKey:NSURLVolumeNameKey error:nil];
+  [foundationURL(path) getResourceValue:&name forKey:NSURLVolumeNameKey error:nullptr];
   return name;
 }
 
