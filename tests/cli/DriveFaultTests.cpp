@@ -88,7 +88,8 @@ TEST(DriveFault, aReadOnlyDriveRefusesTheFolders) {
   const std::string bytes = sizeOf(app);
   EXPECT_EQ(
       shown(moveOne({"--target-drive", "Locked"})),
-      refused(bytes, "You can’t save the file “ExternalQuarn” because the volume “Locked” is read only.", "Locked"));
+      refused(bytes, "You can’t save the file “ExternalQuarn” because the volume “Locked” is read only.",
+              "Locked"));
   EXPECT_EQ(scene::tree(app), before);
 }
 
