@@ -59,6 +59,9 @@ class WalkItem {
   virtual FileKind kind() const = 0;
   /// Looked up when first asked for; fails when the item is gone.
   virtual Result<FileAttributes> attributes() const = 0;
+  /// Those of the item at the same place below another root, such as the copy of a tree. The way there
+  /// is looked up once a folder and not once an item.
+  virtual Result<FileAttributes> attributesBelow(const Path& otherRoot) const = 0;
 };
 
 /// Who is called on a walk.

@@ -2,6 +2,8 @@
 
 #include <filesystem>
 #include <fstream>
+#include <sys/wait.h>
+#include <unistd.h>
 #include <vector>
 
 namespace bench {
@@ -44,15 +46,24 @@ void makeFile(const fs::path& folder, int number, const fs::path& previous) {
   }
 }
 
-}  // namespace
-
-void makeTree(const std::string& root, int files, int folders) {
+void makeTreeHere(const std::string& root, int files, int folders) {
   const auto all = makeFolders(root, folders);
   const fs::path original = fs::path(root) / "original.dat";
   write(original, "the file with many names");
   for (int number = 0; number < files; ++number) {
     makeFile(all[static_cast<std::size_t>(number) % all.size()], number, original);
   }
+}
+
+}  // namespace
+
+void makeTree(const std::string& root, int files, int folders) {
+  const pid_t maker = ::fork();
+  if (maker == 0) {
+    makeTreeHere(root, files, folders);
+    ::_exit(0);
+  }
+  ::waitpid(maker, nullptr, 0);
 }
 
 void makeApp(const std::string& bundle, const std::string& identifier) {

@@ -4,8 +4,9 @@
 
 namespace bench {
 
-/// A tree of so many folders, nested up to eight deep, and files, a few bytes each; one file in fifty is
-/// a link, one a hard link and one a hidden file.
+/// A tree, made by a process of its own: the memory that it takes would be counted in the peak of every
+/// process that is started afterwards. So many folders, nested up to eight deep, and files, a few bytes each;
+/// one file in fifty is a link, one a hard link and one a hidden file.
 void makeTree(const std::string& root, int files, int folders);
 
 /// A small application bundle.

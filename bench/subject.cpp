@@ -1,5 +1,5 @@
 // One service in a process of its own, so that its time and its peak of memory can be told from outside:
-// bench-subject measure|size PATH, bench-subject verify SOURCE COPY.
+// bench-subject measure|size|measure-each PATH, bench-subject verify SOURCE COPY.
 
 #include <cstdio>
 #include <cstring>
@@ -16,6 +16,14 @@ int main(int count, char** values) {
   }
   if (count == 3 && std::strcmp(values[1], "size") == 0) {
     const auto bytes = quarn::SizeCalculator::size(platform, quarn::Path(values[2]));
+    return std::printf("%lld\n", static_cast<long long>(bytes)) > 0 ? 0 : 1;
+  }
+  if (count == 3 && std::strcmp(values[1], "measure-each") == 0) {
+    std::int64_t bytes = 0;
+    const quarn::Path folder(values[2]);
+    for (const auto& name : platform.files.list(folder, quarn::Hidden::skipped).valueOr({})) {
+      bytes += quarn::SizingService::measure(platform, folder.appending(name));
+    }
     return std::printf("%lld\n", static_cast<long long>(bytes)) > 0 ? 0 : 1;
   }
   if (count == 4 && std::strcmp(values[1], "verify") == 0) {

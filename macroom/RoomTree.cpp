@@ -205,9 +205,11 @@ class Builder {
   }
 
   void makeTarget(const HostPath& path) {
-    if (fs::is_directory(onHost(path.real))) return makeFolders(inRoom(path.named));
-    makeFolders(inRoom(fs::path(path.named).parent_path().string()));
-    if (!fs::exists(inRoom(path.named))) writeFile(inRoom(path.named), "");
+    const fs::path target = inRoom(path.named);
+    if (fs::is_symlink(target)) fs::remove(target);  // of a link farm; it would lead to the host's own
+    if (fs::is_directory(onHost(path.real))) return makeFolders(target.string());
+    makeFolders(target.parent_path().string());
+    if (!fs::exists(target)) writeFile(target.string(), "");
   }
 
   RoomSite site_;

@@ -53,6 +53,7 @@ std::optional<TemporaryFolder> TemporaryFolder::make(const std::string& parent) 
     if (lock.get() >= 0 && ::fstat(lock.get(), &made) == 0 && made.st_nlink > 0 &&
         ::access(path.c_str(), W_OK) == 0)
       return TemporaryFolder(std::move(path), std::move(lock));
+    ::rmdir(path.c_str());
   }
   return std::nullopt;
 }

@@ -1,11 +1,13 @@
-#include "Platform/posix/ThreadPriority.h"
+#include "Platform/ThreadPriority.h"
 
 #include <pthread/qos.h>
 
 namespace quarn {
 
-void lowerPriorityOfThisThread() {
-  pthread_set_qos_class_self_np(QOS_CLASS_UTILITY, 0);
+void setCurrentThreadPriority(ThreadPriority priority) {
+  if (priority == ThreadPriority::userInitiated) return;
+  const auto quality = priority == ThreadPriority::utility ? QOS_CLASS_UTILITY : QOS_CLASS_BACKGROUND;
+  pthread_set_qos_class_self_np(quality, 0);
 }
 
 }  // namespace quarn

@@ -12,6 +12,8 @@ namespace {
 // How long a tool that has ended may go unnoticed while another process holds its pipe.
 constexpr std::chrono::milliseconds pollInterval{20};
 
+constexpr int lostStatus = 255;
+
 int exitStatus(int waitStatus) {
   return WIFSIGNALED(waitStatus) ? WTERMSIG(waitStatus) : WEXITSTATUS(waitStatus);
 }
@@ -32,8 +34,8 @@ bool PosixChild::collect() {
   do found = ::waitpid(process_, &waitStatus, WNOHANG);
   while (found < 0 && errno == EINTR);
   if (found == 0) return false;
-  // Somebody else's wait took the status away, and all that is known is the end.
-  status_ = found == process_ ? exitStatus(waitStatus) : 0;
+  // Somebody else's wait took the status away. What isn't known to have gone well counts as failed.
+  status_ = found == process_ ? exitStatus(waitStatus) : lostStatus;
   return true;
 }
 

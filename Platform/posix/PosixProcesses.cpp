@@ -1,5 +1,6 @@
 #include "Platform/posix/PosixProcesses.h"
 
+#include <signal.h>
 #include <unistd.h>
 
 #include "Platform/CocoaError.h"
@@ -10,9 +11,21 @@
 
 namespace quarn {
 
+namespace {
+
+/// Whoever ignores the end of children, which a program inherits from the one that started it, never
+/// learns how a child has ended.
+void mindEndsOfChildren() {
+  struct sigaction action {};
+  if (::sigaction(SIGCHLD, nullptr, &action) == 0 && action.sa_handler == SIG_IGN) ::signal(SIGCHLD, SIG_DFL);
+}
+
+}  // namespace
+
 Result<std::unique_ptr<Child>> PosixProcesses::start(const Path& executable,
                                                      const std::vector<std::string>& arguments,
                                                      OutputStreams streams) {
+  mindEndsOfChildren();
   Pipe output, error;
   if (streams != OutputStreams::inherited) output = Pipe::make();
   if (streams == OutputStreams::separate) error = Pipe::make();

@@ -3,15 +3,40 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <string>
+#include <sys/stat.h>
 
 #include "Platform/CocoaError.h"
 #include "Platform/posix/HiddenFlag.h"
+#include "Platform/posix/ItemAttributes.h"
 #include "Platform/posix/PathAt.h"
-#include "Platform/posix/Status.h"
 #include "Platform/posix/TreeDescent.h"
 
 namespace quarn {
 namespace {
+
+/// The folder at a relative path below a root, kept open until another one is asked for.
+class FolderBelow {
+ public:
+  /// A descriptor that can only be searched; -1, with `errno`, if the folder can't be opened.
+  int at(const Path& root, std::string_view relativePath) {
+    const std::string wanted = root.appending(relativePath).text();
+    if (folder_.isOpen() && wanted == path_) return folder_.number();
+    path_ = wanted;
+    const PathAt place{Path(path_)};
+    folder_ = Descriptor(::openat(place.folder(), place.name(), searchOnly | O_DIRECTORY | O_CLOEXEC));
+    return folder_.number();
+  }
+
+ private:
+#ifdef O_PATH
+  static constexpr int searchOnly = O_PATH;
+#else
+  static constexpr int searchOnly = O_SEARCH;
+#endif
+
+  std::string path_;
+  Descriptor folder_;
+};
 
 class Walk : public TreeWork, private WalkItem {
  public:
@@ -21,6 +46,7 @@ class Walk : public TreeWork, private WalkItem {
   Next entry(const FolderStack& at, const DirectoryReader::Entry& entry) override {
     if (isLeftOut(at.folder(), entry.name)) return Next::goOn;
     folder_ = at.folder();
+    folderPath_ = at.path();
     name_ = entry.name;
     setPath(at);
     kind_ = entry.kind ? *entry.kind : kindByLookingUp();
@@ -49,10 +75,17 @@ class Walk : public TreeWork, private WalkItem {
   std::string_view relativePath() const override { return path_; }
   FileKind kind() const override { return kind_; }
 
-  Result<FileAttributes> attributes() const override {
-    struct stat status;
-    if (::fstatat(folder_, name_, &status, AT_SYMLINK_NOFOLLOW) == 0) return attributesFrom(status);
-    return CocoaError::fromErrno(CocoaError::Operation::readFile, errno, root_.appending(path_));
+  Result<FileAttributes> attributes() const override { return attributesAt(folder_, root_); }
+
+  Result<FileAttributes> attributesBelow(const Path& otherRoot) const override {
+    return attributesAt(other_.at(otherRoot, folderPath_), otherRoot);
+  }
+
+  Result<FileAttributes> attributesAt(int folder, const Path& root) const {
+    if (folder >= 0) {
+      if (const auto found = itemAttributes(folder, name_)) return *found;
+    }
+    return CocoaError::fromErrno(CocoaError::Operation::readFile, errno, root.appending(path_));
   }
 
   bool isLeftOut(int folder, const char* name) const {
@@ -75,9 +108,11 @@ class Walk : public TreeWork, private WalkItem {
   Hidden hidden_;
   WalkVisitor& visitor_;
   int folder_ = -1;
+  std::string_view folderPath_;
   const char* name_ = "";
   FileKind kind_ = FileKind::unknown;
   std::string path_;
+  mutable FolderBelow other_;
 };
 
 /// A root that is there but no folder has nothing below it, which is no failure.

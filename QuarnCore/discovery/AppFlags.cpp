@@ -3,8 +3,10 @@
 namespace quarn::AppFlags {
 namespace {
 
-/// A folder that is a link counts by what it leads to.
+/// A folder that is a link counts by what it leads to. Most bundles have no such folder, and one look
+/// tells.
 bool hasContents(Platform& platform, const Path& folder) {
+  if (!platform.files.isDirectory(folder)) return false;
   return !platform.files.list(platform.files.resolvingLinks(folder), Hidden::included).valueOr({}).empty();
 }
 

@@ -43,15 +43,19 @@ std::map<std::string, AppEntry> entriesByPath(Platform& platform) {
   return entries;
 }
 
-AppEntry describe(Platform& platform, const Path& bundle, const std::optional<Path>& target) {
-  const auto texts = InfoPlist::read(platform, target.value_or(bundle)).value_or(InfoPlist::Texts{});
+InfoPlist::Texts textsOf(Platform& platform, const Path& bundle) {
+  return InfoPlist::read(platform, bundle).value_or(InfoPlist::Texts{});
+}
+
+/// `texts` are those of the application itself, which for a launcher is its target.
+AppEntry describe(Platform& platform, const Path& bundle, const InfoPlist::Texts& texts, bool isLauncher) {
   AppEntry entry;
   entry.bundlePath = bundle;
   entry.bundleIdentifier = InfoPlist::value(texts, "CFBundleIdentifier");
   entry.id = entry.bundleIdentifier.value_or(bundle.text());
   entry.name = displayName(texts, bundle);
   entry.version = InfoPlist::value(texts, "CFBundleShortVersionString");
-  entry.isAlreadySymlinked = target || isSymbolicLinkOrInsideOne(platform, bundle);
+  entry.isAlreadySymlinked = isLauncher || isSymbolicLinkOrInsideOne(platform, bundle);
   entry.dataPaths = DataLocator::locate(platform, entry.bundleIdentifier, entry.name, bundle,
                                         InfoPlist::value(texts, "CFBundleExecutable"));
   entry.isMacAppStore = AppFlags::isMacAppStore(platform, bundle);
@@ -76,12 +80,13 @@ std::vector<AppEntry> discoverMetadata(Platform& platform) {
 }
 
 std::optional<AppEntry> metadataEntry(Platform& platform, const Path& bundle) {
-  if (!LauncherShim::isExternalAppLauncher(platform, bundle)) {
-    return describe(platform, bundle, std::nullopt);
+  const auto texts = textsOf(platform, bundle);
+  if (!LauncherShim::isExternalAppLauncher(platform, bundle, texts)) {
+    return describe(platform, bundle, texts, false);
   }
   const auto target = launcherShimTarget(platform, bundle);
   if (!target) return std::nullopt;
-  return describe(platform, bundle, target);
+  return describe(platform, bundle, textsOf(platform, *target), true);
 }
 
 AppEntry computeSizes(Platform& platform, const AppEntry& entry) {

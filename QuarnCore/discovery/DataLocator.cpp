@@ -2,6 +2,7 @@
 
 #include <set>
 
+#include "Platform/PathText.h"
 #include "Platform/Text.h"
 #include "QuarnCore/discovery/AssociatedDataPaths.h"
 #include "QuarnCore/discovery/InstallsDB.h"
@@ -23,9 +24,10 @@ std::vector<Path> trackedDataPaths(Platform& platform, const AppIdentity& identi
   const std::string bundle = platform.files.standardized(Path(identity.bundlePath)).text();
   std::vector<Path> outside;
   for (const std::string& file : InstallsDB::trackedFiles(platform, entry->installId, database)) {
-    if (!isBundleOrInside(file, bundle)) outside.emplace_back(file);
+    if (isBundleOrInside(file, bundle) || !platform.files.exists(Path(file))) continue;
+    outside.push_back(PathText::fileURL(platform.places, file));
   }
-  return ExistingPaths::filter(platform, outside);
+  return outside;
 }
 
 std::vector<Path> firstOfEach(Platform& platform, const std::vector<Path>& paths) {

@@ -12,9 +12,8 @@ Path targetFile(const Path& bundle) {
 
 }  // namespace
 
-bool isExternalAppLauncher(Platform& platform, const Path& bundle) {
+bool isExternalAppLauncher(Platform& platform, const Path& bundle, const InfoPlist::Texts& texts) {
   if (platform.files.exists(targetFile(bundle))) return true;
-  const auto texts = InfoPlist::read(platform, bundle).value_or(InfoPlist::Texts{});
   if (InfoPlist::value(texts, "CFBundleExecutable") == "ExternalAppLauncher") return true;
   return Text::hasSuffix(InfoPlist::value(texts, "CFBundleIdentifier").value_or(""), ".externallauncher");
 }

@@ -8,8 +8,9 @@
 /// A launcher: a small real bundle that opens an application elsewhere.
 namespace quarn::LauncherShim {
 
-/// By the target file inside it, its executable's name or the ending of its bundle identifier.
-bool isExternalAppLauncher(Platform& platform, const Path& bundle);
+/// By the target file inside it, its executable's name or the ending of its bundle identifier; `texts`
+/// are those of its property list.
+bool isExternalAppLauncher(Platform& platform, const Path& bundle, const InfoPlist::Texts& texts);
 
 /// Where it leads, standardized; nothing if the bundle is no launcher or the target is gone.
 std::optional<Path> target(Platform& platform, const Path& bundle);

@@ -1,6 +1,9 @@
 #include "QuarnCore/discovery/ProcessList.h"
 
 #include <algorithm>
+#include <charconv>
+#include <optional>
+#include <string_view>
 
 #include "Platform/Text.h"
 
@@ -18,21 +21,48 @@ std::vector<std::string> linesOfPs(Platform& platform, const std::vector<std::st
   return {pieces.begin(), pieces.end()};
 }
 
+/// The line behind the number of a process; nothing if it is none of `identifiers`.
+std::optional<std::string> lineOfOne(const std::vector<int>& identifiers, std::string_view numbered) {
+  numbered.remove_prefix(std::min(numbered.find_first_not_of(' '), numbered.size()));
+  int identifier = 0;
+  const auto number = std::from_chars(numbered.data(), numbered.data() + numbered.size(), identifier);
+  if (number.ec != std::errc() || number.ptr == numbered.data() + numbered.size()) return std::nullopt;
+  const bool isWanted = std::find(identifiers.begin(), identifiers.end(), identifier) != identifiers.end();
+  if (!isWanted || *number.ptr != ' ') return std::nullopt;
+  return std::string(numbered.substr(static_cast<std::size_t>(number.ptr - numbered.data()) + 1));
+}
+
 std::vector<std::string> linesOfLineage(Platform& platform) {
-  std::string identifiers;
-  for (const int identifier : platform.processes.lineage()) {
-    identifiers += (identifiers.empty() ? "" : ",") + std::to_string(identifier);
+  const std::vector<int> identifiers = platform.processes.lineage();
+  std::string list;
+  for (const int identifier : identifiers) {
+    list += (list.empty() ? "" : ",") + std::to_string(identifier);
   }
-  return linesOfPs(platform, {"-o", "comm,args", "-p", identifiers});
+  std::vector<std::string> lines;
+  for (const std::string& numbered : linesOfPs(platform, {"-ww", "-o", "pid,comm,args", "-p", list})) {
+    if (auto line = lineOfOne(identifiers, numbered)) lines.push_back(*std::move(line));
+  }
+  return lines;
+}
+
+/// The list may be cut at the width that the environment asks for; a line of the lineage never is.
+std::vector<std::string>::iterator lineOf(const std::string& own, std::vector<std::string>& all) {
+  const auto whole = std::find(all.begin(), all.end(), own);
+  if (whole != all.end()) return whole;
+  return std::find_if(all.begin(), all.end(),
+                      [&own](const std::string& line) { return own.starts_with(line); });
 }
 
 }  // namespace
 
-std::vector<std::string> lines(Platform& platform) {
+std::vector<std::string> lines(Platform& platform,
+                               const std::function<bool(const std::string& line)>& isOfInterest) {
   std::vector<std::string> all = linesOfPs(platform, {"-axo", "comm,args"});
+  std::erase_if(all, std::not_fn(isOfInterest));
+  if (all.empty()) return all;
   // One line for each of them: another process with the very same line stays.
   for (const std::string& own : linesOfLineage(platform)) {
-    const auto found = std::find(all.begin(), all.end(), own);
+    const auto found = lineOf(own, all);
     if (found != all.end()) all.erase(found);
   }
   return all;

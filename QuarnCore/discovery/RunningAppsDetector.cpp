@@ -45,7 +45,8 @@ BundlePaths bundlePaths(Platform& platform) {
     if (application.bundlePath) paths.insert(platform.files.standardized(*application.bundlePath));
   }
   const RegularExpression bundleInLine(bundlePattern);
-  for (const std::string& line : ProcessList::lines(platform)) {
+  const auto mentionsBundle = [](const std::string& line) { return line.find(".app") != std::string::npos; };
+  for (const std::string& line : ProcessList::lines(platform, mentionsBundle)) {
     for (const std::string& path : bundleInLine.captures(line, 1)) {
       paths.insert(platform.files.standardized(Path(path)));
     }
@@ -83,11 +84,10 @@ bool quit(Platform& platform, const Path& bundle, bool force, double timeout) {
 }
 
 bool containsProcess(Platform& platform, const std::string& name) {
-  const std::string wanted = Text::lowercased(name);
-  const auto lines = ProcessList::lines(platform);
-  return std::any_of(lines.begin(), lines.end(), [&wanted](const std::string& line) {
+  const auto holdsName = [wanted = Text::lowercased(name)](const std::string& line) {
     return Text::lowercased(line).find(wanted) != std::string::npos;
-  });
+  };
+  return !ProcessList::lines(platform, holdsName).empty();
 }
 
 }  // namespace quarn::RunningAppsDetector

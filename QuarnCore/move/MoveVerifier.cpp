@@ -7,11 +7,6 @@ namespace {
 
 using Reason = std::optional<std::string>;
 
-bool isDirectory(Platform& platform, const Path& item) {
-  const auto attributes = platform.files.attributes(item);
-  return attributes && attributes->kind == FileKind::directory;
-}
-
 /// What no tool copies: it isn't expected at the destination.
 bool shouldSkipUnsupported(FileKind kind) {
   return kind == FileKind::socket || kind == FileKind::blockDevice || kind == FileKind::characterDevice ||
@@ -34,36 +29,75 @@ Reason verifySymlink(Platform& platform, const Path& source, const Path& destina
   return relativePath + " symlink target does not match.";
 }
 
-/// `ofSource` looks up the source's size, which only a regular file needs.
-template <class AttributesOfSource>
-Reason verifyItem(Platform& platform, FileKind kind, const AttributesOfSource& ofSource, const Path& source,
-                  const Path& destination, const std::string& relativePath) {
+/// An item and its copy. The walk and the top differ in how they look at the two sides.
+class Pair {
+ public:
+  virtual ~Pair() = default;
+  virtual FileKind kind() const = 0;  ///< of the source
+  virtual Result<FileAttributes> source() const = 0;
+  virtual Result<FileAttributes> copy() const = 0;
+  virtual Reason differenceOfTargets(const std::string& relativePath) const = 0;
+};
+
+Reason verifyItem(const Pair& pair, const std::string& relativePath) {
+  const FileKind kind = pair.kind();
   if (shouldSkipUnsupported(kind)) return std::nullopt;
   std::int64_t size = 0;
   if (kind == FileKind::regular) {
-    const Result<FileAttributes> attributes = ofSource();
-    if (!attributes) return notInspected(relativePath);
-    size = attributes->size.value_or(0);
+    const auto source = pair.source();
+    if (!source) return notInspected(relativePath);
+    size = source->size.value_or(0);
   }
-  const auto copied = platform.files.attributes(destination);
-  if (!copied) return missing(relativePath);
-  if (kind == FileKind::symbolicLink) return verifySymlink(platform, source, destination, relativePath);
-  if (kind == FileKind::directory && copied->kind != FileKind::directory) {
+  const auto copy = pair.copy();
+  if (!copy) return missing(relativePath);
+  if (kind == FileKind::symbolicLink) return pair.differenceOfTargets(relativePath);
+  if (kind == FileKind::directory && copy->kind != FileKind::directory) {
     return relativePath + " is not a folder at the destination.";
   }
-  if (kind == FileKind::regular && copied->size != size) {
+  if (kind == FileKind::regular && copy->size != size) {
     return relativePath + " copied with a different file size.";
   }
   return std::nullopt;
 }
 
-Reason verifyTop(Platform& platform, const Path& source, const Path& destination) {
-  const std::string name = source.lastComponent();
-  const auto attributes = platform.files.attributes(source);
-  if (!attributes) return notInspected(name);
-  return verifyItem(
-      platform, attributes->kind, [&attributes] { return attributes; }, source, destination, name);
-}
+class TopPair : public Pair {
+ public:
+  TopPair(Platform& platform, const FileAttributes& attributes, const Path& source, const Path& destination)
+      : platform_(platform), attributes_(attributes), source_(source), destination_(destination) {}
+
+  FileKind kind() const override { return attributes_.kind; }
+  Result<FileAttributes> source() const override { return attributes_; }
+  Result<FileAttributes> copy() const override { return platform_.files.attributes(destination_); }
+  Reason differenceOfTargets(const std::string& relativePath) const override {
+    return verifySymlink(platform_, source_, destination_, relativePath);
+  }
+
+ private:
+  Platform& platform_;
+  const FileAttributes& attributes_;
+  const Path& source_;
+  const Path& destination_;
+};
+
+class WalkedPair : public Pair {
+ public:
+  WalkedPair(Platform& platform, const WalkItem& item, const Path& source, const Path& destination)
+      : platform_(platform), item_(item), source_(source), destination_(destination) {}
+
+  FileKind kind() const override { return item_.kind(); }
+  Result<FileAttributes> source() const override { return item_.attributes(); }
+  Result<FileAttributes> copy() const override { return item_.attributesBelow(destination_); }
+  Reason differenceOfTargets(const std::string& relativePath) const override {
+    return verifySymlink(platform_, source_.appending(relativePath), destination_.appending(relativePath),
+                         relativePath);
+  }
+
+ private:
+  Platform& platform_;
+  const WalkItem& item_;
+  const Path& source_;
+  const Path& destination_;
+};
 
 Reason fileCountParity(EntryCount& ofSource, EntryCount& ofDestination, const std::string& name) {
   const auto expected = ofSource.value();
@@ -79,10 +113,7 @@ class ItemByItem : public WalkVisitor {
       : platform_(platform), source_(source), destination_(destination) {}
 
   WalkStep visit(const WalkItem& item) override {
-    const std::string relativePath(item.relativePath());
-    reason = verifyItem(
-        platform_, item.kind(), [&item] { return item.attributes(); }, source_.appending(relativePath),
-        destination_.appending(relativePath), relativePath);
+    reason = verifyItem(WalkedPair(platform_, item, source_, destination_), std::string(item.relativePath()));
     return reason ? WalkStep::stop : WalkStep::proceed;
   }
   WalkStep failed(const Path& item, const PlatformError& error) override {
@@ -102,14 +133,17 @@ class ItemByItem : public WalkVisitor {
 
 std::optional<std::string> failureReason(Platform& platform, const Path& source, const Path& destination) {
   if (!platform.files.exists(destination)) return missing(destination.lastComponent());
-  if (auto reason = verifyTop(platform, source, destination)) return reason;
-  if (!isDirectory(platform, source)) return std::nullopt;
+  const std::string name = source.lastComponent();
+  const auto attributes = platform.files.attributes(source);
+  if (!attributes) return notInspected(name);
+  if (auto reason = verifyItem(TopPair(platform, *attributes, source, destination), name)) return reason;
+  if (attributes->kind != FileKind::directory) return std::nullopt;
   // `find` counts on both sides while the items are looked at; what it finds missing is told first.
   EntryCount ofSource(platform, source);
   EntryCount ofDestination(platform, destination);
   ItemByItem check(platform, source, destination);
   platform.files.walk(source, Hidden::included, check);
-  const auto missingEntries = fileCountParity(ofSource, ofDestination, source.lastComponent());
+  const auto missingEntries = fileCountParity(ofSource, ofDestination, name);
   return missingEntries ? missingEntries : check.reason;
 }
 

@@ -1,0 +1,207 @@
+#include <filesystem>
+
+#include "QuarnCore/discovery/DataLocator.h"
+#include "tests/support/Child.h"
+#include "tests/support/Scene.h"
+
+namespace quarn {
+namespace {
+
+using List = std::vector<std::string>;
+
+const std::string bundle = "/Applications/Foo.app";
+const std::string cache = "/Users/me/Library/Caches/com.example.foo";
+const std::string tracked = "/Users/me/Documents/Foo Data";
+
+List locate(std::optional<std::string> identifier = "com.example.foo", const std::string& name = "Foo",
+            const std::string& path = bundle) {
+  List list;
+  for (const Path& found : DataLocator::locate(hostPlatform(), identifier, name, Path(path), "FooTool")) {
+    list.push_back(found.text());
+  }
+  return list;
+}
+
+std::string quoted(const std::string& text) {
+  std::string sql = "'";
+  for (const char c : text) sql += c == '\'' ? std::string("''") : std::string(1, c);
+  return sql + "'";
+}
+
+void install(const std::string& id, const std::string& at = "2026-01-01", bool gone = false,
+             const std::string& name = "Foo", const std::string& identifier = "com.example.foo") {
+  scene::sql("INSERT INTO installs (install_id, app_name, bundle_id, installed_at, uninstalled_at) VALUES (" +
+             quoted(id) + "," + quoted(name) + "," + quoted(identifier) + "," + quoted(at) + "," +
+             (gone ? "'2026-02-02'" : "NULL") + ");");
+}
+
+void track(const std::string& id, const std::string& path) {
+  scene::sql("INSERT INTO tracked_files (install_id, file_path) VALUES (" + quoted(id) + "," + quoted(path) +
+             ");");
+}
+
+class DataLocatorWithLedger : public testing::Test {
+ protected:
+  DataLocatorWithLedger() {
+    scene::makeInstallsDB();
+    scene::makeFolder(cache);
+    scene::makeFolder(tracked);
+    scene::makeApp(bundle);
+  }
+};
+
+TEST(DataLocator, withoutALedgerGivesWhatIsGenerallyKnown) {
+  scene::makeFolder(cache);
+  scene::makeFolder("/Users/me/.footool");
+  EXPECT_EQ(locate(), (List{cache, "/Users/me/.footool"}));
+}
+
+TEST(DataLocator, withoutALedgerAPathKnownInTwoWaysIsListedTwice) {
+  scene::makeFolder("/Users/me/Library/Caches/same");
+  EXPECT_EQ(locate("same", "same"), (List{"/Users/me/Library/Caches/same", "/Users/me/Library/Caches/same"}));
+}
+
+TEST_F(DataLocatorWithLedger, trackedPathsComeFirst) {
+  install("i1");
+  track("i1", tracked);
+  EXPECT_EQ(locate(), (List{tracked, cache}));
+}
+
+TEST_F(DataLocatorWithLedger, aPathFoundBothWaysStandsOnceInTheTrackedPlace) {
+  scene::makeFolder("/Users/me/.footool");
+  install("i1");
+  for (const auto& path : {std::string("/Users/me/.footool"), tracked, cache}) track("i1", path);
+  EXPECT_EQ(locate(), (List{"/Users/me/.footool", tracked, cache}));
+}
+
+TEST_F(DataLocatorWithLedger, pathsThatStandardizeAlikeAreOneInTheFirstSpelling) {
+  install("i1");
+  track("i1", "/Users/me/Library//Caches/./com.example.foo");
+  track("i1", cache);
+  EXPECT_EQ(locate(), (List{"/Users/me/Library//Caches/./com.example.foo"}));
+}
+
+TEST_F(DataLocatorWithLedger, filesInsideTheBundleAreNoData) {
+  install("i1");
+  for (const char* inside : {"", "/", "/Contents", "/Contents/MacOS/Foo"}) track("i1", bundle + inside);
+  track("i1", tracked);
+  EXPECT_EQ(locate(), (List{tracked, cache}));
+}
+
+TEST_F(DataLocatorWithLedger, theBundlePathIsStandardizedBeforeItIsCompared) {
+  install("i1");
+  track("i1", bundle + "/Contents/MacOS/Foo");
+  EXPECT_EQ(locate("com.example.foo", "Foo", "/Applications//./Foo.app"), (List{cache}));
+}
+
+TEST_F(DataLocatorWithLedger, aNeighbourWhoseNameBeginsLikeTheBundleIsData) {
+  scene::makeFolder("/Applications/Foo.app Support");
+  install("i1");
+  track("i1", "/Applications/Foo.app Support");
+  EXPECT_EQ(locate(), (List{"/Applications/Foo.app Support", cache}));
+}
+
+TEST_F(DataLocatorWithLedger, whatNoLongerExistsIsDropped) {
+  scene::link("/Users/me/dangling", "/nowhere");
+  install("i1");
+  for (const auto& path :
+       {std::string("/nowhere/x"), std::string("/Users/me/dangling"), std::string(), tracked})
+    track("i1", path);
+  EXPECT_EQ(locate(), (List{tracked, cache}));
+}
+
+TEST_F(DataLocatorWithLedger, aRelativePathIsNoneOfTheCurrentFolderButAbsolute) {
+  install("i1");
+  track("i1", "Documents/Foo Data");
+  EXPECT_EQ(child::failures([] {
+              std::filesystem::current_path("/Users/me");
+              EXPECT_EQ(locate(), (List{tracked, cache}));
+            }),
+            "");
+}
+
+TEST_F(DataLocatorWithLedger, theNewestLiveInstallOfTheIdentifierCounts) {
+  scene::makeFolder("/Users/me/old");
+  scene::makeFolder("/Users/me/removed");
+  install("old", "2025-01-01");
+  install("new", "2026-01-01");
+  install("removed", "2026-12-31", true);
+  install("other", "2026-12-31", false, "Foo", "com.example.other");
+  track("old", "/Users/me/old");
+  track("new", tracked);
+  track("removed", "/Users/me/removed");
+  track("other", "/Users/me/removed");
+  EXPECT_EQ(locate(), (List{tracked, cache}));
+}
+
+TEST_F(DataLocatorWithLedger, withoutAnIdentifierTheNameIsAskedFor) {
+  install("i1", "2026-01-01", false, "Foo", "whatever");
+  track("i1", tracked);
+  EXPECT_EQ(locate(std::nullopt), (List{tracked}));
+  EXPECT_EQ(locate(std::nullopt, "foo"), List{});
+}
+
+TEST_F(DataLocatorWithLedger, withAnIdentifierTheNameIsNotAskedFor) {
+  install("i1", "2026-01-01", false, "Foo", "com.example.other");
+  track("i1", tracked);
+  EXPECT_EQ(locate(), (List{cache}));
+}
+
+TEST_F(DataLocatorWithLedger, anApplicationItDoesNotKnowHasNoTrackedPaths) {
+  EXPECT_EQ(locate(), (List{cache}));
+}
+
+TEST_F(DataLocatorWithLedger, namesAreNeverTakenForSQL) {
+  const std::string hostile = "x' OR '1'='1";
+  install("i1");
+  track("i1", tracked);
+  EXPECT_EQ(locate(hostile), List{});
+  EXPECT_EQ(locate(std::nullopt, hostile), List{});
+  install("i2", "2026-01-01", false, hostile, "none");
+  track("i2", tracked);
+  EXPECT_EQ(locate(std::nullopt, hostile), (List{tracked}));
+}
+
+TEST_F(DataLocatorWithLedger, trackedPathsOfAnyCharactersAreFound) {
+  const std::string odd = "/Users/me/odd \"'\t\n🚀 e\u0301";
+  scene::makeFolder(odd);
+  install("i1");
+  track("i1", odd);
+  EXPECT_EQ(locate(), (List{odd, cache}));
+}
+
+TEST(DataLocator, aLedgerThatIsNoDatabaseAddsNothing) {
+  scene::makeFolder(cache);
+  scene::write(scene::installsDB, std::string(4'096, 'x'));
+  EXPECT_EQ(locate(), (List{cache}));
+}
+
+TEST(DataLocator, aLedgerThatIsAFolderAddsNothing) {
+  scene::makeFolder(cache);
+  scene::makeFolder(scene::installsDB);
+  EXPECT_EQ(locate(), (List{cache}));
+}
+
+TEST(DataLocator, aLedgerWithOtherTablesAddsNothing) {
+  scene::makeFolder(cache);
+  scene::write(scene::installsDB, "");
+  scene::sql("CREATE TABLE unrelated (x TEXT);");
+  EXPECT_EQ(locate(), (List{cache}));
+}
+
+TEST_F(DataLocatorWithLedger, aLedgerWithoutTheTableOfFilesAddsNothing) {
+  install("i1");
+  scene::sql("DROP TABLE tracked_files;");
+  EXPECT_EQ(locate(), (List{cache}));
+}
+
+TEST_F(DataLocatorWithLedger, lookingLeavesTheLedgerAsItWas) {
+  install("i1");
+  track("i1", tracked);
+  const auto before = scene::tree("/Users/me/.claude");
+  locate();
+  EXPECT_EQ(scene::tree("/Users/me/.claude"), before);
+}
+
+}  // namespace
+}  // namespace quarn

@@ -1,0 +1,230 @@
+#include <algorithm>
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+
+#include "Platform/Platform.h"
+#include "tests/support/Child.h"
+#include "tests/support/ScratchFolder.h"
+
+namespace quarn {
+namespace {
+
+FileSystem& files() {
+  return hostPlatform().files;
+}
+
+template <class Value>
+int code(const Result<Value>& result) {
+  return result ? 0 : result.error().code;
+}
+
+std::vector<std::string> sorted(std::vector<std::string> names) {
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+TEST(Looking, existsFollowsLinks) {
+  ScratchFolder scratch;
+  scratch.write("file");
+  scratch.link("alive", "file");
+  scratch.link("dangling", "none");
+  EXPECT_TRUE(files().exists(scratch / "file"));
+  EXPECT_TRUE(files().exists(scratch / "alive"));
+  EXPECT_FALSE(files().exists(scratch / "dangling"));
+  EXPECT_FALSE(files().exists(scratch / "none"));
+  EXPECT_FALSE(files().exists(scratch / "file/below"));
+  EXPECT_FALSE(files().exists(Path("")));
+}
+
+TEST(Looking, nothingExistsInAFolderThatMayNotBeSearched) {
+  ScratchFolder scratch;
+  scratch.write("closed/file");
+  ::chmod(scratch.at("closed").c_str(), 0600);
+  EXPECT_EQ(child::failuresWithoutRights([&] {
+              EXPECT_FALSE(files().exists(scratch / "closed/file"));
+              EXPECT_EQ(code(files().attributes(scratch / "closed/file")), 257);
+            }),
+            "");
+}
+
+TEST(Looking, aLinkToAFolderIsADirectory) {
+  ScratchFolder scratch;
+  scratch.folder("folder");
+  scratch.write("file");
+  scratch.link("link", "folder");
+  EXPECT_TRUE(files().isDirectory(scratch / "folder"));
+  EXPECT_TRUE(files().isDirectory(scratch / "link"));
+  EXPECT_FALSE(files().isDirectory(scratch / "file"));
+  EXPECT_FALSE(files().isDirectory(scratch / "none"));
+}
+
+TEST(Looking, attributesDescribeTheLinkAndNotItsTarget) {
+  ScratchFolder scratch;
+  scratch.folder("folder");
+  scratch.link("link", "folder");
+  scratch.link("dangling", "nowhere");
+  EXPECT_EQ(files().attributes(scratch / "link")->kind, FileKind::symbolicLink);
+  EXPECT_EQ(files().attributes(scratch / "dangling")->size, 7);
+  EXPECT_EQ(files().attributes(scratch / "folder")->kind, FileKind::directory);
+  EXPECT_EQ(files().attributes(scratch / "folder")->size, std::nullopt);
+}
+
+TEST(Looking, attributesOfAFileAreThoseOfTheDisk) {
+  ScratchFolder scratch;
+  scratch.write("file", std::string(10'000, 'x'));
+  const struct stat status = scratch.status("file");
+  const auto found = files().attributes(scratch / "file").orThrow();
+  EXPECT_EQ(found.kind, FileKind::regular);
+  EXPECT_EQ(found.size, 10'000);
+  EXPECT_EQ(found.blockBytes, status.st_blocks * 512);
+  EXPECT_EQ(found.totalAllocatedSize, status.st_blocks * 512);
+  EXPECT_EQ(found.allocatedSize, status.st_blocks * 512);
+  EXPECT_EQ(found.identity.inode, status.st_ino);
+}
+
+TEST(Looking, aFifoIsOfUnknownKindAndASocketIsASocket) {
+  ScratchFolder scratch;
+  ASSERT_EQ(::mkfifo(scratch.at("fifo").c_str(), 0600), 0);
+  ASSERT_EQ(::mknod(scratch.at("socket").c_str(), S_IFSOCK | 0600, 0), 0);
+  EXPECT_EQ(files().attributes(scratch / "fifo")->kind, FileKind::unknown);
+  EXPECT_EQ(files().attributes(scratch / "socket")->kind, FileKind::socket);
+  EXPECT_EQ(files().attributes(Path("/dev/null"))->kind, FileKind::characterDevice);
+}
+
+TEST(Looking, attributesOfNothingFail) {
+  ScratchFolder scratch;
+  const auto found = files().attributes(scratch / "none");
+  ASSERT_FALSE(found);
+  EXPECT_EQ(found.error().code, 260);
+  EXPECT_EQ(found.error().description, "The file “none” couldn’t be opened because there is no such file.");
+}
+
+TEST(Looking, readLinkGivesTheStoredTextOfAnyLength) {
+  ScratchFolder scratch;
+  const std::string longText(4000, 'x');
+  scratch.link("short", "../a b");
+  scratch.link("long", longText);
+  EXPECT_EQ(*files().readLink(scratch / "short"), "../a b");
+  EXPECT_EQ(*files().readLink(scratch / "long"), longText);
+}
+
+TEST(Looking, readLinkOfNoLinkFails) {
+  ScratchFolder scratch;
+  scratch.write("plain.txt");
+  const auto found = files().readLink(scratch / "plain.txt");
+  EXPECT_EQ(code(found), 256);
+  EXPECT_EQ(found.error().description, "The file “plain.txt” couldn’t be opened.");
+  EXPECT_EQ(code(files().readLink(scratch / "none")), 260);
+}
+
+TEST(Looking, resolvingLinksResolvesAllOrNone) {
+  ScratchFolder scratch;
+  scratch.write("real/file");
+  scratch.link("link", "real");
+  const Path real = files().resolvingLinks(scratch.path());
+  EXPECT_EQ(files().resolvingLinks(scratch / "link/file"), real.appending("real/file"));
+  EXPECT_EQ(files().resolvingLinks(scratch / "link/none"), scratch / "link/none");
+  EXPECT_EQ(files().resolvingLinks(scratch / "link//./none"), scratch / "link/none");
+}
+
+TEST(Looking, linksThatLoopStayUnresolved) {
+  ScratchFolder scratch;
+  scratch.link("a", "b");
+  scratch.link("b", "a");
+  EXPECT_EQ(files().resolvingLinks(scratch / "a"), scratch / "a");
+  EXPECT_FALSE(files().exists(scratch / "a"));
+}
+
+TEST(Looking, standardizedResolvesLinksOnlyWhereDotsGoUpAndAllExists) {
+  ScratchFolder scratch;
+  scratch.folder("deep/inside");
+  scratch.link("link", "deep/inside");
+  const Path real = files().resolvingLinks(scratch.path());
+  EXPECT_EQ(files().standardized(scratch / "link"), scratch / "link");
+  EXPECT_EQ(files().standardized(scratch / "link/./x//y"), scratch / "link/x/y");
+  EXPECT_EQ(files().standardized(scratch / "link/.."), real.appending("deep"));
+  EXPECT_EQ(files().standardized(scratch / "link/../none"), scratch / "none");
+  EXPECT_EQ(files().standardized(scratch / "link/..x"), scratch / "link/..x");
+  EXPECT_EQ(files().standardized(Path("/../../a")), Path("/a"));
+}
+
+TEST(Looking, listGivesNamesOfAnyBytes) {
+  ScratchFolder scratch;
+  const std::vector<std::string> names =
+      sorted({"a b", "\"quoted\"", "tab\there", "line\nfeed", "bad\xFFutf8", "😀", ".hidden", "é", "e\u0301",
+              std::string(255, 'n')});
+  for (const auto& name : names) scratch.write(name);
+  EXPECT_EQ(sorted(*files().list(scratch.path(), Hidden::included)), names);
+}
+
+TEST(Looking, listLeavesOutHiddenNames) {
+  ScratchFolder scratch;
+  for (const char* name : {"seen", ".hidden", "..odd"}) scratch.write(name);
+  EXPECT_EQ(*files().list(scratch.path(), Hidden::skipped), std::vector<std::string>{"seen"});
+  EXPECT_EQ(*files().list(scratch.path(), Hidden::skippedDots), std::vector<std::string>{"seen"});
+}
+
+TEST(Looking, listFailsForALinkAFileAndNothing) {
+  ScratchFolder scratch;
+  scratch.folder("folder");
+  scratch.write("file");
+  scratch.link("link", "folder");
+  EXPECT_EQ(code(files().list(scratch / "link", Hidden::included)), 256);
+  EXPECT_EQ(code(files().list(scratch / "file", Hidden::included)), 256);
+  const auto missing = files().list(scratch / "none", Hidden::included);
+  EXPECT_EQ(code(missing), 260);
+  EXPECT_EQ(missing.error().description, "The folder “none” doesn’t exist.");
+}
+
+TEST(Looking, listAndReadNeedPermission) {
+  ScratchFolder scratch;
+  scratch.folder("closed");
+  scratch.write("secret");
+  ::chmod(scratch.at("closed").c_str(), 0);
+  ::chmod(scratch.at("secret").c_str(), 0);
+  EXPECT_EQ(child::failuresWithoutRights([&] {
+              const auto listed = files().list(scratch / "closed", Hidden::included);
+              EXPECT_EQ(code(listed), 257);
+              EXPECT_EQ(listed.error().description,
+                        "The file “closed” couldn’t be opened because you don’t have permission to view it.");
+              EXPECT_EQ(code(files().read(scratch / "secret")), 257);
+            }),
+            "");
+}
+
+TEST(Looking, readGivesAllBytes) {
+  ScratchFolder scratch;
+  std::string content(300'000, '\0');
+  for (std::size_t i = 0; i < content.size(); ++i) content[i] = static_cast<char>(i * 7);
+  scratch.write("file", content);
+  scratch.write("empty", "");
+  scratch.link("link", "file");
+  EXPECT_EQ(*files().read(scratch / "file"), content);
+  EXPECT_EQ(*files().read(scratch / "link"), content);
+  EXPECT_EQ(*files().read(scratch / "empty"), "");
+  // Files of the kernel say that they are empty and aren't.
+  EXPECT_FALSE(files().read(Path("/proc/self/stat"))->empty());
+}
+
+TEST(Looking, readOfWhatHoldsNoBytesFails) {
+  ScratchFolder scratch;
+  scratch.folder("folder");
+  ASSERT_EQ(::mkfifo(scratch.at("fifo").c_str(), 0600), 0);
+  EXPECT_EQ(code(files().read(scratch / "folder")), 256);
+  EXPECT_EQ(code(files().read(scratch / "fifo")), 256);
+  EXPECT_EQ(code(files().read(scratch / "none")), 260);
+}
+
+TEST(Looking, aZeroByteInAPathNamesNothing) {
+  ScratchFolder scratch;
+  scratch.write("file");
+  const Path cut(scratch.at("file") + std::string("\0x", 2));
+  EXPECT_FALSE(files().exists(cut));
+  EXPECT_FALSE(files().remove(cut));
+  EXPECT_TRUE(scratch.stands("file"));
+}
+
+}  // namespace
+}  // namespace quarn

@@ -1,0 +1,151 @@
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include "Platform/Platform.h"
+#include "Platform/linux/LinuxTrash.h"
+#include "tests/support/Child.h"
+#include "tests/support/ScratchFolder.h"
+
+namespace quarn {
+namespace {
+
+/// A home folder of the test's own.
+class HomeIn : public Places {
+ public:
+  explicit HomeIn(Path folder) : home_(std::move(folder)) {}
+  Path home() const override { return home_; }
+  std::optional<Path> home(const std::string&) const override { return std::nullopt; }
+  Path currentFolder() const override { return home_; }
+
+ private:
+  Path home_;
+};
+
+struct Scene {
+  Scene() { scratch.folder("home"); }
+  Result<Path> trash(const Path& item) const { return LinuxTrash(places).moveToTrash(item); }
+  Result<Path> trash(const std::string& name) const { return trash(scratch / name); }
+
+  ScratchFolder scratch;
+  HomeIn places{scratch / "home"};
+};
+
+TEST(Trash, takesAnItemOfTheHomeVolumeToTheHomeTrash) {
+  Scene scene;
+  scene.scratch.write("tree/file");
+  const auto inode = scene.scratch.status("tree").st_ino;
+  EXPECT_EQ(*scene.trash("tree"), scene.scratch / "home/.Trash/tree");
+  EXPECT_EQ(scene.scratch.status("home/.Trash/tree").st_ino, inode);
+  EXPECT_EQ(scene.scratch.status("home/.Trash").st_mode & 07777u, 0700u);
+  EXPECT_FALSE(scene.scratch.stands("tree"));
+}
+
+TEST(Trash, findsAFreeNameForOneThatIsTaken) {
+  Scene scene;
+  const std::vector<std::string> expected{"Foo.app", "Foo 2.app", "Foo 3.app"};
+  for (const std::string& name : expected) {
+    scene.scratch.write("Foo.app", name);
+    EXPECT_EQ(*scene.trash("Foo.app"), scene.scratch / ("home/.Trash/" + name));
+  }
+  for (const std::string& name : expected) EXPECT_EQ(scene.scratch.read("home/.Trash/" + name), name);
+}
+
+TEST(Trash, aTakenNameWithoutExtensionOrOfFullLengthGetsANumberToo) {
+  Scene scene;
+  const std::string longest = std::string(251, 'n') + ".app";
+  for (const auto& [name, second] : std::vector<std::pair<std::string, std::string>>{
+           {".hidden", ".hidden 2"}, {"plain", "plain 2"}, {longest, std::string(249, 'n') + " 2.app"}}) {
+    scene.scratch.write(name);
+    ASSERT_TRUE(scene.trash(name));
+    scene.scratch.write(name);
+    EXPECT_EQ(*scene.trash(name), scene.scratch / ("home/.Trash/" + second));
+  }
+}
+
+TEST(Trash, takesALinkAsALink) {
+  Scene scene;
+  scene.scratch.write("target");
+  scene.scratch.link("link", "target");
+  scene.scratch.link("dangling", "none");
+  EXPECT_TRUE(scene.trash("link"));
+  EXPECT_TRUE(scene.trash("dangling"));
+  EXPECT_EQ(std::filesystem::read_symlink(scene.scratch.at("home/.Trash/link")), "target");
+  EXPECT_EQ(std::filesystem::read_symlink(scene.scratch.at("home/.Trash/dangling")), "none");
+  EXPECT_TRUE(scene.scratch.stands("target"));
+}
+
+TEST(Trash, refusesWhatIsNotThere) {
+  Scene scene;
+  scene.scratch.write("file");
+  const auto result = scene.trash("x");
+  ASSERT_FALSE(result);
+  EXPECT_EQ(result.error().code, 4);
+  EXPECT_EQ(result.error().description, "The file “x” doesn’t exist.");
+  EXPECT_EQ(scene.trash("file/x").error().code, 4);
+  EXPECT_FALSE(scene.scratch.stands("home/.Trash"));
+}
+
+TEST(Trash, needsPermission) {
+  Scene scene;
+  scene.scratch.write("closed/x");
+  ::chmod(scene.scratch.at("closed").c_str(), 0500);
+  EXPECT_EQ(child::failuresWithoutRights([&] {
+              const auto result = scene.trash("closed/x");
+              ASSERT_FALSE(result);
+              EXPECT_EQ(result.error().code, 513);
+              EXPECT_EQ(result.error().description,
+                        "“x” couldn’t be moved to the trash because you don’t have permission to access it.");
+            }),
+            "");
+  EXPECT_TRUE(scene.scratch.stands("closed/x"));
+}
+
+TEST(Trash, aLinkIsNoTrash) {
+  Scene scene;
+  scene.scratch.write("x");
+  scene.scratch.folder("elsewhere");
+  scene.scratch.link("home/.Trash", "../elsewhere");
+  const auto result = scene.trash("x");
+  ASSERT_FALSE(result);
+  EXPECT_EQ(result.error().code, 3328);
+  EXPECT_TRUE(scene.scratch.stands("x"));
+  EXPECT_FALSE(scene.scratch.stands("elsewhere/x"));
+}
+
+TEST(Trash, aDriveHasATrashForEachUser) {
+  if (!child::canMount()) GTEST_SKIP() << "no right to mount a drive";
+  Scene scene;
+  scene.scratch.folder("drive");
+  EXPECT_EQ(child::failuresWithOwnMounts([&] {
+              ASSERT_TRUE(child::mountMemory(scene.scratch.at("drive"), "size=1m"));
+              scene.scratch.write("drive/a/x");
+              const std::string own = "drive/.Trashes/" + std::to_string(::getuid());
+              EXPECT_EQ(*scene.trash("drive/a/x"),
+                        hostPlatform().files.resolvingLinks(scene.scratch.path()).appending(own + "/x"));
+              EXPECT_EQ(scene.scratch.status(own).st_mode & 07777u, 0700u);
+              EXPECT_EQ(scene.scratch.status("drive/.Trashes").st_mode & 07777u, 01333u);
+              EXPECT_FALSE(scene.scratch.stands("home/.Trash"));
+            }),
+            "");
+}
+
+TEST(Trash, aReadOnlyDriveHasNone) {
+  if (!child::canMount()) GTEST_SKIP() << "no right to mount a drive";
+  Scene scene;
+  scene.scratch.folder("drive");
+  EXPECT_EQ(child::failuresWithOwnMounts([&] {
+              ASSERT_TRUE(child::mountMemory(scene.scratch.at("drive"), "size=1m"));
+              scene.scratch.write("drive/x");
+              ASSERT_TRUE(child::makeReadOnly(scene.scratch.at("drive")));
+              const auto result = scene.trash("drive/x");
+              ASSERT_FALSE(result);
+              EXPECT_EQ(result.error().code, 3328);
+              EXPECT_EQ(result.error().description,
+                        "“x” couldn’t be moved to the trash because the volume “Macintosh HD” doesn’t have "
+                        "one.");
+            }),
+            "");
+}
+
+}  // namespace
+}  // namespace quarn

@@ -1,0 +1,69 @@
+// What only a room of real mounts can give.
+
+#include <gtest/gtest.h>
+#include <sstream>
+
+#include "TestRoom.h"
+
+namespace quarn::tests {
+
+namespace {
+
+class MountedRoom : public testing::TestWithParam<Way> {
+ protected:
+  void SetUp() override {
+    const std::string reason = room.whyNot();
+    if (!reason.empty()) GTEST_SKIP() << reason;
+    const Finished finished = room("echo $QUARN_ROOM");
+    ASSERT_EQ(finished.out, "mounts\n") << finished.err;
+  }
+
+  TestRoom room{GetParam()};
+};
+
+INSTANTIATE_TEST_SUITE_P(Way, MountedRoom, testing::Values(Way::mounts, Way::userNamespace),
+                         [](const auto& way) {
+                           std::ostringstream name;
+                           name << way.param;
+                           return name.str();
+                         });
+
+}  // namespace
+
+TEST_P(MountedRoom, fillsItsDrivesToTheSizeAskedFor) {
+  const Finished finished = room(
+      "head -c 3M /dev/zero >/Volumes/X9/a; stat -c %s /Volumes/X9/a; df --output=size /Volumes/X9 | tail -1 "
+      "| tr -d ' '",
+      {"--drive", "X9=2m"});
+  EXPECT_NE(finished.err.find("No space left on device"), std::string::npos) << finished.err;
+  EXPECT_EQ(finished.out, "2097152\n2048\n");
+}
+
+TEST_P(MountedRoom, saysThatAReadOnlyDriveIsOne) {
+  const Finished finished = room("touch /Volumes/R/a", {"--drive", "R=8m,ro"});
+  EXPECT_NE(finished.err.find("Read-only file system"), std::string::npos) << finished.err;
+}
+
+TEST_P(MountedRoom, showsItsOwnProcessesOnly) {
+  const Finished finished = room("ps -axo pid= | wc -l");
+  EXPECT_LE(std::stoi(finished.out), 5);
+}
+
+TEST_P(MountedRoom, keepsTheHostReadOnly) {
+  const ScratchFolder host;
+  std::filesystem::permissions(host.path(), std::filesystem::perms(0777));
+  const Finished finished = room("touch /.host" + host.path().string() + "/a; touch /usr/share/a /usr/lib/a");
+  EXPECT_FALSE(std::filesystem::exists(host.path() / "a"));
+  EXPECT_NE(finished.status, 0);
+  EXPECT_NE(finished.err.find("Read-only file system"), std::string::npos) << finished.err;
+}
+
+TEST_P(MountedRoom, keepsAllRightsWhenAsked) {
+  const Finished finished = room(
+      "echo open >a; chmod 000 a; cat a; mkdir /Volumes/M; mount -t tmpfs m /Volumes/M && umount /Volumes/M",
+      {"--keep-rights"});
+  EXPECT_EQ(finished.out, "open\n");
+  EXPECT_EQ(finished.status, 0) << finished.err;
+}
+
+}  // namespace quarn::tests

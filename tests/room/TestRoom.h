@@ -1,0 +1,55 @@
+#pragma once
+
+#include <filesystem>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "Started.h"
+
+namespace quarn::tests {
+
+/// A folder on the host, gone with the object.
+class ScratchFolder {
+ public:
+  ScratchFolder();
+  ScratchFolder(const ScratchFolder&) = delete;
+  ScratchFolder& operator=(const ScratchFolder&) = delete;
+  ~ScratchFolder();
+  const std::filesystem::path& path() const { return path_; }
+
+ private:
+  std::filesystem::path path_;
+};
+
+enum class Way { mounts, userNamespace, proot };
+std::ostream& operator<<(std::ostream& out, Way way);
+
+/// quarn-room, copied to where any user can start it, made one way.
+class TestRoom {
+ public:
+  explicit TestRoom(Way way);
+
+  /// Why this way is closed on this machine; empty when it is open.
+  std::string whyNot() const;
+
+  Finished operator()(const std::string& script, std::vector<std::string> options = {}) const;
+  Started start(const std::string& script, std::vector<std::string> options = {}) const;
+
+  /// What the process that starts quarn-room does first.
+  void goThisWay() const;
+
+  std::string program() const { return (folder_.path() / "quarn-room").string(); }
+
+ private:
+  Way way_;
+  ScratchFolder folder_;
+};
+
+/// Folders of rooms below the usual temporary folders that no living room holds.
+std::vector<std::string> abandonedRooms();
+
+/// The processes of this machine whose command line contains `text`, but for this one.
+std::vector<pid_t> processesWith(const std::string& text);
+
+}  // namespace quarn::tests

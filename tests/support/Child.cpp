@@ -1,0 +1,107 @@
+#include "tests/support/Child.h"
+
+#include <exception>
+#include <gtest/gtest.h>
+#include <linux/capability.h>
+#include <sched.h>
+#include <sys/mount.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace child {
+namespace {
+
+const testing::TestResult& result() {
+  return *testing::UnitTest::GetInstance()->current_test_info()->result();
+}
+
+std::string failuresSince(int firstPart) {
+  std::string text;
+  for (int i = firstPart; i < result().total_part_count(); ++i) {
+    const testing::TestPartResult& part = result().GetTestPartResult(i);
+    if (part.failed()) text += std::to_string(part.line_number()) + ": " + part.message() + std::string("\n");
+  }
+  return text;
+}
+
+std::string runHere(const std::function<void()>& body) {
+  const int before = result().total_part_count();
+  try {
+    body();
+  } catch (const std::exception& exception) {
+    return std::string("threw: ") + exception.what();
+  }
+  return failuresSince(before);
+}
+
+/// A user who isn't root has none of these to begin with.
+bool dropRights() {
+  __user_cap_header_struct header{_LINUX_CAPABILITY_VERSION_3, 0};
+  __user_cap_data_struct data[2]{};
+  if (::syscall(SYS_capget, &header, data) != 0) return false;
+  const unsigned dropped = (1u << CAP_DAC_OVERRIDE) | (1u << CAP_DAC_READ_SEARCH) | (1u << CAP_FOWNER);
+  data[0].effective &= ~dropped;
+  data[0].permitted &= ~dropped;
+  data[0].inheritable &= ~dropped;
+  return ::syscall(SYS_capset, &header, data) == 0;
+}
+
+bool takeOwnMounts() {
+  return ::unshare(CLONE_NEWNS) == 0 && ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
+}
+
+}  // namespace
+
+std::string failures(const std::function<void()>& body) {
+  int ends[2];
+  if (::pipe(ends) != 0) return "no pipe";
+  const pid_t process = ::fork();
+  if (process == 0) {
+    ::close(ends[0]);
+    const std::string text = runHere(body);
+    const bool written = ::write(ends[1], text.data(), text.size()) == static_cast<ssize_t>(text.size());
+    ::_exit(written ? 0 : 1);
+  }
+  ::close(ends[1]);
+  std::string text;
+  char buffer[4096];
+  for (ssize_t count; (count = ::read(ends[0], buffer, sizeof buffer)) > 0;)
+    text.append(buffer, static_cast<std::size_t>(count));
+  ::close(ends[0]);
+  int status = 0;
+  ::waitpid(process, &status, 0);
+  if (status != 0) text += "ended with status " + std::to_string(status);
+  return text;
+}
+
+std::string failuresWithoutRights(const std::function<void()>& body) {
+  return failures([&] {
+    ASSERT_TRUE(dropRights());
+    body();
+  });
+}
+
+std::string failuresWithOwnMounts(const std::function<void()>& body) {
+  return failures([&] {
+    ASSERT_TRUE(takeOwnMounts());
+    body();
+  });
+}
+
+bool canMount() {
+  const pid_t process = ::fork();
+  if (process == 0) ::_exit(takeOwnMounts() ? 0 : 1);
+  int status = 0;
+  return ::waitpid(process, &status, 0) == process && status == 0;
+}
+
+bool mountMemory(const std::string& folder, const std::string& options) {
+  return ::mount("memory", folder.c_str(), "tmpfs", 0, options.c_str()) == 0;
+}
+
+bool makeReadOnly(const std::string& folder) {
+  return ::mount("memory", folder.c_str(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr) == 0;
+}
+
+}  // namespace child
