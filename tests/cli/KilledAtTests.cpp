@@ -75,8 +75,12 @@ TEST(KilledAt, everyChangingCallOfAMoveLeavesAllBytesInTheirPlaces) {
     SCOPED_TRACE("killed at changing call " + std::to_string(n) + ", " + run->call);
     const Stage stage = stageOf(before);
     EXPECT_EQ(lost(files, {app, moved}), std::vector<std::string>{});
-    if (stage >= Stage::removing) EXPECT_EQ(scene::tree(moved), before) << "the copy is whole from then on";
-    if (stage < Stage::linked) EXPECT_FALSE(scene::exists(scene::manifest)) << "nothing is recorded before";
+    if (stage >= Stage::removing) {
+      EXPECT_EQ(scene::tree(moved), before) << "the copy is whole from then on";
+    }
+    if (stage < Stage::linked) {
+      EXPECT_FALSE(scene::exists(scene::manifest)) << "nothing is recorded before";
+    }
     EXPECT_EQ(foreign(), others);
     met.insert(stage);
     if (!run->wasKilled) {
@@ -162,7 +166,9 @@ TEST(KilledAt, theLedgerStaysReadableAtEveryCallOfAMove) {
     EXPECT_EQ(scene::sql("PRAGMA integrity_check"), std::vector<std::string>{"ok"});
     const auto rows = scene::sql("SELECT app_name FROM installs");
     EXPECT_LE(rows.size(), 1U);
-    if (!rows.empty()) EXPECT_TRUE(scene::isLink(app)) << "a row only for a move that was done";
+    if (!rows.empty()) {
+      EXPECT_TRUE(scene::isLink(app)) << "a row only for a move that was done";
+    }
     if (!run->wasKilled) {
       EXPECT_EQ(rows.size(), 1U);
       break;
