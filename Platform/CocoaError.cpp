@@ -174,6 +174,12 @@ PlatformError toolNotStarted(const Path& executable) {
   return error(fileNoSuchFile, doesNotExist(executable));
 }
 
+PlatformError outOfResources(int errnoValue) {
+  const std::string domain = "NSPOSIXErrorDomain";
+  const std::string number = std::to_string(errnoValue);
+  return {domain, errnoValue, "The operation couldn’t be completed. (" + domain + " error " + number + ".)"};
+}
+
 PlatformError noTrash(const Path& item, const std::string& volumeName) {
   return error(featureUnsupported, named(item) + " couldn’t be moved to the trash because the volume " +
                                        quoted(volumeName) + " doesn’t have one.");

@@ -31,6 +31,8 @@ PlatformError fromCode(Operation operation, int code, const Path& item, const Pa
 
 /// A tool that can't be started.
 PlatformError toolNotStarted(const Path& executable);
+/// The system has no descriptor, process or memory left.
+PlatformError outOfResources(int errnoValue);
 /// The Trash of a volume that has none.
 PlatformError noTrash(const Path& item, const std::string& volumeName);
 /// A file that isn't UTF-8 text.

@@ -88,6 +88,11 @@ class FileSystem {
   virtual bool isDirectory(const Path& path) const = 0;
   /// The item itself. Missing: `fileReadNoSuchFile`.
   virtual Result<FileAttributes> attributes(const Path& path) const = 0;
+  /// The item itself is a link, dangling or not.
+  bool isSymbolicLink(const Path& path) const {
+    const auto found = attributes(path);
+    return found && found->kind == FileKind::symbolicLink;
+  }
   /// The stored text of a link. Not a link: `fileReadUnknown`. Missing: `fileReadNoSuchFile`.
   virtual Result<std::string> readLink(const Path& path) const = 0;
   /// Every link of the path resolved; the path unresolved if any component is missing. Standardized.
@@ -102,7 +107,8 @@ class FileSystem {
   /// is not visited. Links are visited and never entered, a link as root is followed. A missing root
   /// is told to `failed` once; a root that is no folder has nothing below it.
   virtual void walk(const Path& root, Hidden hidden, WalkVisitor& visitor) const = 0;
-  /// All bytes of a file; follows links. Missing: `fileReadNoSuchFile`. A folder: `fileReadUnknown`.
+  /// All bytes of a regular file; follows links. Missing: `fileReadNoSuchFile`. Anything else, a folder
+  /// or a FIFO: `fileReadUnknown`. More than 256 MB: `fileReadTooLarge`.
   virtual Result<std::string> read(const Path& file) const = 0;
 
   // Changing.
@@ -122,6 +128,9 @@ class FileSystem {
   /// The whole new content or the whole old one, never a part: a file beside it, then a rename. A link
   /// at `file` is replaced by a file. Keeps the mode of what it replaces.
   virtual Result<void> writeAtomically(const Path& file, std::string_view content) = 0;
+  /// Returns when all that has been written to the volume of `item` has reached it, and not only the
+  /// system's memory. A volume that is gone, or failed meanwhile, is an error.
+  virtual Result<void> flush(const Path& item) = 0;
 };
 
 }  // namespace quarn

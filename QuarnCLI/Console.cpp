@@ -32,9 +32,13 @@ void printNow(std::string_view line) {
 }
 
 void writeError(std::string_view text) {
+  // What was printed before stands before it, also where both streams go to one file.
+  std::fflush(stdout);
   write(stderr, text);
   std::fflush(stderr);
 }
+
+bool allWasWritten() { return std::fflush(stdout) == 0 && std::ferror(stdout) == 0; }
 
 bool confirms() {
   write(stdout, "Proceed? [y/N] ");

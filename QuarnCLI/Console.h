@@ -12,6 +12,8 @@ void print(std::string_view line);
 void printNow(std::string_view line);
 /// Text on standard error as it is, in one write.
 void writeError(std::string_view text);
+/// False if something that was printed on standard output didn't get out.
+bool allWasWritten();
 /// "Proceed? [y/N] "; true for "y" and "yes" in any letter case. Otherwise, and at the end of input,
 /// prints "aborted.".
 bool confirms();

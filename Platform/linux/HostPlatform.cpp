@@ -5,12 +5,15 @@
 #include "Platform/linux/LinuxTrash.h"
 #include "Platform/linux/LinuxVolumes.h"
 #include "Platform/posix/PosixProcesses.h"
+#include "Platform/posix/StandardStreams.h"
 #include "Platform/posix/SystemClock.h"
 
 namespace quarn {
 namespace {
 
 struct Host {
+  Host() { ensureStandardStreams(); }
+
   LinuxFileSystem files;
   PosixProcesses processes;
   LinuxVolumes volumes;

@@ -7,6 +7,7 @@
 #include "Platform/linux/ExclusiveRename.h"
 #include "Platform/linux/TreeCopier.h"
 #include "Platform/linux/TreeRemover.h"
+#include "Platform/posix/VolumeFlush.h"
 
 namespace quarn {
 namespace {
@@ -38,6 +39,11 @@ int moveAcrossVolumes(const PathAt& source, const PathAt& destination, const Pat
   if (::fstatat(destination.folder(), destination.name(), &status, AT_SYMLINK_NOFOLLOW) == 0) return EEXIST;
   if (const int error = checkNotInside(sourceStatus, destinationParent)) return error;
   if (const int error = copyTree(source, destination)) return error;
+  // The source is the only copy until the other volume really holds the new one.
+  if (const int error = flushVolume(destinationParent)) {
+    removeTree(destination);
+    return error;
+  }
   return removeTree(source);
 }
 

@@ -5,12 +5,15 @@
 #include "Platform/macos/MacTrash.h"
 #include "Platform/macos/MacVolumes.h"
 #include "Platform/posix/PosixProcesses.h"
+#include "Platform/posix/StandardStreams.h"
 #include "Platform/posix/SystemClock.h"
 
 namespace quarn {
 namespace {
 
 struct Host {
+  Host() { ensureStandardStreams(); }
+
   MacFileSystem files;
   PosixProcesses processes;
   MacVolumes volumes;

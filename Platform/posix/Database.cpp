@@ -1,6 +1,7 @@
 #include "Platform/Database.h"
 
 #include <sqlite3.h>
+#include <sys/stat.h>
 
 namespace quarn {
 
@@ -38,6 +39,9 @@ void Database::Close::operator()(sqlite3* handle) const {
 }
 
 std::optional<Database> Database::open(const Path& file, Access access) {
+  struct stat status;
+  // Opening a FIFO would wait for another process, for ever if none comes.
+  if (::stat(file.text().c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
   const int flags = access == Access::reading ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE;
   sqlite3* handle = nullptr;
   const int code = sqlite3_open_v2(file.text().c_str(), &handle, flags, nullptr);

@@ -5,14 +5,22 @@
 #include <sys/stat.h>
 
 namespace quarn {
+namespace {
+
+// Far more than any property list or record; a larger file is a mistake, or a trap for our memory.
+constexpr off_t longest = 256 * 1024 * 1024;
+
+}  // namespace
 
 int readWhole(const PathAt& file, std::string& content) {
   if (file.error()) return file.error();
   const Descriptor opened(::openat(file.folder(), file.name(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
   struct stat status;
   if (!opened.isOpen() || ::fstat(opened.number(), &status) != 0) return errno;
-  // Nothing says when, or whether, another process would ever write into it.
-  if (S_ISFIFO(status.st_mode)) return ESPIPE;
+  if (S_ISDIR(status.st_mode)) return EISDIR;
+  // What is no regular file may never end, or wait for a writer that never comes.
+  if (!S_ISREG(status.st_mode)) return ESPIPE;
+  if (status.st_size > longest) return EFBIG;
   // One byte more than expected, so that the end shows at once.
   std::size_t filled = 0;
   for (content.resize(static_cast<std::size_t>(status.st_size) + 1);;) {
@@ -21,6 +29,7 @@ int readWhole(const PathAt& file, std::string& content) {
     if (count < 0) return errno;
     if (count == 0) break;
     filled += static_cast<std::size_t>(count);
+    if (filled > static_cast<std::size_t>(longest)) return EFBIG;
     if (filled == content.size()) content.resize(content.size() * 2);
   }
   content.resize(filled);

@@ -23,7 +23,10 @@ void PipeReader::readSome(std::optional<std::chrono::milliseconds> limit) {
   // A closed one is -1, which poll passes over.
   for (const Source& source : sources_) polled.push_back({source.pipe.number(), POLLIN, 0});
   const int timeout = limit ? static_cast<int>(limit->count()) : -1;
-  if (::poll(polled.data(), static_cast<nfds_t>(polled.size()), timeout) <= 0) return;
+  const int ready = ::poll(polled.data(), static_cast<nfds_t>(polled.size()), timeout);
+  // A poll that can't be done now won't be done later, and whoever waits for it must get on.
+  if (ready < 0 && errno != EINTR) closeAll();
+  if (ready <= 0) return;
   for (std::size_t i = 0; i < polled.size(); ++i) {
     if (polled[i].revents != 0) readPiece(sources_[i]);
   }
@@ -34,6 +37,10 @@ void PipeReader::readWaiting() {
     while (source.pipe.isOpen() && readPiece(source)) {
     }
   }
+}
+
+void PipeReader::closeAll() {
+  for (Source& source : sources_) source.pipe.close();
 }
 
 bool PipeReader::readPiece(Source& source) {

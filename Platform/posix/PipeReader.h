@@ -25,6 +25,7 @@ class PipeReader {
   void readWaiting();
 
  private:
+  void closeAll();
   /// False if nothing was there to be read.
   bool readPiece(Source& source);
 

@@ -14,6 +14,7 @@
 #include "Platform/posix/LinkText.h"
 #include "Platform/posix/PathAt.h"
 #include "Platform/posix/TreeWalker.h"
+#include "Platform/posix/VolumeFlush.h"
 #include "Platform/posix/WriteError.h"
 
 namespace quarn {
@@ -24,11 +25,6 @@ using CocoaError::Operation;
 bool follow(const Path& path, struct stat& status) {
   const PathAt at(path);
   return !at.error() && ::fstatat(at.folder(), at.name(), &status, 0) == 0;
-}
-
-bool isLeftOut(Hidden hidden, int folder, const char* name) {
-  if (hidden == Hidden::included) return false;
-  return name[0] == '.' || (hidden == Hidden::skipped && hasHiddenFlag(folder, name));
 }
 
 }  // namespace
@@ -99,6 +95,12 @@ Result<void> PosixFileSystem::writeAtomically(const Path& file, std::string_view
   const int error = quarn::writeAtomically(file, content);
   if (error == 0) return {};
   return writeError(Operation::saveAtomically, error, file);
+}
+
+Result<void> PosixFileSystem::flush(const Path& item) {
+  const int error = flushVolume(item);
+  if (error == 0) return {};
+  return writeError(Operation::save, error, item);
 }
 
 }  // namespace quarn

@@ -19,6 +19,7 @@ class PosixFileSystem : public FileSystem {
   Result<void> createFolder(const Path& folder) override;
   Result<void> createLink(const Path& link, const std::string& target) override;
   Result<void> writeAtomically(const Path& file, std::string_view content) override;
+  Result<void> flush(const Path& item) override;
 };
 
 }  // namespace quarn

@@ -1,5 +1,6 @@
 #include "Platform/posix/PosixProcesses.h"
 
+#include <cerrno>
 #include <signal.h>
 #include <unistd.h>
 
@@ -20,6 +21,14 @@ void mindEndsOfChildren() {
   if (::sigaction(SIGCHLD, nullptr, &action) == 0 && action.sa_handler == SIG_IGN) ::signal(SIGCHLD, SIG_DFL);
 }
 
+/// The tool may well be there when the system has no room for one more process.
+PlatformError notStarted(const Path& executable, int errnoValue) {
+  for (const int shortage : {EMFILE, ENFILE, EAGAIN, ENOMEM, E2BIG}) {
+    if (errnoValue == shortage) return CocoaError::outOfResources(errnoValue);
+  }
+  return CocoaError::toolNotStarted(executable);
+}
+
 }  // namespace
 
 Result<std::unique_ptr<Child>> PosixProcesses::start(const Path& executable,
@@ -33,8 +42,9 @@ Result<std::unique_ptr<Child>> PosixProcesses::start(const Path& executable,
   pid_t process = 0;
   const bool hasPipes = (streams == OutputStreams::inherited || output.writing.isOpen()) &&
                         (streams != OutputStreams::separate || error.writing.isOpen());
-  if (!hasPipes || spawn(executable, arguments, output.writing.number(), errorTarget, process) != 0)
-    return CocoaError::toolNotStarted(executable);
+  if (!hasPipes) return notStarted(executable, EMFILE);
+  if (const int failure = spawn(executable, arguments, output.writing.number(), errorTarget, process))
+    return notStarted(executable, failure);
   return std::unique_ptr<Child>(
       std::make_unique<PosixChild>(process, std::move(output.reading), std::move(error.reading)));
 }

@@ -44,7 +44,7 @@ class Walk : public TreeWork, private WalkItem {
       : root_(root), hidden_(hidden), visitor_(visitor) {}
 
   Next entry(const FolderStack& at, const DirectoryReader::Entry& entry) override {
-    if (isLeftOut(at.folder(), entry.name)) return Next::goOn;
+    if (isLeftOut(hidden_, at.folder(), entry.name)) return Next::goOn;
     folder_ = at.folder();
     folderPath_ = at.path();
     name_ = entry.name;
@@ -86,11 +86,6 @@ class Walk : public TreeWork, private WalkItem {
       if (const auto found = itemAttributes(folder, name_)) return *found;
     }
     return CocoaError::fromErrno(CocoaError::Operation::readFile, errno, root.appending(path_));
-  }
-
-  bool isLeftOut(int folder, const char* name) const {
-    if (hidden_ == Hidden::included) return false;
-    return name[0] == '.' || (hidden_ == Hidden::skipped && hasHiddenFlag(folder, name));
   }
 
   FileKind kindByLookingUp() const {

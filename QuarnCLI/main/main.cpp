@@ -1,10 +1,35 @@
+#include <exception>
+
 #include "Platform/LocalizedError.h"
 #include "QuarnCLI/Console.h"
 #include "QuarnCLI/QuarnCLI.h"
 
 namespace {
 
+using quarn::ExitStatus;
+
 quarn::QuarnCLI cli;
+
+ExitStatus failed(const std::string& description) {
+  quarn::Console::writeError("error\t" + description + "\n");
+  return ExitStatus::failure;
+}
+
+ExitStatus run() {
+  try {
+    const ExitStatus status = cli.run(quarn::hostPlatform());
+    // A report that was cut must not pass for a whole one.
+    if (status == ExitStatus::success && !quarn::Console::allWasWritten()) {
+      return failed("Standard output could not be written.");
+    }
+    return status;
+  } catch (const quarn::LocalizedError& error) {
+    return failed(error.localizedDescription());
+  } catch (const std::exception& error) {
+    // The system had no memory or no thread left.
+    return failed(error.what());
+  }
+}
 
 }  // namespace
 
@@ -13,10 +38,5 @@ int main(int count, char** values) {
     cli.program = values[0];
     cli.arguments.assign(values + 1, values + count);
   }
-  try {
-    return static_cast<int>(cli.run(quarn::hostPlatform()));
-  } catch (const quarn::LocalizedError& error) {
-    quarn::Console::writeError("error\t" + error.localizedDescription() + "\n");
-    return static_cast<int>(quarn::ExitStatus::failure);
-  }
+  return static_cast<int>(run());
 }

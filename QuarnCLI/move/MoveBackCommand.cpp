@@ -18,8 +18,7 @@ Path resolveSymlinkURL(Platform& platform, const std::string& text) {
 
 void requireLink(Platform& platform, const Path& item) {
   if (!platform.files.exists(item)) throw CLIError("No such item: " + item.text());
-  const auto attributes = platform.files.attributes(item);
-  if (attributes && attributes->kind == FileKind::symbolicLink) return;
+  if (platform.files.isSymbolicLink(item)) return;
   throw CLIError("Not a symlink: " + item.text() + " — already local, nothing to move back.");
 }
 

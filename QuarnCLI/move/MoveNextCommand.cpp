@@ -45,7 +45,7 @@ ExitStatus run(const Invocation& invocation) {
   }
   if (!args.contains("--yes") && !Console::confirms()) return ExitStatus::failure;
   const auto result =
-      MoveRunner::run(platform, jobs, args.contains("--progress"), args.contains("--quit-running"));
+      MoveRunner::run(platform, drive, jobs, args.contains("--progress"), args.contains("--quit-running"));
   return result.failures.empty() ? ExitStatus::success : ExitStatus::failure;
 }
 

@@ -50,7 +50,7 @@ ExitStatus run(const Invocation& invocation) {
   DriveSpace::require(drive, total);
   if (!args.contains("--yes") && !Console::confirms()) return ExitStatus::success;
   const auto result =
-      MoveRunner::run(platform, jobs, args.contains("--progress"), args.contains("--quit-running"));
+      MoveRunner::run(platform, drive, jobs, args.contains("--progress"), args.contains("--quit-running"));
   if (!result.failures.empty()) Console::print("failed: " + std::to_string(result.failures.size()));
   return ExitStatus::success;
 }

@@ -1,50 +1,19 @@
 #include "Platform/PathText.h"
-#include "Platform/Text.h"
 #include "QuarnCLI/CLIError.h"
 #include "QuarnCLI/Console.h"
 #include "QuarnCLI/move/DiskUsage.h"
 #include "QuarnCLI/move/MoveCommands.h"
+#include "QuarnCLI/move/PathPair.h"
 
 namespace quarn::MovePathCommand {
 namespace {
 
+/// An empty text comes from a variable that isn't set, and would mean the current folder.
+bool isMissing(const std::optional<std::string>& text) { return !text || text->empty(); }
+
 Path givenPath(Platform& platform, const std::string& text) {
   const std::string expanded = PathText::expandingTilde(platform.places, text);
   return platform.files.standardized(PathText::fileURL(platform.places, expanded));
-}
-
-bool isSymlink(Platform& platform, const Path& item) {
-  const auto attributes = platform.files.attributes(item);
-  return attributes && attributes->kind == FileKind::symbolicLink;
-}
-
-Path nearestExisting(Platform& platform, Path item) {
-  while (!platform.files.exists(item) && item.parent() != item) item = item.parent();
-  return item;
-}
-
-/// By what the paths lead to: behind a link, one folder has two names, and other folders above it.
-bool leadsInto(Platform& platform, const Path& folder, const Path& item) {
-  const auto wanted = platform.files.attributes(platform.files.resolvingLinks(folder));
-  for (Path current = platform.files.resolvingLinks(nearestExisting(platform, item));;
-       current = current.parent()) {
-    const auto found = platform.files.attributes(current);
-    if (wanted && found && wanted->identity == found->identity) return true;
-    if (current.parent() == current) return false;
-  }
-}
-
-/// Removing the source would then remove the copy with it.
-void refuseDestinationInSource(Platform& platform, const Path& source, const Path& destination) {
-  if (!platform.files.exists(source)) {
-    throw CLIError("Source path does not exist: " + source.text());
-  }
-  if (Text::equal(source.text(), destination.text())) {
-    throw CLIError("Source and destination are the same path.");
-  }
-  if (leadsInto(platform, source, destination)) {
-    throw CLIError("Destination lies inside the source: " + destination.text());
-  }
 }
 
 void runRsync(Platform& platform, const Path& source, const Path& destination, bool progress) {
@@ -79,17 +48,17 @@ ExitStatus run(const Invocation& invocation) {
   const CLIArgs& args = invocation.args;
   const auto sourceText = args.value("--source");
   const auto destinationText = args.value("--destination");
-  if (!sourceText || !destinationText) {
+  if (isMissing(sourceText) || isMissing(destinationText)) {
     throw CLIError("Usage: move path --source <path> --destination <path> [--yes] [--progress]");
   }
   const Path source = givenPath(platform, *sourceText);
   const Path destination = givenPath(platform, *destinationText);
-  if (isSymlink(platform, source)) {
+  if (platform.files.isSymbolicLink(source)) {
     const std::string target = platform.files.readLink(source).valueOr("unknown");
     Console::print("already symlink: " + source.text() + " -> " + target);
     return ExitStatus::success;
   }
-  refuseDestinationInSource(platform, source, destination);
+  PathPair::requireSafe(platform, source, destination);
 
   const std::int64_t sourceKB = DiskUsage::kilobytes(platform, source);
   const std::int64_t minimumKB = sourceKB * 95 / 100;
@@ -102,7 +71,7 @@ ExitStatus run(const Invocation& invocation) {
   platform.files.createFolder(destination.parent()).orThrow();
   runRsync(platform, source, destination, args.contains("--progress"));
   const std::int64_t destinationKB = DiskUsage::kilobytes(platform, destination);
-  Console::print("destination_kb: " + std::to_string(destinationKB));
+  Console::printNow("destination_kb: " + std::to_string(destinationKB));
   requireAtLeast(minimumKB, destinationKB);
   replaceByLink(platform, source, destination);
   return ExitStatus::success;

@@ -1,7 +1,9 @@
 #include "QuarnCLI/move/MoveRunner.h"
 
+#include <algorithm>
 #include <cstdio>
 
+#include "QuarnCLI/CLIError.h"
 #include "QuarnCLI/Console.h"
 #include "QuarnCore/foundation/SizeCalculator.h"
 #include "QuarnCore/move/MoverEngine.h"
@@ -31,22 +33,36 @@ std::string elapsedText(std::chrono::steady_clock::duration elapsed) {
   return text;
 }
 
-void move(Platform& platform, const MoveJob& job, bool progress, bool quitRunning) {
-  MoverEngine::moveAndLink(platform, job.source, job.destination.parent(), quitRunning, showStatus,
-                           progress ? ProgressCallback(showProgress) : ProgressCallback());
+void requireMounted(Platform& platform, const DriveInfo& drive) {
+  const auto mounted = platform.volumes.mounted().valueOr({});
+  if (std::find(mounted.begin(), mounted.end(), drive.mountPath) != mounted.end()) return;
+  throw CLIError("The drive is no longer mounted: " + drive.mountPath.text());
 }
 
-void runJob(Platform& platform, const MoveJob& job, bool progress, bool quitRunning, Result& result) {
+/// What all jobs of a run have in common.
+struct Options {
+  const DriveInfo& drive;
+  bool progress;
+  bool quitRunning;
+};
+
+void move(Platform& platform, const MoveJob& job, const Options& options) {
+  requireMounted(platform, options.drive);
+  MoverEngine::moveAndLink(platform, job.source, job.destination.parent(), options.quitRunning, showStatus,
+                           options.progress ? ProgressCallback(showProgress) : ProgressCallback());
+}
+
+void runJob(Platform& platform, const MoveJob& job, const Options& options, Result& result) {
   const auto start = platform.clock.steadyNow();
   try {
-    move(platform, job, progress, quitRunning);
+    move(platform, job, options);
   } catch (const LocalizedError& error) {
-    if (progress) Console::writeError("\n");
+    if (options.progress) Console::writeError("\n");
     result.failures.push_back({job, error.localizedDescription()});
     Console::printNow("    FAIL: " + result.failures.back().message);
     return;
   }
-  if (progress) Console::writeError("\n");
+  if (options.progress) Console::writeError("\n");
   Console::printNow("    ok in " + elapsedText(platform.clock.steadyNow() - start) + " -> " +
                     job.destination.text());
   ++result.moved;
@@ -55,13 +71,15 @@ void runJob(Platform& platform, const MoveJob& job, bool progress, bool quitRunn
 
 }  // namespace
 
-Result run(Platform& platform, const std::vector<MoveJob>& jobs, bool progress, bool quitRunning) {
+Result run(Platform& platform, const DriveInfo& drive, const std::vector<MoveJob>& jobs, bool progress,
+           bool quitRunning) {
+  const Options options{drive, progress, quitRunning};
   Result result;
   std::size_t number = 0;
   for (const MoveJob& job : jobs) {
     Console::printNow("[" + std::to_string(++number) + "/" + std::to_string(jobs.size()) + "] " + job.label +
                       " (" + SizeCalculator::format(job.bytesTotal) + ")");
-    runJob(platform, job, progress, quitRunning, result);
+    runJob(platform, job, options, result);
   }
   return result;
 }

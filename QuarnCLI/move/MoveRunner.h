@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "Platform/Platform.h"
+#include "QuarnCore/discovery/DriveInfo.h"
 #include "QuarnCore/move/MoveJob.h"
 
 /// Carries out jobs one after the other, tells of each on the console, and goes on after a failure.
@@ -21,9 +22,11 @@ struct Result {
   std::int64_t bytesMoved = 0;  ///< as the jobs expected
 };
 
-/// `progress` shows the running byte counts on standard error; `quitRunning` asks running applications
+/// A job whose drive has been pulled out fails: the folders that it would make would lie on the internal
+/// disk, in the drive's place. `progress` shows the running byte counts on standard error; `quitRunning` asks running applications
 /// to quit.
-Result run(Platform& platform, const std::vector<MoveJob>& jobs, bool progress, bool quitRunning);
+Result run(Platform& platform, const DriveInfo& drive, const std::vector<MoveJob>& jobs, bool progress,
+           bool quitRunning);
 
 /// The bytes that all jobs expect to move.
 std::int64_t totalBytes(const std::vector<MoveJob>& jobs);

@@ -23,11 +23,6 @@ std::string displayName(const InfoPlist::Texts& texts, const Path& bundle) {
   return bundle.nameWithoutExtension();
 }
 
-bool isLink(Platform& platform, const Path& item) {
-  const auto attributes = platform.files.attributes(item);
-  return attributes && attributes->kind == FileKind::symbolicLink;
-}
-
 /// By path, so that the order of the disk never shows in a list with equal names.
 std::map<std::string, AppEntry> entriesByPath(Platform& platform) {
   std::map<std::string, AppEntry> entries;
@@ -109,7 +104,7 @@ bool isSymbolicLinkOrInsideOne(Platform& platform, const Path& item) {
   const std::string root = platform.files.standardized(Path("/Applications")).text();
   Path current = platform.files.standardized(item);
   while (Text::hasPrefix(current.text(), root)) {
-    if (isLink(platform, current)) return true;
+    if (platform.files.isSymbolicLink(current)) return true;
     const Path parent = current.parent();
     if (parent == current) return false;
     current = parent;

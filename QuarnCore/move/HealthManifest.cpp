@@ -75,6 +75,8 @@ Entries load(Platform& platform) {
 }
 
 void record(Platform& platform, const HealthManifestEntry& entry) {
+  // A name that is no text has no form in the file, and would make all of it unreadable.
+  if (!Text::isUTF8(entry.sourcePath) || !Text::isUTF8(entry.destinationPath)) return;
   Entries entries = without(entry.sourcePath, load(platform));
   entries.push_back(entry);
   write(platform, entries);

@@ -13,11 +13,6 @@
 namespace quarn::MovePlanner {
 namespace {
 
-bool isLink(Platform& platform, const Path& item) {
-  const auto attributes = platform.files.attributes(item);
-  return attributes && attributes->kind == FileKind::symbolicLink;
-}
-
 std::vector<std::string> climbingStops(Platform& platform) {
   std::vector<std::string> stops;
   for (const Path& root : AppBundleScanRoots::standardApplicationRoots(platform, false)) {
@@ -30,7 +25,7 @@ bool isLinkOrInsideOne(Platform& platform, const Path& item) {
   const auto stops = climbingStops(platform);
   Path current = platform.files.standardized(item);
   while (true) {
-    if (isLink(platform, current)) return true;
+    if (platform.files.isSymbolicLink(current)) return true;
     const bool isStop = std::any_of(stops.begin(), stops.end(), [&current](const std::string& stop) {
       return Text::equal(stop, current.text());
     });

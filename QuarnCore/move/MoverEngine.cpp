@@ -28,6 +28,10 @@ void checkRunning(Platform& platform, const Path& source, bool quitRunning) {
   throw MoverError::appIsRunning(source.lastComponent());
 }
 
+void checkDestination(Platform& platform, const Path& destination) {
+  if (platform.files.exists(destination)) throw MoverError::destinationExists();
+}
+
 /// A free space of 0 means that the volume doesn't tell, and passes.
 void checkSpace(Platform& platform, std::int64_t needed, const Path& folder) {
   const std::int64_t available = VolumeCapacityProbe::freeBytes(platform, folder);
@@ -39,6 +43,14 @@ void verify(Platform& platform, const Path& source, const Path& destination) {
     MoverStasher::stash(platform, destination);
     throw MoverError::verifyFailed(*reason);
   }
+}
+
+/// The check read what the system remembers of the copy; the drive must hold it before the source goes.
+void flushToDrive(Platform& platform, const Path& destination) {
+  const auto flushed = platform.files.flush(destination);
+  if (flushed) return;
+  MoverStasher::stash(platform, destination);
+  throw MoverError::verifyFailed(flushed.error().description);
 }
 
 void removeSource(Platform& platform, const Path& source, const Path& destination) {
@@ -78,20 +90,33 @@ void verifyInternalized(Platform& platform, const Path& item) {
   if (!platform.files.exists(item)) {
     throw MoverError::verifyFailed(item.lastComponent() + " missing after restore");
   }
-  const auto attributes = platform.files.attributes(item);
-  if (attributes && attributes->kind == FileKind::symbolicLink) {
+  if (platform.files.isSymbolicLink(item)) {
     throw MoverError::verifyFailed(item.lastComponent() +
                                    " is still a symlink after restore — data was not internalized");
   }
 }
 
-/// A launcher that leads into itself is none: removing it would remove what it leads to.
-std::optional<Path> launcherTarget(Platform& platform, const Path& launcher) {
-  const auto target = AppScanner::launcherShimTarget(platform, launcher);
-  if (!target) return std::nullopt;
-  const std::string inside = platform.files.resolvingLinks(launcher).text() + "/";
-  if ((platform.files.resolvingLinks(*target).text() + "/").starts_with(inside)) return std::nullopt;
-  return target;
+std::string asFolder(const Path& path) { return path.text() == "/" ? "/" : path.text() + "/"; }
+
+/// One lies inside the other, or is it, when links are resolved on the way to them.
+bool overlap(Platform& platform, const Path& item, const Path& target) {
+  const Path folder = platform.files.resolvingLinks(item.parent());
+  const std::string at = asFolder(folder.appending(item.lastComponent()));
+  const std::string leadsTo = asFolder(platform.files.resolvingLinks(target));
+  return at.starts_with(leadsTo) || leadsTo.starts_with(at);
+}
+
+bool isMountPoint(Platform& platform, const Path& target) {
+  const Path resolved = platform.files.resolvingLinks(target);
+  for (const Path& volume : platform.volumes.mounted().valueOr({})) {
+    if (platform.files.resolvingLinks(volume) == resolved) return true;
+  }
+  return false;
+}
+
+/// What can't be moved to where the link stands. Found out only afterwards, the link would be gone.
+bool canComeHome(Platform& platform, const Path& link, const Path& target) {
+  return !overlap(platform, link, target) && !isMountPoint(platform, target);
 }
 
 /// What a link leads to; it must be there, or the way back would end with nothing at all.
@@ -99,7 +124,15 @@ Path linkTarget(Platform& platform, const Path& link) {
   const std::string text = platform.files.readLink(link).orThrow();
   const Path target = PathText::fileURL(platform.places, text);
   if (!platform.files.exists(target)) throw MoverError::sourceMissing();
-  return target;
+  if (canComeHome(platform, link, target)) return target;
+  throw MoverError::verifyFailed(link.lastComponent() + " leads to a volume or to a folder around itself");
+}
+
+/// A launcher that leads into itself, or to a folder around itself, is none: removing it would remove
+/// what it leads to, or leave it nowhere to go.
+std::optional<Path> launcherTarget(Platform& platform, const Path& launcher) {
+  const auto target = AppScanner::launcherShimTarget(platform, launcher);
+  return target && canComeHome(platform, launcher, *target) ? target : std::nullopt;
 }
 
 }  // namespace
@@ -110,13 +143,16 @@ void moveAndLink(Platform& platform, const Path& source, const Path& destination
   checkRunning(platform, source, quitRunning);
   platform.files.createFolder(destinationParent).orThrow();
   const Path destination = destinationParent.appending(source.lastComponent());
-  if (platform.files.exists(destination)) throw MoverError::destinationExists();
+  checkDestination(platform, destination);
   const std::int64_t needed = SizeCalculator::size(platform, source);
   checkSpace(platform, needed, destinationParent);
+  // Measuring took its time, and another run may have begun the same move.
+  checkDestination(platform, destination);
 
   FileCopier::copy(platform, source, destination, needed, progress);
   status({.stage = JobStatus::Stage::verifying, .progress = 0, .message = {}});
   verify(platform, source, destination);
+  flushToDrive(platform, destination);
   status({.stage = JobStatus::Stage::linking, .progress = 0, .message = {}});
   removeSource(platform, source, destination);
   link(platform, source, destination);

@@ -50,6 +50,10 @@ class FileSystemDecorator : public FileSystem {
     if (auto refusal = before("writeAtomically " + file.text()); !refusal) return refusal;
     return inner_.writeAtomically(file, content);
   }
+  Result<void> flush(const Path& item) override {
+    if (auto refusal = before("flush " + item.text()); !refusal) return refusal;
+    return inner_.flush(item);
+  }
 
  protected:
   virtual Result<void> before(const std::string& /*operation*/) { return {}; }
