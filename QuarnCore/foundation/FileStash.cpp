@@ -23,7 +23,7 @@ std::string timestamp(Moment moment) {
 }  // namespace
 
 void moveAside(Platform& platform, const Path& item, const std::string& reason) {
-  if (!platform.files.exists(item) && !isLink(platform, item)) return;
+  if (!platform.files.exists(item)) return;
   TrashOrBeside::put(platform, item,
                      item.lastComponent() + "-" + reason + "-" + timestamp(platform.clock.now()));
 }
