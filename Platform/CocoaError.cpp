@@ -162,8 +162,12 @@ PlatformError error(int number, std::string description) {
 
 PlatformError fromErrno(Operation operation, int errnoValue, const Path& item, const Path& destination,
                         const std::function<std::string()>& volumeName) {
-  const int number = code(operation, errnoValue);
-  return error(number, sentence(operation, number, item, destination, volumeName));
+  return fromCode(operation, code(operation, errnoValue), item, destination, volumeName);
+}
+
+PlatformError fromCode(Operation operation, int code, const Path& item, const Path& destination,
+                       const std::function<std::string()>& volumeName) {
+  return error(code, sentence(operation, code, item, destination, volumeName));
 }
 
 PlatformError toolNotStarted(const Path& executable) {

@@ -25,6 +25,10 @@ enum class Operation {
 PlatformError fromErrno(Operation operation, int errnoValue, const Path& item, const Path& destination = {},
                         const std::function<std::string()>& volumeName = {});
 
+/// Likewise, with the number that the system itself has given.
+PlatformError fromCode(Operation operation, int code, const Path& item, const Path& destination = {},
+                       const std::function<std::string()>& volumeName = {});
+
 /// A tool that can't be started.
 PlatformError toolNotStarted(const Path& executable);
 /// The Trash of a volume that has none.

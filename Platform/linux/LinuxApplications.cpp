@@ -7,8 +7,8 @@
 #include <string_view>
 #include <thread>
 
-#include "Platform/linux/FileReader.h"
 #include "Platform/posix/DirectoryReader.h"
+#include "Platform/posix/FileReader.h"
 #include "Platform/posix/LinkText.h"
 
 namespace quarn {

@@ -7,10 +7,10 @@
 
 #include "Platform/CocoaError.h"
 #include "Platform/linux/ExclusiveRename.h"
-#include "Platform/linux/MountTable.h"
-#include "Platform/linux/ResolvedPath.h"
 #include "Platform/linux/TrashFolder.h"
 #include "Platform/posix/PathAt.h"
+#include "Platform/posix/ResolvedPath.h"
+#include "Platform/posix/VolumeName.h"
 
 namespace quarn {
 namespace {
@@ -35,7 +35,7 @@ PlatformError trashError(int errnoValue, const Path& item) {
   // A volume that can't be written, or that ends here, has no Trash; everything else is told as it is.
   const bool hasNone = errnoValue == EROFS || errnoValue == EXDEV || errnoValue == ENOTSUP ||
                        errnoValue == ENOTDIR || errnoValue == ELOOP;
-  if (hasNone) return CocoaError::noTrash(item, MountTable::volumeName(item));
+  if (hasNone) return CocoaError::noTrash(item, volumeName(item));
   return CocoaError::fromErrno(CocoaError::Operation::trash, errnoValue, item);
 }
 

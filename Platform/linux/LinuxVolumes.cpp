@@ -6,8 +6,8 @@
 
 #include "Platform/CocoaError.h"
 #include "Platform/linux/MountTable.h"
-#include "Platform/linux/ResolvedPath.h"
 #include "Platform/posix/PathAt.h"
+#include "Platform/posix/ResolvedPath.h"
 
 namespace quarn {
 namespace {

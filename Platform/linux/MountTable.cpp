@@ -5,8 +5,6 @@
 #include <memory>
 #include <mntent.h>
 
-#include "Platform/linux/ResolvedPath.h"
-
 namespace quarn {
 namespace {
 
@@ -75,11 +73,6 @@ MountedVolume MountTable::holding(const std::vector<MountedVolume>& volumes, con
       best = volume;
   }
   return best;
-}
-
-std::string MountTable::volumeName(const Path& path) {
-  const auto found = volumes();
-  return holding(found.value_or(std::vector<MountedVolume>{}), withParentResolved(path)).name();
 }
 
 }  // namespace quarn

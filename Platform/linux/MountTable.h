@@ -30,8 +30,5 @@ std::optional<std::vector<MountedVolume>> volumesIn(const char* table);
 /// The volume below which a path without links lies; by its text alone.
 MountedVolume holding(const std::vector<MountedVolume>& volumes, const Path& path);
 
-/// The name of the volume that holds a path, of which the last component need not exist.
-std::string volumeName(const Path& path);
-
 }  // namespace MountTable
 }  // namespace quarn

@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <string>
 
-#include "Platform/linux/FileReader.h"
+#include "Platform/posix/FileReader.h"
 
 namespace quarn {
 

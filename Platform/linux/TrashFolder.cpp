@@ -1,11 +1,15 @@
 #include "Platform/linux/TrashFolder.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <optional>
 #include <string>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <vector>
+
+#include "Platform/linux/MountTable.h"
 
 namespace quarn {
 namespace {
@@ -20,9 +24,19 @@ std::optional<dev_t> device(const Path& folder) {
   return status.st_dev;
 }
 
+bool isMountPoint(const std::vector<MountedVolume>& volumes, const Path& folder) {
+  return std::any_of(volumes.begin(), volumes.end(),
+                     [&folder](const MountedVolume& volume) { return volume.mountPoint == folder; });
+}
+
+/// By the devices, which tell of every mount, and by the table, which may name a volume that shares the
+/// device of the folder above it.
 Path topOfVolume(Path folder) {
+  const auto volumes = MountTable::volumes().value_or(std::vector<MountedVolume>{});
   const auto volume = device(folder);
-  while (folder.parent() != folder && device(folder.parent()) == volume) folder = folder.parent();
+  while (!isMountPoint(volumes, folder) && folder.parent() != folder && device(folder.parent()) == volume) {
+    folder = folder.parent();
+  }
   return folder;
 }
 

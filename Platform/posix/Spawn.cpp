@@ -1,5 +1,6 @@
 #include "Platform/posix/Spawn.h"
 
+#include <fcntl.h>
 #include <signal.h>
 #include <spawn.h>
 #include <unistd.h>
@@ -22,6 +23,11 @@ class FileActions {
   void closeAbove2() {
 #ifdef __linux__
     ::posix_spawn_file_actions_addclosefrom_np(&actions_, 3);
+#else
+    // There every descriptor is closed that isn't named, those below 3 too.
+    for (const int standard : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+      if (::fcntl(standard, F_GETFD) >= 0) ::posix_spawn_file_actions_addinherit_np(&actions_, standard);
+    }
 #endif
   }
   const posix_spawn_file_actions_t* get() const {
@@ -37,10 +43,10 @@ class Attributes {
   Attributes() {
     ::posix_spawnattr_init(&attributes_);
     sigset_t none, all;
-    ::sigemptyset(&none);
-    ::sigfillset(&all);
-    ::sigdelset(&all, SIGKILL);
-    ::sigdelset(&all, SIGSTOP);
+    sigemptyset(&none);
+    sigfillset(&all);
+    sigdelset(&all, SIGKILL);
+    sigdelset(&all, SIGSTOP);
     ::posix_spawnattr_setsigmask(&attributes_, &none);
     ::posix_spawnattr_setsigdefault(&attributes_, &all);
     ::posix_spawnattr_setpgroup(&attributes_, 0);

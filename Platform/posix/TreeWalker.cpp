@@ -3,11 +3,12 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <string>
+#include <sys/stat.h>
 
 #include "Platform/CocoaError.h"
 #include "Platform/posix/HiddenFlag.h"
+#include "Platform/posix/ItemAttributes.h"
 #include "Platform/posix/PathAt.h"
-#include "Platform/posix/Status.h"
 #include "Platform/posix/TreeDescent.h"
 
 namespace quarn {
@@ -81,9 +82,8 @@ class Walk : public TreeWork, private WalkItem {
   }
 
   Result<FileAttributes> attributesAt(int folder, const Path& root) const {
-    struct stat status;
-    if (folder >= 0 && ::fstatat(folder, name_, &status, AT_SYMLINK_NOFOLLOW) == 0) {
-      return attributesFrom(status);
+    if (folder >= 0) {
+      if (const auto found = itemAttributes(folder, name_)) return *found;
     }
     return CocoaError::fromErrno(CocoaError::Operation::readFile, errno, root.appending(path_));
   }

@@ -137,6 +137,17 @@ TEST(CocoaError, theVolumesNameIsAskedForOnlyWhenTheVolumeIsToBlame) {
   EXPECT_EQ(asked, 1);
 }
 
+TEST(CocoaError, aNumberOfTheSystemsOwnIsKeptAndGetsTheSentenceOfItsOperation) {
+  const auto missing = CocoaError::fromCode(Operation::move, 4, Path("/a/d/x"), Path("/a/p/x"));
+  EXPECT_EQ(missing.code, 4);
+  EXPECT_EQ(missing.localizedDescription(),
+            "“x” couldn’t be moved to “p” because either the former doesn’t exist, or the folder containing "
+            "the latter doesn’t exist.");
+  const auto unknown = CocoaError::fromCode(Operation::remove, 4711, Path("/a/d/x"));
+  EXPECT_EQ(unknown.code, 4711);
+  EXPECT_EQ(unknown.localizedDescription(), "“x” couldn’t be removed.");
+}
+
 TEST(CocoaError, aToolThatCannotBeStartedDoesNotExist) {
   const auto error = CocoaError::toolNotStarted(Path("/usr/bin/nope"));
   EXPECT_EQ(error.code, 4);

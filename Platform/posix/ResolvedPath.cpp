@@ -1,4 +1,4 @@
-#include "Platform/linux/ResolvedPath.h"
+#include "Platform/posix/ResolvedPath.h"
 
 #include <cstdlib>
 #include <memory>
@@ -17,6 +17,10 @@ std::optional<Path> resolved(const Path& path) {
   const std::unique_ptr<char, Free> text(::realpath(path.text().c_str(), nullptr));
   if (!text) return std::nullopt;
   return Path(text.get());
+}
+
+bool goesUp(const Path& path) {
+  return ("/" + path.text() + "/").find("/../") != std::string::npos;
 }
 
 Path withParentResolved(const Path& path) {

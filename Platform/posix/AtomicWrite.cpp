@@ -1,4 +1,4 @@
-#include "Platform/linux/AtomicWrite.h"
+#include "Platform/posix/AtomicWrite.h"
 
 #include <atomic>
 #include <cerrno>

@@ -1,4 +1,4 @@
-#include "Platform/linux/FileReader.h"
+#include "Platform/posix/FileReader.h"
 
 #include <cerrno>
 #include <fcntl.h>

@@ -1,12 +1,12 @@
-#include "Platform/linux/FolderMaker.h"
+#include "Platform/posix/FolderMaker.h"
 
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <vector>
 
-#include "Platform/linux/WriteError.h"
 #include "Platform/posix/PathAt.h"
+#include "Platform/posix/WriteError.h"
 
 namespace quarn {
 namespace {
@@ -22,7 +22,8 @@ int makeOne(const Path& folder) {
   const PathAt at(folder);
   if (at.error()) return at.error();
   if (::mkdirat(at.folder(), at.name(), allLessMask) == 0) return 0;
-  if (errno != EEXIST) return errno;
+  // For the root a Mac says that it is a folder, and not that it exists.
+  if (errno != EEXIST && errno != EISDIR) return errno;
   struct stat status;
   const bool isFolder = ::fstatat(at.folder(), at.name(), &status, 0) == 0 && S_ISDIR(status.st_mode);
   return isFolder ? 0 : EEXIST;

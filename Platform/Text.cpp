@@ -1,0 +1,143 @@
+#include "Platform/Text.h"
+
+#include <algorithm>
+#include <array>
+
+#include "Platform/UTF8Check.h"
+#include "Platform/posix/Unicode.h"
+
+// Most texts are plain ASCII. For them every rule here is a rule of bytes, and the tables of Unicode, which
+// first have to be read, aren't asked.
+namespace quarn::Text {
+
+namespace {
+
+constexpr std::array<std::string_view, 19> blanks{
+    "\t",     " ",      "\u00A0", "\u1680", "\u2000", "\u2001", "\u2002", "\u2003", "\u2004", "\u2005",
+    "\u2006", "\u2007", "\u2008", "\u2009", "\u200A", "\u200B", "\u202F", "\u205F", "\u3000",
+};
+constexpr std::array<std::string_view, 7> newlines{"\n", "\v", "\f", "\r", "\u0085", "\u2028", "\u2029"};
+
+bool isASCII(std::string_view text) {
+  return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
+/// Whether bytes are all that is needed: ASCII, or bytes that are no text.
+bool isReadAsBytes(std::string_view text) {
+  return isASCII(text) || !isUTF8(text);
+}
+
+std::string lowercasedBytes(std::string_view text) {
+  std::string result(text);
+  for (char& c : result) {
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  }
+  return result;
+}
+
+/// How long the one of `characters` is for which `stands` holds; 0 for none.
+template <class Characters, class Stands>
+std::size_t lengthOfOne(const Characters& characters, Stands stands) {
+  const auto found = std::find_if(characters.begin(), characters.end(), stands);
+  return found == characters.end() ? 0 : found->size();
+}
+
+/// Takes off the ends what `length` finds there, asked for one character at a time.
+template <class Length>
+std::string trimming(std::string_view text, Length length) {
+  const auto atStart = [&](std::string_view character) { return text.starts_with(character); };
+  const auto atEnd = [&](std::string_view character) { return text.ends_with(character); };
+  while (const auto count = length(atStart)) text.remove_prefix(count);
+  while (const auto count = length(atEnd)) text.remove_suffix(count);
+  return std::string(text);
+}
+
+/// How many bytes the first `count` characters of an ASCII text take; CR and LF together are one character.
+std::size_t prefixLengthOfASCII(std::string_view text, std::size_t count) {
+  std::size_t end = 0;
+  for (; count > 0 && end < text.size(); --count) end += text.substr(end, 2) == "\r\n" ? 2 : 1;
+  return end;
+}
+
+}  // namespace
+
+bool isUTF8(std::string_view bytes) {
+  UTF8Check check;
+  check.take(bytes);
+  return check.isText();
+}
+
+std::optional<std::string> decodingFile(std::string_view bytes) {
+  constexpr std::string_view byteOrderMark = "\uFEFF";
+  if (!isUTF8(bytes)) return std::nullopt;
+  if (bytes.starts_with(byteOrderMark)) bytes.remove_prefix(byteOrderMark.size());
+  return std::string(bytes);
+}
+
+std::string canonical(std::string_view text) {
+  return isReadAsBytes(text) ? std::string(text) : Unicode::canonical(text);
+}
+
+bool equal(std::string_view a, std::string_view b) {
+  if (a == b) return true;
+  return !(isASCII(a) && isASCII(b)) && canonical(a) == canonical(b);
+}
+
+bool hasPrefix(std::string_view text, std::string_view prefix) {
+  if (isASCII(text) && isASCII(prefix)) return text.starts_with(prefix);
+  return canonical(text).starts_with(canonical(prefix));
+}
+
+bool hasSuffix(std::string_view text, std::string_view suffix) {
+  if (isASCII(text) && isASCII(suffix)) return text.ends_with(suffix);
+  return canonical(text).ends_with(canonical(suffix));
+}
+
+bool precedes(std::string_view a, std::string_view b) {
+  if (isASCII(a) && isASCII(b)) return a < b;
+  return canonical(a) < canonical(b);
+}
+
+int localizedCaseInsensitiveCompare(std::string_view a, std::string_view b) {
+  return Unicode::compare(a, b);
+}
+
+bool localizedCaseInsensitiveContains(std::string_view text, std::string_view part) {
+  if (part.empty()) return false;
+  if (isReadAsBytes(text) && isReadAsBytes(part)) {
+    return lowercasedBytes(text).find(lowercasedBytes(part)) != std::string::npos;
+  }
+  return Unicode::contains(text, part);
+}
+
+std::string lowercased(std::string_view text) {
+  return isReadAsBytes(text) ? lowercasedBytes(text) : Unicode::lowercased(text);
+}
+
+std::string trimmingBlanks(std::string_view text) {
+  return trimming(text, [](auto stands) { return lengthOfOne(blanks, stands); });
+}
+
+std::string trimmingBlanksAndNewlines(std::string_view text) {
+  return trimming(text, [](auto stands) {
+    const auto blank = lengthOfOne(blanks, stands);
+    return blank ? blank : lengthOfOne(newlines, stands);
+  });
+}
+
+std::string prefix(std::string_view text, std::size_t count) {
+  return std::string(
+      text.substr(0, isASCII(text) ? prefixLengthOfASCII(text, count) : Unicode::prefixLength(text, count)));
+}
+
+std::vector<std::string_view> nonEmptyLines(std::string_view text) {
+  std::vector<std::string_view> lines;
+  while (!text.empty()) {
+    const auto end = std::min(text.find('\n'), text.size());
+    if (end > 0) lines.push_back(text.substr(0, end));
+    text.remove_prefix(std::min(end + 1, text.size()));
+  }
+  return lines;
+}
+
+}  // namespace quarn::Text

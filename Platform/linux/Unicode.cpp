@@ -1,0 +1,90 @@
+#include "Platform/posix/Unicode.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <memory>
+#include <unicode/brkiter.h>
+#include <unicode/coll.h>
+#include <unicode/normalizer2.h>
+#include <unicode/unistr.h>
+#include <unicode/utext.h>
+
+#include "Platform/Text.h"
+
+namespace quarn::Unicode {
+
+namespace {
+
+std::int32_t length(std::string_view text) {
+  return static_cast<std::int32_t>(text.size());
+}
+
+icu::StringPiece piece(std::string_view text) {
+  return {text.data(), length(text)};
+}
+
+icu::UnicodeString wide(std::string_view text) {
+  return icu::UnicodeString::fromUTF8(piece(text));
+}
+
+std::string narrow(const icu::UnicodeString& text) {
+  std::string result;
+  return text.toUTF8String(result);
+}
+
+/// Letter case taken off, the spelling made one.
+std::string folded(std::string_view text) {
+  return Text::canonical(narrow(wide(Text::canonical(text)).foldCase()));
+}
+
+std::unique_ptr<icu::Collator> makeCollator() {
+  UErrorCode status = U_ZERO_ERROR;
+  std::unique_ptr<icu::Collator> collator(icu::Collator::createInstance(icu::Locale::getUS(), status));
+  collator->setAttribute(UCOL_STRENGTH, UCOL_SECONDARY, status);
+  collator->setAttribute(UCOL_ALTERNATE_HANDLING, UCOL_NON_IGNORABLE, status);
+  collator->setAttribute(UCOL_NUMERIC_COLLATION, UCOL_OFF, status);
+  collator->setAttribute(UCOL_NORMALIZATION_MODE, UCOL_ON, status);
+  return collator;
+}
+
+}  // namespace
+
+std::string canonical(std::string_view text) {
+  UErrorCode status = U_ZERO_ERROR;
+  std::string result;
+  icu::StringByteSink<std::string> sink(&result);
+  icu::Normalizer2::getNFCInstance(status)->normalizeUTF8(0, piece(text), sink, nullptr, status);
+  return result;
+}
+
+int compare(std::string_view a, std::string_view b) {
+  static const auto collator = makeCollator();
+  UErrorCode status = U_ZERO_ERROR;
+  return collator->compareUTF8(piece(a), piece(b), status);
+}
+
+bool contains(std::string_view text, std::string_view part) {
+  return folded(text).find(folded(part)) != std::string::npos;
+}
+
+std::string lowercased(std::string_view text) {
+  const auto source = wide(text);
+  icu::UnicodeString result;
+  for (std::int32_t i = 0; i < source.length(); i = source.moveIndex32(i, 1)) {
+    result += icu::UnicodeString(source.char32At(i)).toLower(icu::Locale::getRoot());
+  }
+  return narrow(result);
+}
+
+std::size_t prefixLength(std::string_view text, std::size_t count) {
+  UErrorCode status = U_ZERO_ERROR;
+  const std::unique_ptr<icu::BreakIterator> characters(
+      icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
+  const std::unique_ptr<UText, decltype(&utext_close)> source(
+      utext_openUTF8(nullptr, text.data(), length(text), &status), utext_close);
+  characters->setText(source.get(), status);
+  const auto end = characters->next(static_cast<std::int32_t>(std::min(count, text.size())));
+  return end == icu::BreakIterator::DONE ? text.size() : static_cast<std::size_t>(end);
+}
+
+}  // namespace quarn::Unicode

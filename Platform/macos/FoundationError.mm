@@ -1,0 +1,22 @@
+#include "Platform/macos/FoundationError.h"
+
+#include <cerrno>
+
+#include "Platform/macos/FoundationText.h"
+#include "Platform/posix/VolumeName.h"
+#include "Platform/posix/WriteError.h"
+
+namespace quarn {
+
+PlatformError foundationError(CocoaError::Operation operation, NSError* error, const Path& item,
+                              const Path& destination) {
+  if (!error) return writeError(operation, EINVAL, item, destination);
+  const int code = static_cast<int>(error.code);
+  if (![error.domain isEqualToString:NSCocoaErrorDomain])
+    return PlatformError(bytesOf(error.domain), code, bytesOf(error.localizedDescription));
+  // Foundation speaks the language of the person, where all else that is printed is English.
+  const Path& written = destination.text().empty() ? item : destination;
+  return CocoaError::fromCode(operation, code, item, destination, [&] { return volumeName(written); });
+}
+
+}  // namespace quarn

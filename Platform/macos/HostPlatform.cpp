@@ -1,0 +1,31 @@
+#include "Platform/Platform.h"
+#include "Platform/macos/MacApplications.h"
+#include "Platform/macos/MacFileSystem.h"
+#include "Platform/macos/MacPlaces.h"
+#include "Platform/macos/MacTrash.h"
+#include "Platform/macos/MacVolumes.h"
+#include "Platform/posix/PosixProcesses.h"
+#include "Platform/posix/SystemClock.h"
+
+namespace quarn {
+namespace {
+
+struct Host {
+  MacFileSystem files;
+  PosixProcesses processes;
+  MacVolumes volumes;
+  MacApplications applications;
+  MacPlaces places;
+  MacTrash trash;
+  SystemClock clock;
+  Platform platform{files, processes, volumes, applications, trash, clock, places};
+};
+
+}  // namespace
+
+Platform& hostPlatform() {
+  static Host host;
+  return host.platform;
+}
+
+}  // namespace quarn

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "Platform/posix/PosixFileSystem.h"
+
+namespace quarn {
+
+class MacFileSystem : public PosixFileSystem {
+ public:
+  Path resolvingLinks(const Path& path) const override;
+  Path standardized(const Path& path) const override;
+  Result<void> remove(const Path& item) override;
+  Result<void> move(const Path& source, const Path& destination) override;
+};
+
+}  // namespace quarn

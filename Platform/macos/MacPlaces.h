@@ -1,0 +1,14 @@
+#pragma once
+
+#include "Platform/Places.h"
+
+namespace quarn {
+
+class MacPlaces : public Places {
+ public:
+  Path home() const override;
+  std::optional<Path> home(const std::string& user) const override;
+  Path currentFolder() const override;
+};
+
+}  // namespace quarn

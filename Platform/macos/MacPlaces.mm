@@ -1,0 +1,30 @@
+#include "Platform/macos/MacPlaces.h"
+
+#include "Platform/macos/FoundationText.h"
+
+namespace quarn {
+
+Path MacPlaces::home() const {
+  @autoreleasepool {
+    return Path(bytesOf(NSHomeDirectory()));
+  }
+}
+
+std::optional<Path> MacPlaces::home(const std::string& user) const {
+  @autoreleasepool {
+    NSString* name = foundationText(user);
+    NSString* home = name ? NSHomeDirectoryForUser(name) : nil;
+    if (!home) return std::nullopt;
+    return Path(bytesOf(home));
+  }
+}
+
+Path MacPlaces::currentFolder() const {
+  @autoreleasepool {
+    NSString* folder = NSFileManager.defaultManager.currentDirectoryPath;
+    // A folder that was removed has no path any more.
+    return Path(folder.length > 0 ? bytesOf(folder) : "/");
+  }
+}
+
+}  // namespace quarn

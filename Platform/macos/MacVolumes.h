@@ -1,0 +1,13 @@
+#pragma once
+
+#include "Platform/Volumes.h"
+
+namespace quarn {
+
+class MacVolumes : public Volumes {
+ public:
+  Result<std::vector<Path>> mounted() const override;
+  Result<VolumeProperties> properties(const Path& item) const override;
+};
+
+}  // namespace quarn

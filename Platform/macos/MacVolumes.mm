@@ -1,0 +1,66 @@
+#include "Platform/macos/MacVolumes.h"
+
+#include <cerrno>
+
+#include "Platform/macos/FoundationError.h"
+#include "Platform/macos/FoundationText.h"
+
+namespace quarn {
+namespace {
+
+using CocoaError::Operation;
+
+std::optional<std::string> text(NSString* value) {
+  if (!value) return std::nullopt;
+  return bytesOf(value);
+}
+
+std::optional<std::int64_t> number(NSNumber* value) {
+  if (!value) return std::nullopt;
+  return value.longLongValue;
+}
+
+std::optional<bool> flag(NSNumber* value) {
+  if (!value) return std::nullopt;
+  return value.boolValue;
+}
+
+}  // namespace
+
+Result<std::vector<Path>> MacVolumes::mounted() const {
+  @autoreleasepool {
+    NSArray<NSURL*>* found = [NSFileManager.defaultManager
+        mountedVolumeURLsIncludingResourceValuesForKeys:nil
+                                                options:NSVolumeEnumerationSkipHiddenVolumes];
+    if (!found) return CocoaError::fromErrno(Operation::listFolder, EIO, Path("/Volumes"));
+    std::vector<Path> mountPoints;
+    for (NSURL* url in found) mountPoints.push_back(pathOf(url));
+    return mountPoints;
+  }
+}
+
+Result<VolumeProperties> MacVolumes::properties(const Path& item) const {
+  @autoreleasepool {
+    NSArray<NSURLResourceKey>* keys = @[
+      NSURLVolumeNameKey, NSURLVolumeTotalCapacityKey, NSURLVolumeAvailableCapacityForImportantUsageKey,
+      NSURLVolumeIsBrowsableKey, NSURLVolumeIsInternalKey, NSURLVolumeIsReadOnlyKey,
+      NSURLVolumeLocalizedFormatDescriptionKey
+    ];
+    NSError* error = nil;
+    NSDictionary<NSURLResourceKey, id>* values = [foundationURL(item) resourceValuesForKeys:keys
+                                                                                      error:&error];
+    if (!values) return foundationError(Operation::readFile, error, item);
+    VolumeProperties properties;
+    properties.name = text(values[NSURLVolumeNameKey]);
+    properties.totalCapacity = number(values[NSURLVolumeTotalCapacityKey]);
+    properties.availableCapacityForImportantUsage =
+        number(values[NSURLVolumeAvailableCapacityForImportantUsageKey]);
+    properties.isBrowsable = flag(values[NSURLVolumeIsBrowsableKey]);
+    properties.isInternal = flag(values[NSURLVolumeIsInternalKey]);
+    properties.isReadOnly = flag(values[NSURLVolumeIsReadOnlyKey]);
+    properties.localizedFormatDescription = text(values[NSURLVolumeLocalizedFormatDescriptionKey]);
+    return properties;
+  }
+}
+
+}  // namespace quarn

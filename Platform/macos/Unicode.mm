@@ -1,0 +1,81 @@
+#include "Platform/posix/Unicode.h"
+
+#include <algorithm>
+
+#include "Platform/macos/FoundationText.h"
+
+namespace quarn::Unicode {
+
+namespace {
+
+/// Of bytes that are no text each is a character, so that everything has a place in an order.
+NSString* anyText(std::string_view bytes) {
+  if (NSString* text = foundationText(bytes)) return text;
+  return [[NSString alloc] initWithBytes:bytes.data() length:bytes.size() encoding:NSISOLatin1StringEncoding];
+}
+
+bool isLineEndOfTwo(NSString* text, NSUInteger begin) {
+  return begin + 1 < text.length && [text characterAtIndex:begin] == '\r' &&
+         [text characterAtIndex:begin + 1] == '\n';
+}
+
+/// The characters as people count them, in order, until `visit` gives false.
+template <class Visit>
+void forEachCharacter(NSString* text, Visit visit) {
+  NSUInteger begin = 0;
+  while (begin < text.length) {
+    NSRange range = [text rangeOfComposedCharacterSequenceAtIndex:begin];
+    // Foundation keeps CR and LF apart.
+    if (isLineEndOfTwo(text, begin)) range.length = 2;
+    if (!visit(range)) return;
+    begin = NSMaxRange(range);
+  }
+}
+
+}  // namespace
+
+std::string canonical(std::string_view text) {
+  @autoreleasepool {
+    return bytesOf(foundationText(text).precomposedStringWithCanonicalMapping);
+  }
+}
+
+int compare(std::string_view a, std::string_view b) {
+  @autoreleasepool {
+    return static_cast<int>([anyText(a) localizedCaseInsensitiveCompare:anyText(b)]);
+  }
+}
+
+bool contains(std::string_view text, std::string_view part) {
+  @autoreleasepool {
+    return [anyText(text) localizedCaseInsensitiveContainsString:anyText(part)];
+  }
+}
+
+std::string lowercased(std::string_view text) {
+  @autoreleasepool {
+    NSString* source = foundationText(text);
+    NSMutableString* result = [NSMutableString string];
+    forEachCharacter(source, [&](NSRange range) {
+      [result appendString:[source substringWithRange:range].lowercaseString];
+      return true;
+    });
+    return bytesOf(result);
+  }
+}
+
+std::size_t prefixLength(std::string_view text, std::size_t count) {
+  @autoreleasepool {
+    NSString* source = foundationText(text);
+    if (!source) return std::min(count, text.size());
+    NSUInteger end = 0;
+    forEachCharacter(source, [&](NSRange range) {
+      if (count-- == 0) return false;
+      end = NSMaxRange(range);
+      return true;
+    });
+    return bytesOf([source substringToIndex:end]).size();
+  }
+}
+
+}  // namespace quarn::Unicode

@@ -1,0 +1,24 @@
+#include "Platform/posix/VolumeName.h"
+
+#include "Platform/macos/FoundationText.h"
+
+namespace quarn {
+namespace {
+
+NSString* nameFor(const Path& path) {
+  NSString* name = nil;
+  [foundationURL(path) getResourceValue:&name forKey:NSURLVolumeNameKey error:nullptr];
+  return name;
+}
+
+}  // namespace
+
+std::string volumeName(const Path& path) {
+  @autoreleasepool {
+    NSString* name = nameFor(path);
+    if (!name) name = nameFor(path.parent());
+    return name ? bytesOf(name) : std::string();
+  }
+}
+
+}  // namespace quarn

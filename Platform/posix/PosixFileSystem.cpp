@@ -1,0 +1,104 @@
+#include "Platform/posix/PosixFileSystem.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include "Platform/CocoaError.h"
+#include "Platform/posix/AtomicWrite.h"
+#include "Platform/posix/DirectoryReader.h"
+#include "Platform/posix/FileReader.h"
+#include "Platform/posix/FolderMaker.h"
+#include "Platform/posix/HiddenFlag.h"
+#include "Platform/posix/ItemAttributes.h"
+#include "Platform/posix/LinkText.h"
+#include "Platform/posix/PathAt.h"
+#include "Platform/posix/TreeWalker.h"
+#include "Platform/posix/WriteError.h"
+
+namespace quarn {
+namespace {
+
+using CocoaError::Operation;
+
+bool follow(const Path& path, struct stat& status) {
+  const PathAt at(path);
+  return !at.error() && ::fstatat(at.folder(), at.name(), &status, 0) == 0;
+}
+
+bool isLeftOut(Hidden hidden, int folder, const char* name) {
+  if (hidden == Hidden::included) return false;
+  return name[0] == '.' || (hidden == Hidden::skipped && hasHiddenFlag(folder, name));
+}
+
+}  // namespace
+
+bool PosixFileSystem::exists(const Path& path) const {
+  struct stat status;
+  return follow(path, status);
+}
+
+bool PosixFileSystem::isDirectory(const Path& path) const {
+  struct stat status;
+  return follow(path, status) && S_ISDIR(status.st_mode);
+}
+
+Result<FileAttributes> PosixFileSystem::attributes(const Path& path) const {
+  const PathAt at(path);
+  if (at.error()) return CocoaError::fromErrno(Operation::readFile, at.error(), path);
+  if (const auto found = itemAttributes(at.folder(), at.name())) return *found;
+  return CocoaError::fromErrno(Operation::readFile, errno, path);
+}
+
+Result<std::string> PosixFileSystem::readLink(const Path& path) const {
+  const PathAt at(path);
+  if (at.error()) return CocoaError::fromErrno(Operation::readFile, at.error(), path);
+  if (auto text = linkText(at.folder(), at.name())) return *std::move(text);
+  return CocoaError::fromErrno(Operation::readFile, errno, path);
+}
+
+Result<std::vector<std::string>> PosixFileSystem::list(const Path& folder, Hidden hidden) const {
+  const PathAt at(folder);
+  const Descriptor opened(
+      at.error() ? -1 : ::openat(at.folder(), at.name(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+  if (!opened.isOpen())
+    return CocoaError::fromErrno(Operation::listFolder, at.error() ? at.error() : errno, folder);
+  DirectoryReader reader;
+  reader.begin(opened.number());
+  std::vector<std::string> names;
+  while (const auto entry = reader.next()) {
+    if (!isLeftOut(hidden, opened.number(), entry->name)) names.emplace_back(entry->name);
+  }
+  if (reader.error()) return CocoaError::fromErrno(Operation::listFolder, reader.error(), folder);
+  return names;
+}
+
+void PosixFileSystem::walk(const Path& root, Hidden hidden, WalkVisitor& visitor) const {
+  walkTree(root, hidden, visitor);
+}
+
+Result<std::string> PosixFileSystem::read(const Path& file) const {
+  std::string content;
+  const int error = readWhole(PathAt(file), content);
+  if (error != 0) return CocoaError::fromErrno(Operation::readFile, error, file);
+  return content;
+}
+
+Result<void> PosixFileSystem::createFolder(const Path& folder) {
+  return makeFolder(folder);
+}
+
+Result<void> PosixFileSystem::createLink(const Path& link, const std::string& target) {
+  const PathAt at(link);
+  if (at.error()) return writeError(Operation::save, at.error(), link);
+  if (::symlinkat(target.c_str(), at.folder(), at.name()) == 0) return {};
+  return writeError(Operation::save, errno, link);
+}
+
+Result<void> PosixFileSystem::writeAtomically(const Path& file, std::string_view content) {
+  const int error = quarn::writeAtomically(file, content);
+  if (error == 0) return {};
+  return writeError(Operation::saveAtomically, error, file);
+}
+
+}  // namespace quarn
