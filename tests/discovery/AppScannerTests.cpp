@@ -144,6 +144,9 @@ TEST(AppScanner, onlyWhatLiesBelowTheSharedFolderIsSeenAsLinked) {
   EXPECT_TRUE(isLinked("/Applications/Link.app/Contents/MacOS"));
   EXPECT_TRUE(isLinked("/Applications/Suite/Inner.app"));
   EXPECT_TRUE(isLinked("/Applications/./Sub/../Link.app"));
+  // "Below" is a matter of the text, so a neighbour whose name begins alike is seen too.
+  scene::link("/Applications 2/Link.app", "/Volumes/X9/Real.app");
+  EXPECT_TRUE(isLinked("/Applications 2/Link.app"));
   EXPECT_FALSE(isLinked("/Applications/Plain.app"));
   EXPECT_FALSE(isLinked("/Users/me/Applications/Link.app"));
   EXPECT_FALSE(isLinked("/Applications/Missing.app"));
