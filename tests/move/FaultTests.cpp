@@ -92,6 +92,7 @@ Expected afterFailureOf(const std::string& operation, const Item& item) {
   const auto is = [&operation](const std::string& word) { return operation.starts_with(word); };
   if (is("createFolder " + item.folder)) return {"It broke.", {source}, "nothing"};
   if (is("start /usr/bin/ditto")) return {"Copy failed: It broke.", {source}, "nothing"};
+  if (is("flush")) return {"Verification failed: It broke.", {source, inTrash}, "nothing"};
   if (is("remove")) return {"Could not remove original after copy: It broke.", {source, inTrash}, "nothing"};
   if (is("createLink")) return {"Symlink creation failed: It broke.", {source}, "nothing"};
   // Neither the list of processes nor a count nor a record can fail a move.
@@ -134,6 +135,7 @@ TEST_P(Fault, inAnyOneOperationOfAMoveLosesNothing) {
     EXPECT_FALSE(wholeAt(oracle).empty());
   }
   EXPECT_GE(failed.size(), 8u);
+  EXPECT_LT(failed.size(), static_cast<std::size_t>(mostOperations)) << "never ran through";
   EXPECT_EQ(std::count(failed.begin(), failed.end(), "remove"), 1);
   EXPECT_EQ(std::count(failed.begin(), failed.end(), "createLink"), 1);
 }
@@ -240,7 +242,8 @@ TEST_P(Fault, thatKillsTheProgramAtAnyOperationLosesNothing) {
     if (operation.empty()) break;
     SCOPED_TRACE(operation);
     killed.push_back(operation.substr(0, operation.find(' ')));
-    const bool isCopied = operation.starts_with("start /usr/bin/find") || operation.starts_with("remove");
+    const bool isCopied = operation.starts_with("start /usr/bin/find") || operation.starts_with("flush") ||
+                          operation.starts_with("remove");
     EXPECT_EQ(foreignChanges(oracle, item), "");
     EXPECT_EQ(scene::read(scene::manifest), "[\n\n]");
     if (operation.starts_with("createLink")) {
