@@ -123,7 +123,8 @@ class FileSystem {
   virtual Result<void> remove(const Path& item) = 0;
   /// A rename on one volume; elsewhere a copy, then removal of the source. A failed copy removes what
   /// it made; a failed removal leaves both. Anything at `destination`, a dangling link too:
-  /// `fileWriteFileExists`. A link moves as a link.
+  /// `fileWriteFileExists`. A link moves as a link; between volumes, names of one hard-linked file become
+  /// files of their own, and the source is removed only when the other volume holds the copy.
   virtual Result<void> move(const Path& source, const Path& destination) = 0;
   /// The whole new content or the whole old one, never a part: a file beside it, then a rename. A link
   /// at `file` is replaced by a file. Keeps the mode of what it replaces.

@@ -5,13 +5,14 @@ release=build/release
 # Builds the program and the room, quietly unless something is wrong.
 build_release() {
   packaging/prepare build
-  if ! { cmake --preset release && cmake --build --preset release; } >"${TMPDIR:-/tmp}/quarn-build.$$" 2>&1; then
-    cat "${TMPDIR:-/tmp}/quarn-build.$$" >&2
-    rm -f "${TMPDIR:-/tmp}/quarn-build.$$"
+  build_log=$(mktemp)
+  if ! { cmake --preset release && cmake --build --preset release; } >"$build_log" 2>&1; then
+    cat "$build_log" >&2
+    rm -f "$build_log"
     echo "quarn: the build failed" >&2
     exit 1
   fi
-  rm -f "${TMPDIR:-/tmp}/quarn-build.$$"
+  rm -f "$build_log"
 }
 
 # Runs a command in a room with quarn on its PATH: run_in_room [options of quarn-room] -- COMMAND…

@@ -3,8 +3,8 @@
 namespace quarn::AppFlags {
 namespace {
 
-/// A folder that is a link counts by what it leads to. Most bundles have no such folder, and one look
-/// tells.
+/// A folder that is a link counts by what it leads to. Most bundles have no such folder, so that is asked
+/// first.
 bool hasContents(Platform& platform, const Path& folder) {
   if (!platform.files.isDirectory(folder)) return false;
   return !platform.files.list(platform.files.resolvingLinks(folder), Hidden::included).valueOr({}).empty();

@@ -37,8 +37,7 @@ struct Mark {
   DataPathCategory category;
 };
 
-/// The first that occurs decides, so a folder within another category's folder stays with the outer one
-/// listed first.
+/// The first of the list that occurs anywhere in the path decides.
 constexpr std::array marks = {
     Mark{"/Library/Application Support", DataPathCategory::applicationSupport},
     Mark{"/Library/Group Containers", DataPathCategory::groupContainers},

@@ -8,7 +8,7 @@
 #include "Platform/Platform.h"
 #include "Platform/ThreadPriority.h"
 
-/// Disk use by counting blocks, as `du` does, with names that begin with a dot left out. What can't be
+/// Disk use by counting the blocks of every name, with those that begin with a dot left out. What can't be
 /// read counts as 0. Bytes everywhere.
 namespace quarn::SizingService {
 

@@ -1,6 +1,8 @@
+#include <csignal>
 #include <filesystem>
 #include <gtest/gtest.h>
 
+#include "QuarnCLI/move/MoveRunner.h"
 #include "tests/support/Scene.h"
 
 namespace {
