@@ -13,16 +13,18 @@
 namespace quarn::MovePlanner {
 namespace {
 
-std::vector<std::string> climbingStops(Platform& platform) {
-  std::vector<std::string> stops;
+/// Where the climb from an item ends: what lies above an applications folder doesn't matter.
+using Stops = std::vector<std::string>;
+
+Stops climbingStops(Platform& platform) {
+  Stops stops;
   for (const Path& root : AppBundleScanRoots::standardApplicationRoots(platform, false)) {
     stops.push_back(platform.files.standardized(root).text());
   }
   return stops;
 }
 
-bool isLinkOrInsideOne(Platform& platform, const Path& item) {
-  const auto stops = climbingStops(platform);
+bool isLinkOrInsideOne(Platform& platform, const Path& item, const Stops& stops) {
   Path current = platform.files.standardized(item);
   while (true) {
     if (platform.files.isSymbolicLink(current)) return true;
@@ -32,6 +34,11 @@ bool isLinkOrInsideOne(Platform& platform, const Path& item) {
     if (isStop || current.parent() == current) return false;
     current = current.parent();
   }
+}
+
+bool mayMove(Platform& platform, const Path& source, const Stops& stops) {
+  return platform.files.exists(source) && !isUnsafePrefsPlist(platform, source) &&
+         !isLinkOrInsideOne(platform, source, stops);
 }
 
 MoveJob job(std::string label, const Path& source, const Path& destination, std::int64_t bytes) {
@@ -44,20 +51,20 @@ MoveJob job(std::string label, const Path& source, const Path& destination, std:
           .bytesCopied = 0};
 }
 
-void appendBundleJob(Platform& platform, const AppEntry& entry, const DriveInfo& drive,
+void appendBundleJob(Platform& platform, const AppEntry& entry, const DriveInfo& drive, const Stops& stops,
                      std::vector<MoveJob>& jobs) {
-  if (!shouldMove(platform, entry.bundlePath)) return;
+  if (!mayMove(platform, entry.bundlePath, stops)) return;
   const Path destination =
       AppStorageNames::appsRoot(drive.mountPath).appending(entry.bundlePath.lastComponent());
   jobs.push_back(job(entry.name, entry.bundlePath, destination, entry.appSize));
 }
 
-void appendDataJobs(Platform& platform, const AppEntry& entry, const DriveInfo& drive,
+void appendDataJobs(Platform& platform, const AppEntry& entry, const DriveInfo& drive, const Stops& stops,
                     std::vector<MoveJob>& jobs) {
   const Path dataRoot = AppStorageNames::dataRoot(drive.mountPath);
   std::set<std::string> seen;
   for (const Path& path : entry.dataPaths) {
-    if (!shouldMove(platform, path) || !seen.insert(Text::canonical(path.text())).second) continue;
+    if (!mayMove(platform, path, stops) || !seen.insert(Text::canonical(path.text())).second) continue;
     jobs.push_back(job(entry.name + " — " + path.lastComponent(), path,
                        MoveDestination::dataDestination(platform, path, dataRoot),
                        SizingService::measure(platform, path)));
@@ -77,17 +84,17 @@ std::vector<MoveJob> firstOfEachDestination(const std::vector<MoveJob>& jobs) {
 
 std::vector<MoveJob> buildAppJobs(Platform& platform, const std::vector<AppEntry>& entries,
                                   const DriveInfo& drive, bool includeData) {
+  const Stops stops = climbingStops(platform);
   std::vector<MoveJob> jobs;
   for (const AppEntry& entry : entries) {
-    appendBundleJob(platform, entry, drive, jobs);
-    if (includeData) appendDataJobs(platform, entry, drive, jobs);
+    appendBundleJob(platform, entry, drive, stops, jobs);
+    if (includeData) appendDataJobs(platform, entry, drive, stops, jobs);
   }
   return firstOfEachDestination(jobs);
 }
 
 bool shouldMove(Platform& platform, const Path& source) {
-  return platform.files.exists(source) && !isUnsafePrefsPlist(platform, source) &&
-         !isLinkOrInsideOne(platform, source);
+  return mayMove(platform, source, climbingStops(platform));
 }
 
 bool isUnsafePrefsPlist(Platform& platform, const Path& item) {

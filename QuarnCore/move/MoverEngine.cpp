@@ -96,7 +96,9 @@ void verifyInternalized(Platform& platform, const Path& item) {
   }
 }
 
-std::string asFolder(const Path& path) { return path.text() == "/" ? "/" : path.text() + "/"; }
+std::string asFolder(const Path& path) {
+  return path.text() == "/" ? "/" : path.text() + "/";
+}
 
 /// One lies inside the other, or is it, when links are resolved on the way to them.
 bool overlap(Platform& platform, const Path& item, const Path& target) {

@@ -178,6 +178,16 @@ TEST(Interruption, aReaderThatStopsReadingLosesNothing) {
   EXPECT_EQ(scene::isLink(app) ? scene::tree(moved) : scene::tree(app), before);
 }
 
+TEST(Shortage, isNotTakenForAMissingTool) {
+  scene::makeApp(app);
+  const scene::Run run = scene::shell("ulimit -n 6; exec quarn move one " + app + " --yes");
+  EXPECT_NE(
+      run.out.find("FAIL: Copy failed: The operation couldn’t be completed. (NSPOSIXErrorDomain error 24.)"),
+      std::string::npos)
+      << run.out << run.err;
+  EXPECT_FALSE(scene::isLink(app));
+}
+
 TEST(EndsOfChildren, ignoredByTheStarterAreLearnedAllTheSame) {
   scene::makeApp(app);
   scene::replaceTool("/usr/bin/ditto", "#!/bin/sh\nexit 3\n");

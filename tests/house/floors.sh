@@ -28,7 +28,7 @@ for file in $(find Platform TOMLDecoder QuarnCore QuarnCLI -name '*.h' -o -name 
     [ "$(floor "$included")" -le "$own" ] || complain "$file includes $included, which lies above it"
   done
   [ "$own" -gt 0 ] || continue
-  if grep -nE '#include <(unistd|fcntl|dirent|spawn|signal|pwd|sys/|linux/|unicode/|plist/|sqlite3|uuid)' "$file"; then
+  if grep -nE '#(include|import) <(unistd|fcntl|dirent|spawn|signal|csignal|poll|dlfcn|mntent|termios|pwd|sys/|linux/|unicode/|plist/|sqlite3|uuid|CoreFoundation/|Foundation/)' "$file"; then
     complain "$file includes a header of the system"
   fi
   if grep -nE '__APPLE__|__linux__|#include <filesystem>' "$file"; then
