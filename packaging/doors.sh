@@ -15,11 +15,15 @@ build_release() {
   rm -f "$build_log"
 }
 
+# room_kind BUILD: prints how the room of a build works here, "mounts" or "proot". Where neither mounts nor
+# namespaces are allowed, it needs proot, which is installed then.
+room_kind() {
+  "$1/macroom/quarn-room" -- true 2>/dev/null || packaging/prepare room >&2 || return 1
+  "$1/macroom/quarn-room" -- printenv QUARN_ROOM
+}
+
 # Runs a command in a room with quarn on its PATH: run_in_room [options of quarn-room] -- COMMAND…
-# Where neither mounts nor namespaces are allowed, the room needs proot.
 run_in_room() {
-  if ! "$release/macroom/quarn-room" -- true 2>/dev/null; then
-    packaging/prepare room
-  fi
+  room_kind "$release" >/dev/null
   "$release/macroom/quarn-room" --bind "$PWD" --quarn "$PWD/$release/bin/quarn" "$@"
 }
