@@ -38,7 +38,9 @@ void writeError(std::string_view text) {
   std::fflush(stderr);
 }
 
-bool allWasWritten() { return std::fflush(stdout) == 0 && std::ferror(stdout) == 0; }
+bool allWasWritten() {
+  return std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
+}
 
 bool confirms() {
   write(stdout, "Proceed? [y/N] ");

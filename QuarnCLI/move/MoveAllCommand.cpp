@@ -76,8 +76,9 @@ ExitStatus run(const Invocation& invocation) {
   if (!args.contains("--yes") && !Console::confirms()) return ExitStatus::success;
   if (!args.contains("--no-snapshot")) takeSnapshot(platform);
   // Failures are told in the result; the run itself was carried out.
-  printResult(MoveRunner::run(platform, drive, jobs, args.contains("--progress"), args.contains("--quit-running")),
-              jobs.size());
+  printResult(
+      MoveRunner::run(platform, drive, jobs, args.contains("--progress"), args.contains("--quit-running")),
+      jobs.size());
   return ExitStatus::success;
 }
 

@@ -9,7 +9,9 @@ namespace quarn::MovePathCommand {
 namespace {
 
 /// An empty text comes from a variable that isn't set, and would mean the current folder.
-bool isMissing(const std::optional<std::string>& text) { return !text || text->empty(); }
+bool isMissing(const std::optional<std::string>& text) {
+  return !text || text->empty();
+}
 
 Path givenPath(Platform& platform, const std::string& text) {
   const std::string expanded = PathText::expandingTilde(platform.places, text);

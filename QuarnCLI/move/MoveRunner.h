@@ -23,8 +23,8 @@ struct Result {
 };
 
 /// A job whose drive has been pulled out fails: the folders that it would make would lie on the internal
-/// disk, in the drive's place. `progress` shows the running byte counts on standard error; `quitRunning` asks running applications
-/// to quit.
+/// disk, in the drive's place. `progress` shows the running byte counts on standard error; `quitRunning` asks
+/// running applications to quit.
 Result run(Platform& platform, const DriveInfo& drive, const std::vector<MoveJob>& jobs, bool progress,
            bool quitRunning);
 
