@@ -42,10 +42,15 @@ Lexer::Lexer(const TOMLDocument& document)
 
 Token Lexer::nextToken(bool dotIsSpecial) {
   const char* const at = skipBlank(at_);
+  const CodeUnits::Table& isPart = dotIsSpecial ? CodeUnits::isBareKeyChar : CodeUnits::isValueChar;
+  if (isPart[code(*at)]) return takeWord(at, dotIsSpecial);
   switch (*at) {
     case '\n':
     case '\r':
       return takeNewline(at);
+    case '"':
+    case '\'':
+      return takeString(at);
     case ',':
       return take(Token::Kind::comma, at, at + 1);
     case '=':
@@ -58,19 +63,12 @@ Token Lexer::nextToken(bool dotIsSpecial) {
       return take(Token::Kind::lbracket, at, at + 1);
     case ']':
       return take(Token::Kind::rbracket, at, at + 1);
-    case '"':
-    case '\'':
-      return takeString(at);
-    case '\0':
-      if (at == end_) return take(Token::Kind::eof, at, at);
-      break;
     case '.':
-      if (dotIsSpecial) return take(Token::Kind::dot, at, at + 1);
-      break;
+      return take(Token::Kind::dot, at, at + 1);
     default:
-      break;
+      if (at == end_) return take(Token::Kind::eof, at, at);
+      failAtByte(at, dotIsSpecial);
   }
-  return takeWord(at, dotIsSpecial);
 }
 
 Token Lexer::nextTokenOnAnyLine(bool dotIsSpecial) {
@@ -87,6 +85,11 @@ bool Lexer::takeLineEnd() {
     return true;
   }
   return at == end_;
+}
+
+bool Lexer::take(char byte) {
+  at_ = skipBlank(at_);
+  return takeDirectly(byte);
 }
 
 bool Lexer::takeDirectly(char byte) {
@@ -147,11 +150,11 @@ Token Lexer::takeNewline(const char* at) {
   return take(Token::Kind::newline, at, at + 2);
 }
 
+/// The byte here is a part of a word.
 Token Lexer::takeWord(const char* start, bool dotIsSpecial) {
   const CodeUnits::Table& isPart = dotIsSpecial ? CodeUnits::isBareKeyChar : CodeUnits::isValueChar;
-  const char* at = start;
+  const char* at = start + 1;
   while (isPart[code(*at)]) ++at;
-  if (at == start) failAtByte(at, dotIsSpecial);
   if (!dotIsSpecial && isDateBeforeTime(start, at)) {
     ++at;
     while (isPart[code(*at)]) ++at;

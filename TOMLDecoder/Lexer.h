@@ -21,7 +21,10 @@ class Lexer {
   Token nextTokenOnAnyLine(bool dotIsSpecial);
   /// Passes over a comment and the newline; false if anything else stands there.
   bool takeLineEnd();
-  /// True, and passed over, if the byte right here is this one.
+  /// True, and passed over, if the next token on this line is this one byte. Quicker than looking which
+  /// token comes.
+  bool take(char byte);
+  /// The same, without a blank before it.
   bool takeDirectly(char byte);
 
   /// Where the next token is looked for.

@@ -81,13 +81,11 @@ void Parser::parseTablePath() {
 
 void Parser::parseKeyValue(std::uint32_t table, Token token) {
   HashedKey key = normalizeKeyAndHash(token);
-  Token next = lexer_.nextToken(true);
-  while (next.kind == Kind::dot) {
+  while (!lexer_.take('=')) {
+    if (!lexer_.take('.')) lexer_.fail(lexer_.cursor(), "expected = behind the key");
     table = walkDottedKey(table, key);
     key = normalizeKeyAndHash(lexer_.nextToken(true));
-    next = lexer_.nextToken(true);
   }
-  if (next.kind != Kind::equal) lexer_.fail(next.text.offset, "expected = behind the key");
   parseValue(table, key);
 }
 

@@ -41,6 +41,7 @@ class Parser {
   void openValue(Token token, std::uint32_t table, const HashedKey& key);
   void parseNested();
   void parseElements();
+  bool takeArrayEnd();
   void parseInlineTable();
   void parseElement(Token token);
   void close();

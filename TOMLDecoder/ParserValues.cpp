@@ -44,17 +44,25 @@ void Parser::parseNested() {
 /// Up to the end of the array, or to the next opening bracket within.
 void Parser::parseElements() {
   const std::size_t depth = open_.size();
+  if (open_.back().hasContent && takeArrayEnd()) return close();
   while (open_.size() == depth) {
-    Token token = lexer_.nextTokenOnAnyLine(false);
-    if (open_.back().hasContent && token.kind == Kind::comma) {
-      token = lexer_.nextTokenOnAnyLine(false);
-    } else if (open_.back().hasContent && token.kind != Kind::rbracket) {
-      lexer_.fail(token.text.offset, "expected , or ] in an array");
-    }
+    const Token token = lexer_.nextTokenOnAnyLine(false);
     if (token.kind == Kind::rbracket) return close();
     open_.back().hasContent = true;
     parseElement(token);
+    if (open_.size() == depth && takeArrayEnd()) return close();
   }
+}
+
+/// What stands behind an element: true for the bracket, false for a comma.
+bool Parser::takeArrayEnd() {
+  if (lexer_.take(',')) return false;
+  if (lexer_.take(']')) return true;
+  const Token token = lexer_.nextTokenOnAnyLine(false);
+  if (token.kind != Kind::comma && token.kind != Kind::rbracket) {
+    lexer_.fail(token.text.offset, "expected , or ] in an array");
+  }
+  return token.kind == Kind::rbracket;
 }
 
 void Parser::parseElement(Token token) {
