@@ -26,9 +26,11 @@ Entry DocumentBuilder::find(std::uint32_t table, const HashedKey& key) const {
   return document_.find(table, document_.keyText(key.text), key.hash);
 }
 
-void DocumentBuilder::addValue(std::uint32_t table, const HashedKey& key, TextRange value) {
+bool DocumentBuilder::addValue(std::uint32_t table, const HashedKey& key, TextRange value) {
+  if (find(table, key)) return false;
   add(table, document_.keyValues, &InternalTOMLTable::keyValues, Entry::Kind::value, key,
       {key.text, 0, 0, value});
+  return true;
 }
 
 std::uint32_t DocumentBuilder::addTable(std::uint32_t table, const HashedKey& key, InternalTOMLTable added) {
