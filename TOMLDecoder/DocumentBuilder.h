@@ -34,8 +34,8 @@ class DocumentBuilder {
   template <typename Pair>
   void add(std::uint32_t table, FlatList<Pair>& pairs, PairRing InternalTOMLTable::*ring, Entry::Kind kind,
            const HashedKey& key, Pair pair);
-  void count(InternalTOMLTable& table, Entry entry, const HashedKey& key);
-  void startIndex(InternalTOMLTable& table);
+  void count(InternalTOMLTable& table, Entry entry, std::uint32_t hash);
+  KeyIndex indexOf(const InternalTOMLTable& table, std::uint32_t size) const;
 
   TOMLDocument& document_;
 };
