@@ -129,6 +129,20 @@ TEST(HostileInput, theLineIsRightFarIntoADocument) {
   }
 }
 
+TEST(HostileInput, theLineIsRightAtTheEndOfADocument) {
+  for (const std::size_t size : {4095u, 4096u, 4097u, 8192u}) {
+    EXPECT_EQ(documents::parseErrorOf(std::string(size - 3, '\n') + "a ="),
+              "(Line " + std::to_string(size - 2) + ") Syntax error: expected a value");
+  }
+}
+
+TEST(UTF8, theFirstAndLastCharactersOfEveryLengthAreRead) {
+  for (const char* const text : {"\u0080", "\u07FF", "\u0800", "\u0FFF", "\u1000", "\uD7FF", "\uE000",
+                                 "\uFFFF", "\U00010000", "\U0003FFFF", "\U00040000", "\U0010FFFF"}) {
+    EXPECT_EQ(toml::TOMLTable("a = '"s + text + "'").value<std::string>("a"), text);
+  }
+}
+
 TEST(UTF8, theFirstWrongByteIsFoundBehindAnyNumberOfRightOnes) {
   for (std::size_t length = 0; length < 100; ++length) {
     const std::string right(length, 'x');
