@@ -5,6 +5,7 @@
 #include "Platform/linux/LinuxTrash.h"
 #include "tests/support/Child.h"
 #include "tests/support/Doubles.h"
+#include "tests/support/Scene.h"
 #include "tests/support/ScratchFolder.h"
 
 namespace quarn {
@@ -40,6 +41,7 @@ TEST(Trash, findsAFreeNameForOneThatIsTaken) {
 }
 
 TEST(Trash, aTakenNameWithoutExtensionOrOfFullLengthGetsANumberToo) {
+  if (::scene::longestName() < 255) GTEST_SKIP() << "proot allows no name of full length";
   Scene scene;
   const std::string longest = std::string(251, 'n') + ".app";
   for (const auto& [name, second] : std::vector<std::pair<std::string, std::string>>{
