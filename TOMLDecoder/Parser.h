@@ -53,7 +53,6 @@ class Parser {
   void selectNewElement(std::uint32_t parent, const HashedKey& key);
   HashedKey normalizeKeyAndHash(Token token);
   TextRange unquotedKey(Token token);
-  TextRange keepKeyText(const std::string& text);
   [[noreturn]] void failKeyExists(const HashedKey& key) const;
 
   TOMLDocument& document_;

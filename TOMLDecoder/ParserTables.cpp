@@ -84,7 +84,7 @@ HashedKey Parser::normalizeKeyAndHash(Token token) {
   } else if (token.kind != Token::Kind::bareKey) {
     lexer_.fail(place, "invalid or missing key");
   }
-  if (keyTransform_) key = keepKeyText(keyTransform_(document_.keyText(key)));
+  if (keyTransform_) key = document_.keepKeyText(keyTransform_(document_.keyText(key)), place);
   return {key, fastKeyHash(document_.keyText(key)), place};
 }
 
@@ -96,17 +96,10 @@ TextRange Parser::unquotedKey(Token token) {
   }
   if (const auto plain = StringUnpacking::plainText(quoted)) return {place + 1, token.text.length - 2};
   try {
-    return keepKeyText(StringUnpacking::unpack(quoted));
+    return document_.keepKeyText(StringUnpacking::unpack(quoted), place);
   } catch (const TOMLError& error) {
     throw error.at(document_.lineNumber(place));
   }
-}
-
-TextRange Parser::keepKeyText(const std::string& text) {
-  const std::size_t offset = document_.source.size() + document_.keyTexts.size();
-  if (text.size() > 0xFFFFFFFF - offset) lexer_.fail(lexer_.cursor(), "the keys are too long");
-  document_.keyTexts += text;
-  return {static_cast<std::uint32_t>(offset), static_cast<std::uint32_t>(text.size())};
 }
 
 void Parser::failKeyExists(const HashedKey& key) const {

@@ -1,5 +1,8 @@
 #include "TOMLDecoder/TOMLDocument.h"
 
+#include <cstring>
+#include <stdexcept>
+
 #include "TOMLDecoder/KeyHash.h"
 
 namespace toml {
@@ -65,6 +68,35 @@ TextRange TOMLDocument::keyOf(Entry entry) const {
   if (entry.kind == Entry::Kind::value) return keyValues[entry.index].key;
   if (entry.kind == Entry::Kind::table) return keyTables[entry.index].key;
   return keyArrays[entry.index].key;
+}
+
+std::uint32_t TOMLDocument::placeOf(Entry entry) const {
+  const TextRange key = keyOf(entry);
+  if (key.offset < source.size()) return key.offset;
+  std::uint32_t place;
+  std::memcpy(&place, keyTexts.data() + (key.offset - source.size() - sizeof place), sizeof place);
+  return place;
+}
+
+std::vector<std::string> TOMLDocument::keysOf(std::uint32_t table) const {
+  std::vector<std::string> found;
+  const auto addAll = [&](const auto& pairs, PairRing ring) {
+    forEachPair(pairs, ring, [&](std::uint32_t pair) { found.emplace_back(keyText(pairs[pair].key)); });
+  };
+  addAll(keyValues, tables[table].keyValues);
+  addAll(keyArrays, tables[table].arrays);
+  addAll(keyTables, tables[table].tables);
+  return found;
+}
+
+TextRange TOMLDocument::keepKeyText(std::string_view text, std::uint32_t place) {
+  char placeBytes[sizeof place];
+  std::memcpy(placeBytes, &place, sizeof place);
+  keyTexts.append(placeBytes, sizeof place);
+  const std::size_t offset = source.size() + keyTexts.size();
+  if (text.size() > 0xFFFFFFFF - offset) throw std::length_error("the keys are too long");
+  keyTexts += text;
+  return {static_cast<std::uint32_t>(offset), static_cast<std::uint32_t>(text.size())};
 }
 
 void TOMLDocument::trim() {

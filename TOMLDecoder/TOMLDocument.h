@@ -27,7 +27,7 @@ struct TOMLDocument {
   FlatList<KeyValuePair> keyValues;
   std::string source;
   FlatList<ArrayElement> elements;
-  std::string keyTexts;  ///< of keys with escapes and of transformed keys
+  std::string keyTexts;  ///< of keys with escapes and of transformed keys, each behind its place
   std::vector<KeyIndex> indexes;
   LineNumbers lines;
 
@@ -40,6 +40,14 @@ struct TOMLDocument {
   Entry find(std::uint32_t table, std::string_view key, std::uint64_t hash) const;
   std::uint32_t keptHashOf(Entry entry) const;
   TextRange keyOf(Entry entry) const;
+  /// Where a pair begins in the source.
+  std::uint32_t placeOf(Entry entry) const;
+  /// In the order of the source: first the keys of values, then those of arrays, then those of tables.
+  std::vector<std::string> keysOf(std::uint32_t table) const;
+
+  /// Keeps a key that isn't written in the source as it reads, and where it is written. Its range lies
+  /// behind the source; `length_error` if the ranges don't reach that far.
+  TextRange keepKeyText(std::string_view text, std::uint32_t place);
 
   /// Gives back memory that growing has taken ahead.
   void trim();

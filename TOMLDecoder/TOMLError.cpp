@@ -8,14 +8,8 @@ namespace {
 
 using Reason = TOMLError::Reason;
 
-std::string keyText(const Reason& why) {
-  const std::string found = why.message.empty()
-                                ? "Key '" + why.key + "' not found in table while looking for " + why.expected
-                                : why.message;
-  return found;
-}
-
 std::string placeText(const Reason& why) {
+  if (!why.message.empty()) return why.message;
   switch (why.kind) {
     case Reason::Kind::arrayOutOfBound:
       return "Array index " + std::to_string(why.index) + " is out of bounds (0..<" +
@@ -27,7 +21,7 @@ std::string placeText(const Reason& why) {
     case Reason::Kind::invalidValueInTable:
       return "The given data was not valid TOML. Key '" + why.key + "' has the value '" + why.found + "'";
     default:
-      return keyText(why);
+      return "Key '" + why.key + "' not found in table while looking for " + why.expected;
   }
 }
 

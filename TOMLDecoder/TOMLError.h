@@ -44,7 +44,7 @@ class TOMLError : public std::exception {
 
     Kind kind;
     std::uint32_t lineNumber = 0;  ///< the first line is 1; 0 where no line is to blame
-    std::string message{};
+    std::string message{};         ///< of a case that isn't said to have one: in place of its own text
     std::string found{};
     std::string key{};
     std::string expected{};

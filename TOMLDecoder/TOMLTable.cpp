@@ -11,16 +11,7 @@ TOMLTable::TOMLTable(std::string text, const KeyTransform& keyTransform)
       isKeyed(false) {}
 
 std::vector<std::string> TOMLTable::keys() const {
-  std::vector<std::string> found;
-  const InternalTOMLTable& table = source->tables[tableIndex()];
-  const auto addAll = [&](const auto& pairs, PairRing ring) {
-    forEachPair(pairs, ring,
-                [&](std::uint32_t pair) { found.emplace_back(source->keyText(pairs[pair].key)); });
-  };
-  addAll(source->keyValues, table.keyValues);
-  addAll(source->keyArrays, table.arrays);
-  addAll(source->keyTables, table.tables);
-  return found;
+  return source->keysOf(tableIndex());
 }
 
 bool TOMLTable::contains(std::string_view key) const {
@@ -50,7 +41,7 @@ Entry TOMLTable::find(std::string_view key, Entry::Kind wanted, const char* expe
     throw TOMLError({.kind = Kind::keyNotFoundInTable, .key = std::string(key), .expected = expected});
   if (entry.kind != wanted) {
     throw TOMLError({.kind = Kind::typeMismatchInTable,
-                     .lineNumber = source->lineNumber(source->keyOf(entry).offset),
+                     .lineNumber = source->lineNumber(source->placeOf(entry)),
                      .key = std::string(key),
                      .expected = expected});
   }
