@@ -11,7 +11,7 @@ namespace {
 using List = std::vector<std::string>;
 
 const std::string userFolder = "/Users/me/Library/Application Support/Quarn/InstallerOptions";
-const std::string shippedFolder = "/usr/local/share/quarn/InstallerOptions";
+const std::string shippedFolder = "/Users/me/opt/share/quarn/InstallerOptions";
 
 std::string option(const std::string& id, const std::string& label, const std::string& more = "") {
   return "id = '" + id + "'\nlabel = '" + label +
@@ -21,10 +21,12 @@ std::string option(const std::string& id, const std::string& label, const std::s
          more;
 }
 
-/// A program in "/usr/local/bin" whose shipped folder the test fills.
+/// A program in "/Users/me/opt/bin" whose shipped folder the test fills.
 struct InstallerOptions : testing::Test {
   doubles::FakePlaces places;
   Platform platform = replacing({.places = &places});
+
+  InstallerOptions() { places.program = Path("/Users/me/opt/bin/quarn"); }
 
   List labels(const std::string& root = userFolder) {
     List found;
@@ -134,7 +136,7 @@ TEST_F(InstallerOptions, areNoneWhereNoFolderIs) {
 
 // A build that lays its options right into the resources is read as well.
 TEST_F(InstallerOptions, areLookedForInAllResourcesWhereTheirFolderIsMissing) {
-  scene::write("/usr/local/share/quarn/a.toml", option("one", "Loose"));
+  scene::write("/Users/me/opt/share/quarn/a.toml", option("one", "Loose"));
   EXPECT_EQ(labels(), List{"Loose"});
   scene::makeFolder(shippedFolder);
   EXPECT_EQ(labels(), List{});
