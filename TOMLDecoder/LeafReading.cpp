@@ -1,0 +1,56 @@
+#include "TOMLDecoder/LeafReading.h"
+
+#include "TOMLDecoder/TOMLError.h"
+
+namespace toml::LeafReading {
+
+namespace {
+
+using Kind = TOMLError::Reason::Kind;
+
+TOMLError::Reason mismatch(const TOMLKey* key, const char* expected) {
+  if (!key)
+    return {.kind = Kind::typeMismatch, .message = std::string("Expected ") + expected + ", found table"};
+  if (const std::size_t* const index = key->integer()) {
+    return {.kind = Kind::typeMismatchInArray, .expected = expected, .index = *index};
+  }
+  TOMLError::Reason why{.kind = Kind::typeMismatchInTable, .key = key->text(), .expected = expected};
+  if (key->isSuper())
+    why.message = std::string("Type mismatch at table key for 'super': expected ") + expected;
+  return why;
+}
+
+}  // namespace
+
+Date date(const DecodingState& state, TextRange value) {
+  const TOMLDocument& document = state.document;
+  const Calendar calendar = state.strategy.date.counting;
+  const int start = state.strategy.timeInterval == TimeIntervalStrategy::since2001 ? 2001 : 1970;
+  switch (valueKindOf(document.text(value))) {
+    case ValueKind::offsetDateTime: {
+      const auto moment = unpackValue<OffsetDateTime>(document, value);
+      return dateOf(calendar, moment.date, moment.time, moment.offset);
+    }
+    case ValueKind::localDateTime: {
+      const auto moment = unpackValue<LocalDateTime>(document, value);
+      return dateOf(calendar, moment.date, moment.time, 0);
+    }
+    case ValueKind::localDate:
+      return dateOf(calendar, unpackValue<LocalDate>(document, value), {0, 0, 0}, 0);
+    case ValueKind::integer:
+      return dateAfter(start, unpackValue<std::int64_t>(document, value));
+    case ValueKind::floatingPoint:
+      return dateAfter(start, unpackValue<double>(document, value));
+    default:
+      throw TOMLError({.kind = Kind::invalidDateTime3, .message = "No date components found."});
+  }
+}
+
+void checkIsValue(const DecodingState& state, const DecodingContent& content, const TOMLKey* key,
+                  const char* expected, bool isDateRecord) {
+  if (content.entry.kind == Entry::Kind::value) return;
+  if (!key && isDateRecord) throw TOMLError({.kind = Kind::notReallyCodable});
+  throw TOMLError(mismatch(key, expected)).at(state.document.lineNumber(content.place));
+}
+
+}  // namespace toml::LeafReading

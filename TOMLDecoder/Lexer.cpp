@@ -1,0 +1,233 @@
+#include "TOMLDecoder/Lexer.h"
+
+#include <cstring>
+
+#include "TOMLDecoder/CodeUnits.h"
+#include "TOMLDecoder/TOMLError.h"
+#include "TOMLDecoder/UTF8.h"
+#include "TOMLDecoder/Words.h"
+
+namespace toml {
+
+namespace {
+
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+
+unsigned char code(char byte) {
+  return static_cast<unsigned char>(byte);
+}
+bool isDigit(char byte) {
+  return byte >= '0' && byte <= '9';
+}
+
+/// A control character other than a tab; what may stand in no comment and no string.
+bool isControl(char byte) {
+  return (code(byte) < 0x20 && byte != '\t') || byte == 0x7F;
+}
+
+/// A date of this form may be followed by a blank and a time: 1979-05-27 07:32:00.
+bool isDateBeforeTime(const char* start, const char* end) {
+  return end - start == 10 && start[4] == '-' && start[7] == '-' && end[0] == ' ' && isDigit(end[1]);
+}
+
+}  // namespace
+
+Lexer::Lexer(const TOMLDocument& document)
+    : document_(document),
+      begin_(document.source.c_str()),
+      end_(begin_ + document.source.size()),
+      at_(begin_) {
+  if (std::string_view(document.source).substr(0, 3) == byteOrderMark) at_ += 3;
+}
+
+Token Lexer::nextToken(bool dotIsSpecial) {
+  const char* const at = skipBlank(at_);
+  const CodeUnits::Table& isPart = dotIsSpecial ? CodeUnits::isBareKeyChar : CodeUnits::isValueChar;
+  if (isPart[code(*at)]) return takeWord(at, dotIsSpecial);
+  switch (*at) {
+    case '\n':
+    case '\r':
+      return takeNewline(at);
+    case '"':
+    case '\'':
+      return takeString(at);
+    case ',':
+      return take(Token::Kind::comma, at, at + 1);
+    case '=':
+      return take(Token::Kind::equal, at, at + 1);
+    case '{':
+      return take(Token::Kind::lbrace, at, at + 1);
+    case '}':
+      return take(Token::Kind::rbrace, at, at + 1);
+    case '[':
+      return take(Token::Kind::lbracket, at, at + 1);
+    case ']':
+      return take(Token::Kind::rbracket, at, at + 1);
+    case '.':
+      return take(Token::Kind::dot, at, at + 1);
+    default:
+      if (at == end_) return take(Token::Kind::eof, at, at);
+      failAtByte(at, dotIsSpecial);
+  }
+}
+
+Token Lexer::nextTokenOnAnyLine(bool dotIsSpecial) {
+  Token token = nextToken(dotIsSpecial);
+  while (token.kind == Token::Kind::newline) token = nextToken(dotIsSpecial);
+  return token;
+}
+
+bool Lexer::takeLineEnd() {
+  const char* const at = skipBlank(at_);
+  at_ = at;
+  if (*at == '\n' || *at == '\r') {
+    takeNewline(at);
+    return true;
+  }
+  return at == end_;
+}
+
+bool Lexer::take(char byte) {
+  at_ = skipBlank(at_);
+  return takeDirectly(byte);
+}
+
+bool Lexer::takeDirectly(char byte) {
+  if (*at_ != byte) return false;
+  ++at_;
+  return true;
+}
+
+void Lexer::fail(std::uint32_t place, const char* message) const {
+  throw TOMLError({.kind = TOMLError::Reason::Kind::syntax,
+                   .lineNumber = document_.lineNumber(place),
+                   .message = message});
+}
+
+const char* Lexer::skipBlank(const char* at) const {
+  while (*at == ' ' || *at == '\t') ++at;
+  return *at == '#' ? skipComment(at) : at;
+}
+
+const char* Lexer::skipComment(const char* at) const {
+  for (;;) {
+    while (end_ - at >= 8) {
+      const std::uint64_t word = Words::load(at);
+      const std::uint64_t stops = Words::bytesBelow(word, 0x20) | Words::bytesEqual(word, 0x7F);
+      at += stops == 0 ? 8 : Words::firstOf(stops);
+      if (stops != 0) break;
+    }
+    while (at < end_ && !isControl(*at) && *at != '\t') ++at;
+    if (*at != '\t') break;
+    ++at;
+  }
+  if (*at == '\n' || at == end_ || (*at == '\r' && at[1] == '\n')) return at;
+  if (*at == '\r') fail(at, "bare carriage return is not allowed");
+  fail(at, "control characters are not allowed in comments");
+}
+
+/// Stops at a quote, a backslash and a control character, or at the end.
+const char* Lexer::skipStringBytes(const char* at, char quote) const {
+  while (end_ - at >= 8) {
+    const std::uint64_t word = Words::load(at);
+    const std::uint64_t stops =
+        Words::bytesEqual(word, quote) | Words::bytesEqual(word, '\\') | Words::bytesBelow(word, 0x20);
+    if (stops != 0) return at + Words::firstOf(stops);
+    at += 8;
+  }
+  while (at < end_ && *at != quote && *at != '\\' && code(*at) >= 0x20) ++at;
+  return at;
+}
+
+Token Lexer::take(Token::Kind kind, const char* start, const char* end) {
+  at_ = end;
+  return {kind, {place(start), static_cast<std::uint32_t>(end - start)}};
+}
+
+Token Lexer::takeNewline(const char* at) {
+  if (*at == '\n') return take(Token::Kind::newline, at, at + 1);
+  if (at[1] != '\n') fail(at, "bare carriage return is not allowed");
+  return take(Token::Kind::newline, at, at + 2);
+}
+
+/// The byte here is a part of a word.
+Token Lexer::takeWord(const char* start, bool dotIsSpecial) {
+  const CodeUnits::Table& isPart = dotIsSpecial ? CodeUnits::isBareKeyChar : CodeUnits::isValueChar;
+  const char* at = start + 1;
+  while (isPart[code(*at)]) ++at;
+  if (!dotIsSpecial && isDateBeforeTime(start, at)) {
+    ++at;
+    while (isPart[code(*at)]) ++at;
+  }
+  return take(Token::Kind::bareKey, start, at);
+}
+
+Token Lexer::takeString(const char* at) {
+  if (at[1] == *at && at[2] == *at) return takeMultilineString(at);
+  return *at == '"' ? takeBasicString(at) : takeLiteralString(at);
+}
+
+Token Lexer::takeLiteralString(const char* start) {
+  const char* at = start + 1;
+  while (*(at = skipStringBytes(at, '\'')) != '\'') {
+    if (*at == '\n' || at == end_ || (*at == '\r' && at[1] == '\n')) failAtLineEnd(start, at);
+    ++at;
+  }
+  return take(Token::Kind::string, start, at + 1);
+}
+
+Token Lexer::takeBasicString(const char* start) {
+  const char* at = start + 1;
+  while (*(at = skipStringBytes(at, '"')) != '"') {
+    if (*at == '\n' || at == end_ || (*at == '\r' && at[1] == '\n')) failAtLineEnd(start, at);
+    at += *at == '\\' && (at[1] == '"' || at[1] == '\\') ? 2 : 1;
+  }
+  return take(Token::Kind::string, start, at + 1);
+}
+
+Token Lexer::takeMultilineString(const char* start) {
+  const char quote = *start;
+  const char* at = start + 3;
+  for (;;) {
+    at = nextQuotes(start, at);
+    std::ptrdiff_t quotes = 1;
+    while (at[quotes] == quote) ++quotes;
+    at += quotes;
+    if (quotes >= 3 && quotes <= 5) return take(Token::Kind::string, start, at);
+    if (quotes > 5) {
+      fail(at, quote == '"'
+                   ? "basic multiline strings cannot contain more than 2 consecutive double quotes"
+                   : "literal multiline strings cannot contain more than 2 consecutive single quotes");
+    }
+  }
+}
+
+/// The next quote of a multi-line string that no backslash takes away.
+const char* Lexer::nextQuotes(const char* start, const char* at) const {
+  if (*start == '\'') {
+    const void* const found = std::memchr(at, '\'', static_cast<std::size_t>(end_ - at));
+    if (!found) fail(start, "unterminated triple-s-quote");
+    return static_cast<const char*>(found);
+  }
+  while (*(at = skipStringBytes(at, '"')) != '"') {
+    if (at == end_) fail(start, "unterminated triple-d-quote");
+    at += *at == '\\' && (at[1] == '"' || at[1] == '\\') ? 2 : 1;
+  }
+  return at;
+}
+
+void Lexer::failAtLineEnd(const char* start, const char* at) const {
+  if (at == end_) fail(start, "missing closing quote");
+  fail(start, *start == '"' ? "unterminated quote" : "unterminated s-quote");
+}
+
+void Lexer::failAtByte(const char* at, bool dotIsSpecial) const {
+  using Kind = TOMLError::Reason::Kind;
+  const std::uint32_t line = document_.lineNumber(place(at));
+  if (dotIsSpecial) throw TOMLError({.kind = Kind::badKey, .lineNumber = line});
+  const std::string_view rest(at, static_cast<std::size_t>(end_ - at));
+  const std::string_view found = rest.substr(0, UTF8::firstCharacter(rest));
+  throw TOMLError({.kind = Kind::invalidCharacter, .lineNumber = line, .found = std::string(found)});
+}
+
+}  // namespace toml

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <string_view>
+
+#include "TOMLDecoder/TOMLDocument.h"
+#include "TOMLDecoder/Token.h"
+
+namespace toml {
+
+/// Finds where the tokens of a document begin and end, and no more: what a string or a number holds is
+/// looked at when it is read. The zero byte behind the text ends every scan.
+class Lexer {
+ public:
+  /// `document` has its source, and outlives this.
+  explicit Lexer(const TOMLDocument& document);
+
+  /// In the place of a key a dot is a token, in the place of a value it is a part of one. Throws TOMLError
+  /// where no token begins.
+  Token nextToken(bool dotIsSpecial);
+  /// Passes over newlines too.
+  Token nextTokenOnAnyLine(bool dotIsSpecial);
+  /// Passes over a comment and the newline; false if anything else stands there.
+  bool takeLineEnd();
+  /// True, and passed over, if the next token on this line is this one byte. Quicker than looking which
+  /// token comes.
+  bool take(char byte);
+  /// The same, without a blank before it.
+  bool takeDirectly(char byte);
+
+  /// Where the next token is looked for.
+  std::uint32_t cursor() const { return place(at_); }
+
+  [[noreturn]] void fail(std::uint32_t place, const char* message) const;
+
+ private:
+  const char* skipBlank(const char* at) const;
+  const char* skipComment(const char* at) const;
+  const char* skipStringBytes(const char* at, char quote) const;
+  Token take(Token::Kind kind, const char* start, const char* end);
+  Token takeNewline(const char* at);
+  Token takeWord(const char* at, bool dotIsSpecial);
+  Token takeString(const char* at);
+  Token takeLiteralString(const char* start);
+  Token takeBasicString(const char* start);
+  Token takeMultilineString(const char* start);
+  const char* nextQuotes(const char* start, const char* at) const;
+  [[noreturn]] void failAtLineEnd(const char* start, const char* at) const;
+  [[noreturn]] void failAtByte(const char* at, bool dotIsSpecial) const;
+  [[noreturn]] void fail(const char* at, const char* message) const { fail(place(at), message); }
+  std::uint32_t place(const char* at) const { return static_cast<std::uint32_t>(at - begin_); }
+
+  const TOMLDocument& document_;
+  const char* begin_;
+  const char* end_;
+  const char* at_;
+};
+
+}  // namespace toml

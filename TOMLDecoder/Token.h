@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstdint>
+
+namespace toml {
+
+/// A range of bytes of a document.
+struct TextRange {
+  std::uint32_t offset = 0;
+  std::uint32_t length = 0;
+};
+
+/// A piece of a document. Its line is where its text begins (`TOMLDocument::lineNumber`).
+struct Token {
+  enum class Kind : std::uint8_t {
+    dot,
+    comma,
+    equal,
+    lbrace,
+    rbrace,
+    newline,
+    lbracket,
+    rbracket,
+    string,   ///< with its quotes, whichever they are
+    bareKey,  ///< a key or a value without quotes
+    eof,
+  };
+
+  Kind kind = Kind::eof;
+  TextRange text;
+};
+
+}  // namespace toml
