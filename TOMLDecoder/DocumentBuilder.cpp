@@ -1,6 +1,7 @@
 #include "TOMLDecoder/DocumentBuilder.h"
 
 #include <algorithm>
+#include <bit>
 
 #include "TOMLDecoder/KeyHash.h"
 
@@ -26,9 +27,11 @@ Entry DocumentBuilder::find(std::uint32_t table, const HashedKey& key) const {
   return document_.find(table, document_.keyText(key.text), key.hash);
 }
 
-void DocumentBuilder::addValue(std::uint32_t table, const HashedKey& key, TextRange value) {
+bool DocumentBuilder::addValue(std::uint32_t table, const HashedKey& key, TextRange value) {
+  if (find(table, key)) return false;
   add(table, document_.keyValues, &InternalTOMLTable::keyValues, Entry::Kind::value, key,
       {key.text, 0, 0, value});
+  return true;
 }
 
 std::uint32_t DocumentBuilder::addTable(std::uint32_t table, const HashedKey& key, InternalTOMLTable added) {
@@ -57,34 +60,37 @@ void DocumentBuilder::add(std::uint32_t table, FlatList<Pair>& pairs, PairRing I
   pairs.add(pair);
   ends.last = index;
   owner.keyHashBloom |= bloomBits(key.hash);
-  count(owner, {kind, index}, key);
+  count(owner, {kind, index}, pair.keyHash);
 }
 
-void DocumentBuilder::count(InternalTOMLTable& table, Entry entry, const HashedKey& key) {
+/// The table's rings have the entry already.
+void DocumentBuilder::count(InternalTOMLTable& table, Entry entry, std::uint32_t hash) {
   if (table.indexed) {
-    document_.indexes[table.keyCountOrIndex].add(keptHash(key.hash), entry,
-                                                 [this](Entry other) { return document_.keptHashOf(other); });
+    KeyIndex& index = document_.indexes[table.keyCountOrIndex];
+    if (index.isFull()) {
+      index = indexOf(table, index.size() * 2);
+    } else {
+      index.add(hash, entry);
+    }
   } else if (table.keyCountOrIndex < InternalTOMLTable::mostUnindexedKeys) {
     table.keyCountOrIndex = (table.keyCountOrIndex + 1) & 0xFFFFFFF;
   } else {
-    startIndex(table);
+    document_.indexes.push_back(indexOf(table, InternalTOMLTable::mostUnindexedKeys * 2));
+    table.indexed = 1;
+    table.keyCountOrIndex = static_cast<std::uint32_t>(document_.indexes.size() - 1) & 0xFFFFFFF;
   }
 }
 
-void DocumentBuilder::startIndex(InternalTOMLTable& table) {
-  KeyIndex index;
-  const auto hashOf = [this](Entry entry) { return document_.keptHashOf(entry); };
-  const auto addAll = [&](const auto& pairs, PairRing ring, Entry::Kind kind) {
-    forEachPair(pairs, ring, [&](std::uint32_t pair) {
-      index.add(pairs[pair].keyHash, {kind, pair}, hashOf);
-    });
+/// Made from the rings, whose order is that of the pairs in memory.
+KeyIndex DocumentBuilder::indexOf(const InternalTOMLTable& table, std::uint32_t size) const {
+  KeyIndex index(std::bit_ceil(size));
+  const auto addAll = [&index](const auto& pairs, PairRing ring, Entry::Kind kind) {
+    forEachPair(pairs, ring, [&](std::uint32_t pair) { index.add(pairs[pair].keyHash, {kind, pair}); });
   };
   addAll(document_.keyValues, table.keyValues, Entry::Kind::value);
   addAll(document_.keyTables, table.tables, Entry::Kind::table);
   addAll(document_.keyArrays, table.arrays, Entry::Kind::array);
-  table.indexed = 1;
-  table.keyCountOrIndex = static_cast<std::uint32_t>(document_.indexes.size()) & 0xFFFFFFF;
-  document_.indexes.push_back(std::move(index));
+  return index;
 }
 
 void DocumentBuilder::addElement(std::uint32_t array, ArrayElement element) {

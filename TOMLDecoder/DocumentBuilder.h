@@ -13,13 +13,14 @@ struct HashedKey {
   std::uint32_t place = 0;
 };
 
-/// Adds entries to a document. A key that is added isn't in the table yet.
+/// Adds entries to a document. The key of a table or an array that is added isn't in the table yet.
 class DocumentBuilder {
  public:
   explicit DocumentBuilder(TOMLDocument& document) : document_(document) {}
 
   Entry find(std::uint32_t table, const HashedKey& key) const;
-  void addValue(std::uint32_t table, const HashedKey& key, TextRange value);
+  /// False, and nothing added, if the table has the key.
+  bool addValue(std::uint32_t table, const HashedKey& key, TextRange value);
   /// The index of the new table.
   std::uint32_t addTable(std::uint32_t table, const HashedKey& key, InternalTOMLTable added);
   /// The index of the new, empty array.
@@ -33,8 +34,8 @@ class DocumentBuilder {
   template <typename Pair>
   void add(std::uint32_t table, FlatList<Pair>& pairs, PairRing InternalTOMLTable::*ring, Entry::Kind kind,
            const HashedKey& key, Pair pair);
-  void count(InternalTOMLTable& table, Entry entry, const HashedKey& key);
-  void startIndex(InternalTOMLTable& table);
+  void count(InternalTOMLTable& table, Entry entry, std::uint32_t hash);
+  KeyIndex indexOf(const InternalTOMLTable& table, std::uint32_t size) const;
 
   TOMLDocument& document_;
 };

@@ -73,8 +73,8 @@ void check(std::string_view unsignedText, bool hasSign) {
   const std::size_t whole = skipWhole(unsignedText, hasSign);
   const std::size_t end = skipExponent(unsignedText, skipFraction(unsignedText, whole));
   if (end == whole && end == unsignedText.size()) {
-    fail(unsignedText == "0" ? "Float begins with 0 must be followed by a '.', 'e' or 'E'"
-                             : "invalid character for float");
+    if (unsignedText == "0") fail("Float begins with 0 must be followed by a '.', 'e' or 'E'");
+    fail(std::string(unsignedText) + " is an integer");
   }
   if (end < unsignedText.size()) fail("invalid character for float");
 }

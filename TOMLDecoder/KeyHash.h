@@ -1,12 +1,40 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 #include <string_view>
+
+#include "TOMLDecoder/Words.h"
 
 namespace toml {
 
-/// A key of at most 8 bytes is its own hash: the bytes, the first one lowest. A longer one hashes by FNV-1a.
-std::uint64_t fastKeyHash(std::string_view key);
+/// At most 8 bytes, the first one lowest.
+inline std::uint64_t packedBytes(std::string_view bytes) {
+  if (bytes.size() == 8) return Words::load(bytes.data());
+  if (bytes.size() >= 4) {
+    std::uint32_t head;
+    std::uint32_t tail;
+    std::memcpy(&head, bytes.data(), 4);
+    std::memcpy(&tail, bytes.data() + bytes.size() - 4, 4);
+    return head | (std::uint64_t{tail} << (8 * (bytes.size() - 4)));
+  }
+  std::uint64_t word = 0;
+  for (std::size_t index = bytes.size(); index > 0; --index) {
+    word = (word << 8) | static_cast<unsigned char>(bytes[index - 1]);
+  }
+  return word;
+}
+
+inline std::uint64_t fnv1a(std::string_view bytes) {
+  std::uint64_t hash = 0xcbf29ce484222325;
+  for (const char byte : bytes) hash = (hash ^ static_cast<unsigned char>(byte)) * 0x100000001b3;
+  return hash;
+}
+
+/// A key of at most 8 bytes is its own hash.
+inline std::uint64_t fastKeyHash(std::string_view key) {
+  return key.size() <= 8 ? packedBytes(key) : fnv1a(key);
+}
 
 /// What an entry keeps of the hash of its key: half the memory, with every bit of the hash in it.
 constexpr std::uint32_t keptHash(std::uint64_t hash) {

@@ -20,9 +20,7 @@ TOMLError::Reason mismatch(const TOMLKey* key, const char* expected) {
   return why;
 }
 
-}  // namespace
-
-Date date(const DecodingState& state, TextRange value) {
+Date dateOfValue(const DecodingState& state, TextRange value) {
   const TOMLDocument& document = state.document;
   const Calendar calendar = state.strategy.date.counting;
   const int start = state.strategy.timeInterval == TimeIntervalStrategy::since2001 ? 2001 : 1970;
@@ -43,6 +41,16 @@ Date date(const DecodingState& state, TextRange value) {
       return dateAfter(start, unpackValue<double>(document, value));
     default:
       throw TOMLError({.kind = Kind::invalidDateTime3, .message = "No date components found."});
+  }
+}
+
+}  // namespace
+
+Date date(const DecodingState& state, TextRange value) {
+  try {
+    return dateOfValue(state, value);
+  } catch (const TOMLError& error) {
+    throw error.at(state.document.lineNumber(value.offset));
   }
 }
 

@@ -2,7 +2,6 @@
 
 #include <cstring>
 
-#include "TOMLDecoder/CodeUnits.h"
 #include "TOMLDecoder/TOMLError.h"
 #include "TOMLDecoder/UTF8.h"
 #include "TOMLDecoder/Words.h"
@@ -13,21 +12,13 @@ namespace {
 
 constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 
-unsigned char code(char byte) {
-  return static_cast<unsigned char>(byte);
-}
 bool isDigit(char byte) {
   return byte >= '0' && byte <= '9';
 }
 
 /// A control character other than a tab; what may stand in no comment and no string.
-bool isControl(char byte) {
-  return (code(byte) < 0x20 && byte != '\t') || byte == 0x7F;
-}
-
-/// A date of this form may be followed by a blank and a time: 1979-05-27 07:32:00.
-bool isDateBeforeTime(const char* start, const char* end) {
-  return end - start == 10 && start[4] == '-' && start[7] == '-' && end[0] == ' ' && isDigit(end[1]);
+bool isControl(unsigned char byte) {
+  return (byte < 0x20 && byte != '\t') || byte == 0x7F;
 }
 
 }  // namespace
@@ -40,10 +31,7 @@ Lexer::Lexer(const TOMLDocument& document)
   if (std::string_view(document.source).substr(0, 3) == byteOrderMark) at_ += 3;
 }
 
-Token Lexer::nextToken(bool dotIsSpecial) {
-  const char* const at = skipBlank(at_);
-  const CodeUnits::Table& isPart = dotIsSpecial ? CodeUnits::isBareKeyChar : CodeUnits::isValueChar;
-  if (isPart[code(*at)]) return takeWord(at, dotIsSpecial);
+Token Lexer::takeOther(const char* at, bool dotIsSpecial) {
   switch (*at) {
     case '\n':
     case '\r':
@@ -71,42 +59,10 @@ Token Lexer::nextToken(bool dotIsSpecial) {
   }
 }
 
-Token Lexer::nextTokenOnAnyLine(bool dotIsSpecial) {
-  Token token = nextToken(dotIsSpecial);
-  while (token.kind == Token::Kind::newline) token = nextToken(dotIsSpecial);
-  return token;
-}
-
-bool Lexer::takeLineEnd() {
-  const char* const at = skipBlank(at_);
-  at_ = at;
-  if (*at == '\n' || *at == '\r') {
-    takeNewline(at);
-    return true;
-  }
-  return at == end_;
-}
-
-bool Lexer::take(char byte) {
-  at_ = skipBlank(at_);
-  return takeDirectly(byte);
-}
-
-bool Lexer::takeDirectly(char byte) {
-  if (*at_ != byte) return false;
-  ++at_;
-  return true;
-}
-
 void Lexer::fail(std::uint32_t place, const char* message) const {
   throw TOMLError({.kind = TOMLError::Reason::Kind::syntax,
                    .lineNumber = document_.lineNumber(place),
                    .message = message});
-}
-
-const char* Lexer::skipBlank(const char* at) const {
-  while (*at == ' ' || *at == '\t') ++at;
-  return *at == '#' ? skipComment(at) : at;
 }
 
 const char* Lexer::skipComment(const char* at) const {
@@ -117,7 +73,7 @@ const char* Lexer::skipComment(const char* at) const {
       at += stops == 0 ? 8 : Words::firstOf(stops);
       if (stops != 0) break;
     }
-    while (at < end_ && !isControl(*at) && *at != '\t') ++at;
+    while (at < end_ && !isControl(code(*at)) && *at != '\t') ++at;
     if (*at != '\t') break;
     ++at;
   }
@@ -139,25 +95,17 @@ const char* Lexer::skipStringBytes(const char* at, char quote) const {
   return at;
 }
 
-Token Lexer::take(Token::Kind kind, const char* start, const char* end) {
-  at_ = end;
-  return {kind, {place(start), static_cast<std::uint32_t>(end - start)}};
-}
-
 Token Lexer::takeNewline(const char* at) {
   if (*at == '\n') return take(Token::Kind::newline, at, at + 1);
   if (at[1] != '\n') fail(at, "bare carriage return is not allowed");
   return take(Token::Kind::newline, at, at + 2);
 }
 
-/// The byte here is a part of a word.
-Token Lexer::takeWord(const char* start, bool dotIsSpecial) {
-  const CodeUnits::Table& isPart = dotIsSpecial ? CodeUnits::isBareKeyChar : CodeUnits::isValueChar;
-  const char* at = start + 1;
-  while (isPart[code(*at)]) ++at;
-  if (!dotIsSpecial && isDateBeforeTime(start, at)) {
+/// A date may be followed by one blank and a time: 1979-05-27 07:32:00.
+Token Lexer::takeDateAndTime(const char* start, const char* at) {
+  if (start[7] == '-' && isDigit(at[1])) {
     ++at;
-    while (isPart[code(*at)]) ++at;
+    while (CodeUnits::isValueChar[code(*at)]) ++at;
   }
   return take(Token::Kind::bareKey, start, at);
 }

@@ -2,6 +2,7 @@
 
 #include <string_view>
 
+#include "TOMLDecoder/CodeUnits.h"
 #include "TOMLDecoder/TOMLDocument.h"
 #include "TOMLDecoder/Token.h"
 
@@ -33,12 +34,16 @@ class Lexer {
   [[noreturn]] void fail(std::uint32_t place, const char* message) const;
 
  private:
+  static unsigned char code(char byte) { return static_cast<unsigned char>(byte); }
+
   const char* skipBlank(const char* at) const;
   const char* skipComment(const char* at) const;
   const char* skipStringBytes(const char* at, char quote) const;
   Token take(Token::Kind kind, const char* start, const char* end);
+  Token takeWord(const char* start, const CodeUnits::Table& isPart);
+  Token takeDateAndTime(const char* start, const char* at);
+  Token takeOther(const char* at, bool dotIsSpecial);
   Token takeNewline(const char* at);
-  Token takeWord(const char* at, bool dotIsSpecial);
   Token takeString(const char* at);
   Token takeLiteralString(const char* start);
   Token takeBasicString(const char* start);
@@ -54,5 +59,59 @@ class Lexer {
   const char* end_;
   const char* at_;
 };
+
+// What is done for every token stands here, where the parser's loops can take it in.
+
+inline Token Lexer::nextToken(bool dotIsSpecial) {
+  const char* const at = skipBlank(at_);
+  const CodeUnits::Table& isPart = dotIsSpecial ? CodeUnits::isBareKeyChar : CodeUnits::isValueChar;
+  return isPart[code(*at)] ? takeWord(at, isPart) : takeOther(at, dotIsSpecial);
+}
+
+inline Token Lexer::nextTokenOnAnyLine(bool dotIsSpecial) {
+  Token token = nextToken(dotIsSpecial);
+  while (token.kind == Token::Kind::newline) token = nextToken(dotIsSpecial);
+  return token;
+}
+
+inline bool Lexer::takeLineEnd() {
+  at_ = skipBlank(at_);
+  if (*at_ == '\n') {
+    ++at_;
+    return true;
+  }
+  if (*at_ != '\r') return at_ == end_;
+  takeNewline(at_);
+  return true;
+}
+
+inline bool Lexer::take(char byte) {
+  at_ = skipBlank(at_);
+  return takeDirectly(byte);
+}
+
+inline bool Lexer::takeDirectly(char byte) {
+  if (*at_ != byte) return false;
+  ++at_;
+  return true;
+}
+
+inline const char* Lexer::skipBlank(const char* at) const {
+  while (*at == ' ' || *at == '\t') ++at;
+  return *at == '#' ? skipComment(at) : at;
+}
+
+inline Token Lexer::take(Token::Kind kind, const char* start, const char* end) {
+  at_ = end;
+  return {kind, {place(start), static_cast<std::uint32_t>(end - start)}};
+}
+
+/// The byte here is a part of a word.
+inline Token Lexer::takeWord(const char* start, const CodeUnits::Table& isPart) {
+  const char* at = start + 1;
+  while (isPart[code(*at)]) ++at;
+  if (at - start == 10 && *at == ' ' && start[4] == '-') return takeDateAndTime(start, at);
+  return take(Token::Kind::bareKey, start, at);
+}
 
 }  // namespace toml

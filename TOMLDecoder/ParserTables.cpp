@@ -83,6 +83,8 @@ HashedKey Parser::normalizeKeyAndHash(Token token) {
     key = unquotedKey(token);
   } else if (token.kind != Token::Kind::bareKey) {
     lexer_.fail(place, "invalid or missing key");
+  } else if (!keyTransform_) {
+    return {key, fastKeyHash(document_.text(key)), place};
   }
   if (keyTransform_) key = document_.keepKeyText(keyTransform_(document_.keyText(key)), place);
   return {key, fastKeyHash(document_.keyText(key)), place};

@@ -10,11 +10,11 @@ using Kind = Token::Kind;
 
 void Parser::parseValue(std::uint32_t table, const HashedKey& key) {
   const Token token = lexer_.nextToken(false);
-  if (builder_.find(table, key)) failKeyExists(key);
   if (token.kind == Kind::bareKey || token.kind == Kind::string) {
-    builder_.addValue(table, key, token.text);
+    if (!builder_.addValue(table, key, token.text)) failKeyExists(key);
     return;
   }
+  if (builder_.find(table, key)) failKeyExists(key);
   openValue(token, table, key);
   // Inside of other brackets, those who opened them go on.
   if (open_.size() == 1) parseNested();

@@ -3,8 +3,6 @@
 #include <cstring>
 #include <stdexcept>
 
-#include "TOMLDecoder/KeyHash.h"
-
 namespace toml {
 
 namespace {
@@ -34,13 +32,12 @@ Entry TOMLDocument::find(std::uint32_t table, std::string_view key) const {
   return find(table, key, fastKeyHash(key));
 }
 
-Entry TOMLDocument::find(std::uint32_t table, std::string_view key, std::uint64_t hash) const {
-  const InternalTOMLTable& found = tables[table];
-  const std::uint64_t bits = bloomBits(hash);
-  if ((found.keyHashBloom & bits) != bits) return {};
+/// The filter has let the key through.
+Entry TOMLDocument::findPassed(const InternalTOMLTable& table, std::string_view key,
+                               std::uint64_t hash) const {
   const std::uint32_t kept = keptHash(hash);
-  if (!found.indexed) return findInRings(found, key, kept);
-  return indexes[found.keyCountOrIndex].find(
+  if (!table.indexed) return findInRings(table, key, kept);
+  return indexes[table.keyCountOrIndex].find(
       kept, [&](Entry entry) { return keptHashOf(entry) == kept && keyText(keyOf(entry)) == key; });
 }
 

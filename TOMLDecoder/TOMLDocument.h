@@ -8,6 +8,7 @@
 #include "TOMLDecoder/FlatList.h"
 #include "TOMLDecoder/InternalTOMLArray.h"
 #include "TOMLDecoder/InternalTOMLTable.h"
+#include "TOMLDecoder/KeyHash.h"
 #include "TOMLDecoder/KeyIndex.h"
 #include "TOMLDecoder/KeyPairs.h"
 #include "TOMLDecoder/LineNumbers.h"
@@ -37,7 +38,10 @@ struct TOMLDocument {
 
   /// The index of a pair in the list that the entry's kind names.
   Entry find(std::uint32_t table, std::string_view key) const;
-  Entry find(std::uint32_t table, std::string_view key, std::uint64_t hash) const;
+  Entry find(std::uint32_t table, std::string_view key, std::uint64_t hash) const {
+    const std::uint64_t bits = bloomBits(hash);
+    return (tables[table].keyHashBloom & bits) == bits ? findPassed(tables[table], key, hash) : Entry();
+  }
   std::uint32_t keptHashOf(Entry entry) const;
   TextRange keyOf(Entry entry) const;
   /// Where a pair begins in the source.
@@ -53,6 +57,7 @@ struct TOMLDocument {
   void trim();
 
  private:
+  Entry findPassed(const InternalTOMLTable& table, std::string_view key, std::uint64_t hash) const;
   Entry findInRings(const InternalTOMLTable& table, std::string_view key, std::uint32_t hash) const;
 };
 

@@ -26,6 +26,10 @@ for file in $(find Platform TOMLDecoder QuarnCore QuarnCLI -name '*.h' -o -name 
   own=$(floor "$file")
   for included in $(sed -n 's/^#include "\(.*\)"$/\1/p' "$file"); do
     [ "$(floor "$included")" -le "$own" ] || complain "$file includes $included, which lies above it"
+    case "$file $included" in
+      "TOMLDecoder/"*" TOMLDecoder/"*) ;;
+      "TOMLDecoder/"*) complain "$file includes $included, and the reader is to know only itself" ;;
+    esac
   done
   [ "$own" -gt 0 ] || continue
   if grep -nE '#(include|import) <(unistd|fcntl|dirent|spawn|signal|csignal|poll|dlfcn|mntent|termios|pwd|sys/|linux/|unicode/|plist/|sqlite3|uuid|CoreFoundation/|Foundation/)' "$file"; then
