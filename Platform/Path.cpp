@@ -42,8 +42,9 @@ std::vector<std::string_view> components(std::string_view text) {
 
 }  // namespace
 
-Path::Path(std::string_view text) : text_(text) {
-  while (text_.size() > 1 && text_.back() == '/') text_.pop_back();
+Path::Path(std::string_view text) {
+  while (text.size() > 1 && text.back() == '/') text.remove_suffix(1);
+  text_ = text;
 }
 
 std::string Path::lastComponent() const {
@@ -68,9 +69,14 @@ std::string Path::nameWithoutExtension() const {
 }
 
 Path Path::appending(std::string_view components) const {
-  const bool needsSlash = !text_.empty() && text_.back() != '/' && !components.starts_with('/');
+  const std::size_t least = text_.empty() ? 1 : 0;  // "/" below nothing is the root
+  while (components.size() > least && components.back() == '/') components.remove_suffix(1);
   if (text_ == "/" && components.starts_with('/')) components.remove_prefix(1);
-  return Path(text_ + (needsSlash ? "/" : "") + std::string(components));
+  Path whole;
+  whole.text_.reserve(text_.size() + 1 + components.size());
+  whole.text_ = text_;
+  whole.add(components);
+  return whole;
 }
 
 Path Path::simplified() const {
@@ -84,9 +90,17 @@ Path Path::simplified() const {
       kept.push_back(component);
     }
   }
-  Path result(isAbsolute() ? "/" : "");
-  for (const auto component : kept) result = result.appending(component);
+  Path result;
+  result.text_.reserve(text_.size());
+  if (isAbsolute()) result.text_ = "/";
+  for (const auto component : kept) result.add(component);
   return result;
+}
+
+void Path::add(std::string_view components) {
+  const bool needsSlash = !text_.empty() && text_.back() != '/' && !components.starts_with('/');
+  if (needsSlash && !components.empty()) text_ += '/';
+  text_ += components;
 }
 
 }  // namespace quarn

@@ -34,6 +34,8 @@ class Path {
   bool operator==(const Path& other) const = default;
 
  private:
+  void add(std::string_view components);
+
   std::string text_;
 };
 

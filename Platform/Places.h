@@ -15,6 +15,9 @@ class Places {
   /// The home folder of a named user; absent for an unknown one.
   virtual std::optional<Path> home(const std::string& user) const = 0;
   virtual Path currentFolder() const = 0;
+  /// The file of the running program, every link to it resolved; what comes with the program is found from
+  /// there.
+  virtual Path executable() const = 0;
 };
 
 }  // namespace quarn

@@ -8,6 +8,8 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
+#include "Platform/posix/EntryKind.h"
+
 namespace quarn {
 namespace {
 
@@ -22,27 +24,6 @@ struct RawEntry {
 
 bool isDots(const char* name) {
   return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
-}
-
-std::optional<FileKind> kind(std::uint8_t type) {
-  switch (type) {
-    case DT_REG:
-      return FileKind::regular;
-    case DT_DIR:
-      return FileKind::directory;
-    case DT_LNK:
-      return FileKind::symbolicLink;
-    case DT_SOCK:
-      return FileKind::socket;
-    case DT_BLK:
-      return FileKind::blockDevice;
-    case DT_CHR:
-      return FileKind::characterDevice;
-    case DT_UNKNOWN:
-      return std::nullopt;
-    default:
-      return FileKind::unknown;
-  }
 }
 
 }  // namespace
@@ -82,7 +63,8 @@ std::optional<DirectoryReader::Entry> DirectoryReader::next() {
     std::memcpy(&length, raw + offsetof(RawEntry, length), sizeof length);
     state_->position += length;
     const char* name = raw + offsetof(RawEntry, name);
-    if (!isDots(name)) return Entry{name, kind(static_cast<std::uint8_t>(raw[offsetof(RawEntry, type)]))};
+    if (!isDots(name))
+      return Entry{name, entryKind(static_cast<unsigned char>(raw[offsetof(RawEntry, type)]))};
   }
 }
 

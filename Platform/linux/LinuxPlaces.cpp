@@ -2,10 +2,13 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <fcntl.h>
 #include <memory>
 #include <pwd.h>
 #include <unistd.h>
 #include <vector>
+
+#include "Platform/posix/LinkText.h"
 
 namespace quarn {
 namespace {
@@ -47,6 +50,10 @@ Path LinuxPlaces::currentFolder() const {
   const std::unique_ptr<char, Free> text(::getcwd(nullptr, 0));
   // A folder that was removed has no path any more.
   return Path(text ? text.get() : "/");
+}
+
+Path LinuxPlaces::executable() const {
+  return Path(linkText(AT_FDCWD, "/proc/self/exe").value_or(""));
 }
 
 }  // namespace quarn

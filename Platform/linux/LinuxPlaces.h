@@ -9,6 +9,7 @@ class LinuxPlaces : public Places {
   Path home() const override;
   std::optional<Path> home(const std::string& user) const override;
   Path currentFolder() const override;
+  Path executable() const override;
 };
 
 }  // namespace quarn

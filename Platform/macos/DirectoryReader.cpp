@@ -6,33 +6,14 @@
 #include <string_view>
 #include <unistd.h>
 
+#include "Platform/posix/EntryKind.h"
+
 namespace quarn {
 namespace {
 
 struct CloseFolder {
   void operator()(DIR* folder) const { ::closedir(folder); }
 };
-
-std::optional<FileKind> kind(unsigned char type) {
-  switch (type) {
-    case DT_REG:
-      return FileKind::regular;
-    case DT_DIR:
-      return FileKind::directory;
-    case DT_LNK:
-      return FileKind::symbolicLink;
-    case DT_SOCK:
-      return FileKind::socket;
-    case DT_BLK:
-      return FileKind::blockDevice;
-    case DT_CHR:
-      return FileKind::characterDevice;
-    case DT_UNKNOWN:
-      return std::nullopt;
-    default:
-      return FileKind::unknown;
-  }
-}
 
 }  // namespace
 
@@ -62,7 +43,7 @@ std::optional<DirectoryReader::Entry> DirectoryReader::next() {
       return std::nullopt;
     }
     const std::string_view name = entry->d_name;
-    if (name != "." && name != "..") return Entry{entry->d_name, kind(entry->d_type)};
+    if (name != "." && name != "..") return Entry{entry->d_name, entryKind(entry->d_type)};
   }
   return std::nullopt;
 }

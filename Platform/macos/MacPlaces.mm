@@ -1,6 +1,7 @@
 #include "Platform/macos/MacPlaces.h"
 
 #include "Platform/macos/FoundationText.h"
+#include "Platform/posix/ResolvedPath.h"
 
 namespace quarn {
 
@@ -24,6 +25,14 @@ Path MacPlaces::currentFolder() const {
     NSString* folder = NSFileManager.defaultManager.currentDirectoryPath;
     // A folder that was removed has no path any more.
     return Path(folder.length > 0 ? bytesOf(folder) : "/");
+  }
+}
+
+Path MacPlaces::executable() const {
+  @autoreleasepool {
+    NSString* file = NSBundle.mainBundle.executablePath;
+    const Path path(file ? bytesOf(file) : "");
+    return resolved(path).value_or(path);
   }
 }
 

@@ -2,11 +2,15 @@
 
 #include <array>
 #include <cstdint>
-#include <cstdio>
 #include <sys/random.h>
 #include <unistd.h>
 
 namespace quarn::UUID {
+namespace {
+
+constexpr char digits[] = "0123456789ABCDEF";
+
+}  // namespace
 
 // By the system's own random bytes: the customary library asks the kernel for five things more each time,
 // and a plan makes hundreds.
@@ -19,9 +23,8 @@ std::string make() {
   std::string text;
   for (std::size_t i = 0; i < bytes.size(); ++i) {
     if (i == 4 || i == 6 || i == 8 || i == 10) text += '-';
-    char pair[3];
-    std::snprintf(pair, sizeof pair, "%02X", static_cast<unsigned>(bytes[i]));
-    text += pair;
+    text += digits[bytes[i] >> 4];
+    text += digits[bytes[i] & 0x0F];
   }
   return text;
 }

@@ -1,46 +1,55 @@
 #include "QuarnCore/discovery/LibraryDataPaths.h"
 
-#include "QuarnCore/discovery/OwnItem.h"
+#include "QuarnCore/discovery/OwnItems.h"
 
 namespace quarn::LibraryDataPaths {
 
 std::vector<Path> byBundleId(const Path& home, const std::optional<std::string>& bundleId) {
   if (!bundleId) return {};
   const Path library = home.appending("Library");
-  return OwnItems::paths({{library.appending("HTTPStorages"), *bundleId},
-                          {library.appending("Caches"), *bundleId},
-                          {library.appending("WebKit"), *bundleId},
-                          {library.appending("Preferences"), *bundleId + ".plist"}});
+  OwnItems items;
+  items.add(library.appending("HTTPStorages"), *bundleId);
+  items.add(library.appending("Caches"), *bundleId);
+  items.add(library.appending("WebKit"), *bundleId);
+  items.add(library.appending("Preferences"), *bundleId + ".plist");
+  return items.paths;
 }
 
 std::vector<Path> byDisplayName(const Path& home, const std::string& name) {
-  std::vector<Path> paths = OwnItems::paths({{home.appending("Library/Application Support"), name}});
+  OwnItems items;
+  items.add(home.appending("Library/Application Support"), name);
   const std::vector<Path> rest = supplemental(home, name);
-  paths.insert(paths.end(), rest.begin(), rest.end());
-  return paths;
+  items.paths.insert(items.paths.end(), rest.begin(), rest.end());
+  return items.paths;
 }
 
 std::vector<Path> systemByBundleId(const std::optional<std::string>& bundleId) {
   if (!bundleId) return {};
   const Path library("/Library");
-  return OwnItems::paths({{library.appending("Application Support"), *bundleId},
-                          {library.appending("Caches"), *bundleId},
-                          {library.appending("Preferences"), *bundleId + ".plist"},
-                          {library.appending("Logs"), *bundleId}});
+  OwnItems items;
+  items.add(library.appending("Application Support"), *bundleId);
+  items.add(library.appending("Caches"), *bundleId);
+  items.add(library.appending("Preferences"), *bundleId + ".plist");
+  items.add(library.appending("Logs"), *bundleId);
+  return items.paths;
 }
 
 std::vector<Path> systemByDisplayName(const std::string& name) {
   const Path library("/Library");
-  return OwnItems::paths({{library.appending("Application Support"), name},
-                          {library.appending("Caches"), name},
-                          {library.appending("Logs"), name}});
+  OwnItems items;
+  items.add(library.appending("Application Support"), name);
+  items.add(library.appending("Caches"), name);
+  items.add(library.appending("Logs"), name);
+  return items.paths;
 }
 
 std::vector<Path> supplemental(const Path& home, const std::string& name) {
   const Path library = home.appending("Library");
-  return OwnItems::paths({{library.appending("Caches"), name},
-                          {library.appending("Logs"), name},
-                          {library.appending("Saved Application State"), name + ".savedState"}});
+  OwnItems items;
+  items.add(library.appending("Caches"), name);
+  items.add(library.appending("Logs"), name);
+  items.add(library.appending("Saved Application State"), name + ".savedState");
+  return items.paths;
 }
 
 }  // namespace quarn::LibraryDataPaths

@@ -19,9 +19,7 @@ constexpr double secondsAfterForce = 3.0;
 constexpr const char* bundlePattern = "(/[^\"\\n]+?\\.app)(?:/Contents/|\\s|$)";
 
 bool leavesWithin(double seconds, Platform& platform, const Path& bundle) {
-  const auto length =
-      std::chrono::duration_cast<std::chrono::steady_clock::duration>(std::chrono::duration<double>(seconds));
-  const auto deadline = platform.clock.steadyNow() + length;
+  const auto deadline = platform.clock.after(seconds);
   while (platform.clock.steadyNow() < deadline) {
     platform.applications.wait(pollInterval);
     if (runningInstances(platform, bundle).empty()) return true;
@@ -44,9 +42,11 @@ BundlePaths bundlePaths(Platform& platform) {
   for (const RunningApplication& application : platform.applications.running()) {
     if (application.bundlePath) paths.insert(platform.files.standardized(*application.bundlePath));
   }
-  const RegularExpression bundleInLine(bundlePattern);
   const auto mentionsBundle = [](const std::string& line) { return line.find(".app") != std::string::npos; };
-  for (const std::string& line : ProcessList::lines(platform, mentionsBundle)) {
+  const auto lines = ProcessList::lines(platform, mentionsBundle);
+  if (lines.empty()) return paths;  // the expression isn't cheap to make
+  const RegularExpression bundleInLine(bundlePattern);
+  for (const std::string& line : lines) {
     for (const std::string& path : bundleInLine.captures(line, 1)) {
       paths.insert(platform.files.standardized(Path(path)));
     }

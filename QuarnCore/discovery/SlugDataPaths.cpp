@@ -2,15 +2,15 @@
 
 #include "Platform/Text.h"
 #include "QuarnCore/discovery/CuratedDomains.h"
-#include "QuarnCore/discovery/OwnItem.h"
+#include "QuarnCore/discovery/OwnItems.h"
 
 namespace quarn {
 namespace {
 
 std::vector<Path> below(const Path& folder, const std::vector<std::string>& names) {
-  std::vector<OwnItem> items;
-  for (const std::string& name : names) items.push_back({folder, name});
-  return OwnItems::paths(items);
+  OwnItems items;
+  for (const std::string& name : names) items.add(folder, name);
+  return items.paths;
 }
 
 }  // namespace

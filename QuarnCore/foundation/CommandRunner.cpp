@@ -61,15 +61,9 @@ bool endsBefore(SteadyTime deadline, Platform& platform, Child& child) {
   return !child.isRunning();
 }
 
-SteadyTime afterSeconds(double seconds, Platform& platform) {
-  const auto length =
-      std::chrono::duration_cast<std::chrono::steady_clock::duration>(std::chrono::duration<double>(seconds));
-  return platform.clock.steadyNow() + length;
-}
-
 /// True if the tool had to be ended.
 bool endAtTimeout(double timeout, Platform& platform, Child& child) {
-  if (endsBefore(afterSeconds(timeout, platform), platform, child)) return false;
+  if (endsBefore(platform.clock.after(timeout), platform, child)) return false;
   child.terminate();
   if (!endsBefore(platform.clock.steadyNow() + graceBeforeKill, platform, child)) child.kill();
   return true;

@@ -67,10 +67,10 @@ TEST_F(DittoFault, whatItLeftGoesToTheTrashOfTheDrive) {
   EXPECT_EQ(shown(moveOne()), refused(bytes, "Copy failed: ditto failed: broken"));
   expectSourceWhole();
   EXPECT_EQ(names(apps), std::vector<std::string>{});
-  EXPECT_EQ(scene::read(trash() + "/Foo.app/Contents/part"), "half\n");
+  EXPECT_EQ(scene::read(scene::driveTrash() + "/Foo.app/Contents/part"), "half\n");
 
   EXPECT_EQ(shown(moveOne()), refused(bytes, "Copy failed: ditto failed: broken")) << "never in the way";
-  EXPECT_EQ(names(trash()), (std::vector<std::string>{"Foo 2.app", "Foo.app"}));
+  EXPECT_EQ(names(scene::driveTrash()), (std::vector<std::string>{"Foo 2.app", "Foo.app"}));
 
   replaceDitto("exec " + realDitto);
   EXPECT_EQ(shown(moveOne()), succeeded(bytes));
@@ -88,7 +88,7 @@ TEST_F(DittoFault, successWithoutAllItemsIsNoSuccess) {
   EXPECT_EQ(shown(moveOne()), unverified(bytes, "Foo.app copied with 6 of 8 entries — 2 missing."));
   expectSourceWhole();
   EXPECT_EQ(names(apps), std::vector<std::string>{});
-  EXPECT_EQ(names(trash()), std::vector<std::string>{"Foo.app"});
+  EXPECT_EQ(names(scene::driveTrash()), std::vector<std::string>{"Foo.app"});
 }
 
 TEST_F(DittoFault, successWithADifferentItemIsNoSuccess) {

@@ -26,7 +26,7 @@ TEST(DriveFault, aDriveThatFillsUpInTheMiddleOfTheCopyLeavesTheSourceWhole) {
   EXPECT_EQ(scene::tree(app), before);
   EXPECT_EQ(foreign(), others);
   EXPECT_EQ(names("/Volumes/Tiny/ExternalQuarn/Apps"), std::vector<std::string>{});
-  EXPECT_EQ(names(trash("/Volumes/Tiny")), std::vector<std::string>{"Foo.app"});
+  EXPECT_EQ(names(scene::driveTrash("/Volumes/Tiny")), std::vector<std::string>{"Foo.app"});
 }
 
 /// Copies half, waits until the drive is out, then ends as told.

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <map>
-#include <unistd.h>
 
 #include "tests/cli/Expected.h"
 
@@ -12,11 +11,6 @@ namespace fault {
 inline const std::string app = "/Applications/Foo.app";
 inline const std::string apps = "/Volumes/X9/ExternalQuarn/Apps";
 inline const std::string moved = apps + "/Foo.app";
-
-/// Where the drive keeps the person's Trash.
-inline std::string trash(const std::string& drive = scene::drive) {
-  return drive + "/.Trashes/" + std::to_string(::getuid());
-}
 
 inline scene::Run moveOne(const std::vector<std::string>& flags = {}) {
   std::vector<std::string> command = {"move", "one", app, "--yes"};

@@ -113,7 +113,7 @@ TEST(OddNames, aLongNameInTheTrashTwiceIsShortened) {
   scene::makeApp(bundle, {}, 3000);
   replaceDitto("mkdir -p \"$3\"; exit 1");
   for (int i = 0; i < 2; ++i) scene::quarn({"move", "one", bundle, "--yes"});
-  EXPECT_EQ(names(trash()).size(), 2U);
+  EXPECT_EQ(names(scene::driveTrash()).size(), 2U);
   EXPECT_EQ(names(apps), std::vector<std::string>{});
 }
 

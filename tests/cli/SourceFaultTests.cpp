@@ -32,7 +32,7 @@ TEST(SourceFault, anUnreadableFileFailsTheCopy) {
             refused(bytes, "Copy failed: ditto failed: ditto: " + secret + ": Permission denied"));
   EXPECT_EQ(scene::tree(app), before);
   EXPECT_EQ(names(apps), std::vector<std::string>{});
-  EXPECT_EQ(names(trash()), std::vector<std::string>{"Foo.app"});
+  EXPECT_EQ(names(scene::driveTrash()), std::vector<std::string>{"Foo.app"});
 }
 
 TEST(SourceFault, anUnreadableFolderFailsTheCopy) {
@@ -76,7 +76,7 @@ TEST(SourceFault, aSourceThatCantBeRemovedHasAllItsBytesInTheTrash) {
             printed(started(bytes) +
                     "    verifying\n    linking\n    FAIL: Could not remove original after copy: “Foo.app” "
                     "couldn’t be removed because you don’t have permission to access it.\nfailed: 1\n"));
-  EXPECT_EQ(lost(files, {trash() + "/Foo.app"}), std::vector<std::string>{});
+  EXPECT_EQ(lost(files, {scene::driveTrash() + "/Foo.app"}), std::vector<std::string>{});
   EXPECT_EQ(foreign(), others);
   EXPECT_FALSE(scene::exists(scene::manifest));
 }
@@ -89,7 +89,7 @@ TEST(SourceFault, aFolderInsideThatCantBeEmptiedHasAllItsBytesInTheTrash) {
   EXPECT_NE(out.find("    FAIL: Could not remove original after copy: “Foo.app” couldn’t be removed"),
             std::string::npos)
       << out;
-  EXPECT_EQ(lost(files, {trash() + "/Foo.app"}), std::vector<std::string>{});
+  EXPECT_EQ(lost(files, {scene::driveTrash() + "/Foo.app"}), std::vector<std::string>{});
   EXPECT_EQ(scene::read(app + "/Contents/Resources/data.bin"), files.at("Contents/Resources/data.bin"));
 }
 
@@ -100,7 +100,7 @@ TEST(SourceFault, aSocketInTheBundleFailsTheCount) {
   const std::string bytes = sizeOf(app);
   EXPECT_EQ(shown(moveOne()), unverified(bytes, "Foo.app copied with 7 of 8 entries — 1 missing."));
   EXPECT_EQ(scene::tree(app), before);
-  EXPECT_EQ(names(trash()), std::vector<std::string>{"Foo.app"});
+  EXPECT_EQ(names(scene::driveTrash()), std::vector<std::string>{"Foo.app"});
 }
 
 TEST(SourceFault, aFifoInTheBundleFailsTheCountAndHoldsNothingUp) {

@@ -96,9 +96,7 @@ TEST(FileCopier, aFailedCopyGoesToTheTrash) {
   ditto("mkdir \"$3\"; echo part >\"$3/part\"; exit 1");
   EXPECT_EQ(outcome(), "Copy failed: ditto failed: exit 1");
   EXPECT_FALSE(scene::exists(copy));
-  const std::string mount =
-      scene::hasMounts() ? scene::drive + "/.Trashes/" + std::to_string(::getuid()) : scene::home + "/.Trash";
-  EXPECT_EQ(scene::read(mount + "/Foo.app/part"), "part\n");
+  EXPECT_EQ(scene::read(scene::driveTrash() + "/Foo.app/part"), "part\n");
 }
 
 TEST(FileCopier, whatTheTrashRefusesIsSetAsideBesideItUnderNameAndSeconds) {

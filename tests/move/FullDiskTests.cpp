@@ -111,12 +111,12 @@ TEST_F(FullDisk, onTheWayOutLeavesTheWholeSource) {
 
 TEST_F(FullDisk, duringTheCopyIsSetAsideWhereTheTrashStands) {
   const Volume drive("8m,nr_inodes=9");
-  scene::makeFolder(small + "/.Trashes/" + std::to_string(::getuid()));
+  scene::makeFolder(scene::driveTrash(small));
   makeItem(app);
   const NothingLost oracle(app);
   EXPECT_TRUE(move(hostPlatform(), app, small).starts_with("Copy failed: ditto failed: ditto: "));
   EXPECT_FALSE(scene::exists(small + "/Foo.app"));
-  EXPECT_TRUE(scene::exists(small + "/.Trashes/" + std::to_string(::getuid()) + "/Foo.app/Contents"));
+  EXPECT_TRUE(scene::exists(scene::driveTrash(small) + "/Foo.app/Contents"));
   EXPECT_EQ(oracle.wholeAt(), (Places{app}));
 }
 

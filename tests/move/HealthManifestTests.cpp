@@ -221,9 +221,9 @@ TEST(HealthManifest, whatCannotBeWrittenIsLeftInSilence) {
 }
 
 TEST(HealthManifest, aFolderThatCannotBeMadeDoesNotKeepTheFileFromBeingWritten) {
-  class NoFolders : public FileSystemDecorator {
+  class NoFolders : public GuardedFileSystem {
    public:
-    using FileSystemDecorator::FileSystemDecorator;
+    using GuardedFileSystem::GuardedFileSystem;
     Result<void> before(const std::string& operation) override {
       if (operation.starts_with("createFolder")) return PlatformError("test", 1, "no");
       return {};

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <string>
-#include <unistd.h>
 #include <vector>
 
 #include "Platform/Platform.h"
@@ -13,17 +12,13 @@
 namespace quarn::moving {
 
 inline const std::string appsFolder = scene::drive + "/ExternalQuarn/Apps";
+using scene::driveTrash;
+
 inline const std::string app = "/Applications/Foo.app";
 inline const std::string movedApp = appsFolder + "/Foo.app";
 inline const std::string support = scene::home + "/Library/Application Support/Foo";
 inline const std::string supportFolder = scene::drive + "/ExternalQuarn/Data/Library/Application Support";
 inline const std::string movedSupport = supportFolder + "/Foo";
-
-/// The Trash of the drive: without mounts of their own, drives share the home's.
-inline std::string driveTrash() {
-  if (!scene::hasMounts()) return scene::home + "/.Trash";
-  return scene::drive + "/.Trashes/" + std::to_string(::getuid());
-}
 
 /// Moves; what a person would be told, "nothing" for success.
 inline std::string move(const Platform& platform = hostPlatform(), const std::string& source = app,

@@ -101,6 +101,23 @@ TEST(Restore, ofALauncherThatLeadsIntoItselfLosesNothing) {
   }
 }
 
+TEST(Restore, ofALinkOrLauncherToAFolderAroundItLosesNothing) {
+  scene::makeFolder("/Applications/Suite/Inner");
+  const std::string linked = "/Applications/Suite/Inner/Link.app";
+  const std::string launcher = "/Applications/Suite/Inner/Launcher.app";
+  for (const std::string& target : Lines{"/Applications/Suite", "/Applications/Suite/Inner", "/"}) {
+    fs::remove_all(linked);
+    fs::remove_all(launcher);
+    scene::link(linked, target);
+    scene::makeLauncher(launcher, target);
+    const auto before = scene::tree("/Applications");
+    EXPECT_EQ(restore(hostPlatform(), linked),
+              "Verification failed: Link.app leads to a volume or to a folder around itself");
+    EXPECT_NE(restore(hostPlatform(), launcher), "nothing") << target;
+    EXPECT_EQ(scene::tree("/Applications"), before) << target;
+  }
+}
+
 TEST(Restore, ofALauncherBesideATargetWithALongerNameWorks) {
   scene::makeApp(app + "2");
   scene::makeLauncher(app, app + "2");

@@ -3,6 +3,7 @@
 
 #include "Platform/Platform.h"
 #include "tests/support/Child.h"
+#include "tests/support/Scene.h"
 #include "tests/support/ScratchFolder.h"
 
 namespace quarn {
@@ -180,7 +181,7 @@ TEST(WriteAtomically, leavesTheFileAndNothingElse) {
   ScratchFolder scratch;
   const std::string content(200'000, 'z');
   EXPECT_EQ(code(files().writeAtomically(scratch / "file", content)), 0);
-  EXPECT_EQ(code(files().writeAtomically(scratch / std::string(255, 'n'), "long")), 0);
+  EXPECT_EQ(code(files().writeAtomically(scratch / std::string(scene::longestName(), 'n'), "long")), 0);
   EXPECT_EQ(scratch.read("file"), content);
   EXPECT_EQ(scratch.count(), 2u);
 }

@@ -6,6 +6,7 @@
 
 #include "Platform/Platform.h"
 #include "tests/support/Child.h"
+#include "tests/support/Scene.h"
 #include "tests/support/ScratchFolder.h"
 
 namespace quarn {
@@ -154,7 +155,7 @@ TEST(Looking, listGivesNamesOfAnyBytes) {
   ScratchFolder scratch;
   const std::vector<std::string> names =
       sorted({"a b", "\"quoted\"", "tab\there", "line\nfeed", "bad\xFFutf8", "😀", ".hidden", "é", "e\u0301",
-              std::string(255, 'n')});
+              std::string(scene::longestName(), 'n')});
   for (const auto& name : names) scratch.write(name);
   EXPECT_EQ(sorted(*files().list(scratch.path(), Hidden::included)), names);
 }

@@ -44,6 +44,9 @@ TEST(Path, appendingAddsComponentsAsTheyAre) {
       {"/a", "b/c", "/a/b/c"}, {"/a", "/b", "/a/b"},
       {"/", "/b", "/b"},       {"", "b", "b"},
       {"a", "b", "a/b"},       {"/", "", "/"},
+      {"", "/", "/"},          {"", "//", "/"},
+      {"/a", "/", "/a"},       {"/a", "//b//", "/a//b"},
+      {"/", "/", "/"},         {"", "/b/", "/b"},
   };
   for (const auto& row : rows) {
     EXPECT_EQ(Path(row.path).appending(row.components).text(), row.result)

@@ -1,24 +1,18 @@
 #include <gtest/gtest.h>
 
 #include "Platform/PathText.h"
+#include "tests/support/Doubles.h"
 
 namespace quarn {
 
 namespace {
 
-class FixedPlaces : public Places {
- public:
-  explicit FixedPlaces(std::string home = "/Users/me") : home_(home) {}
-  Path home() const override { return home_; }
-  std::optional<Path> home(const std::string& user) const override {
-    if (user == "root") return Path("/var/root");
-    return std::nullopt;
-  }
-  Path currentFolder() const override { return Path("/Users/me/work"); }
-
- private:
-  Path home_;
-};
+doubles::FakePlaces places(const char* home = "/Users/me") {
+  doubles::FakePlaces fixed{Path(home)};
+  fixed.homesOfOthers["root"] = Path("/var/root");
+  fixed.current = Path("/Users/me/work");
+  return fixed;
+}
 
 }  // namespace
 
@@ -38,13 +32,13 @@ TEST(PathText, aLeadingTildeBecomesTheHome) {
       {"", ""},
   };
   for (const auto& [text, expanded] : rows) {
-    EXPECT_EQ(PathText::expandingTilde(FixedPlaces(), text), expanded) << text;
+    EXPECT_EQ(PathText::expandingTilde(places(), text), expanded) << text;
   }
 }
 
 TEST(PathText, aHomeAtTheRootGivesNoDoubledSlash) {
-  EXPECT_EQ(PathText::expandingTilde(FixedPlaces("/"), "~/x"), "/x");
-  EXPECT_EQ(PathText::expandingTilde(FixedPlaces("/"), "~/"), "/");
+  EXPECT_EQ(PathText::expandingTilde(places("/"), "~/x"), "/x");
+  EXPECT_EQ(PathText::expandingTilde(places("/"), "~/"), "/");
 }
 
 TEST(PathText, aRelativeTextBeginsAtTheCurrentFolder) {
@@ -52,8 +46,7 @@ TEST(PathText, aRelativeTextBeginsAtTheCurrentFolder) {
       {"Foo.app", "/Users/me/work/Foo.app"}, {"../x", "/Users/me/work/../x"}, {"", "/Users/me/work"},
       {"~/x", "/Users/me/work/~/x"},         {"/a/./b/", "/a/./b"},           {"/", "/"},
   };
-  for (const auto& [text, path] : rows)
-    EXPECT_EQ(PathText::fileURL(FixedPlaces(), text).text(), path) << text;
+  for (const auto& [text, path] : rows) EXPECT_EQ(PathText::fileURL(places(), text).text(), path) << text;
 }
 
 }  // namespace quarn

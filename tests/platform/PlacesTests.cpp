@@ -1,4 +1,5 @@
 #include <cstdlib>
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <pwd.h>
 #include <unistd.h>
@@ -51,6 +52,12 @@ TEST(Places, theCurrentFolderIsTheRealOne) {
               EXPECT_EQ(places().currentFolder(), real);
             }),
             "");
+}
+
+TEST(Places, theExecutableIsTheRunningProgramItselfAndNoLinkToIt) {
+  const Path found = places().executable();
+  EXPECT_EQ(found.text(), std::filesystem::canonical("/proc/self/exe"));
+  EXPECT_EQ(found.lastComponent(), "platform-tests");
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include "Platform/Platform.h"
 #include "tests/support/Child.h"
 #include "tests/support/DeepTree.h"
+#include "tests/support/Scene.h"
 #include "tests/support/ScratchFolder.h"
 
 namespace quarn {
@@ -229,6 +230,7 @@ std::size_t openDescriptors() {
 }
 
 TEST(Walk, goesToAnyDepthWithABoundedNumberOfDescriptors) {
+  if (!scene::hasMounts()) GTEST_SKIP() << "proot takes minutes over so deep a tree";
   // In memory if possible: a disk is slow to make so many folders.
   const auto memory = ScratchFolder::onOtherVolume();
   const ScratchFolder scratch(memory ? memory->text() : std::filesystem::temp_directory_path().string());
@@ -262,6 +264,7 @@ TEST(Walk, goesToAnyDepthWithABoundedNumberOfDescriptors) {
 }
 
 TEST(Walk, comesBackFromTheDeepToTheSiblingsOnTheWay) {
+  if (!scene::hasMounts()) GTEST_SKIP() << "proot takes minutes over so deep a tree";
   ScratchFolder scratch;
   constexpr int depth = 1'000;
   makeDeepTree(scratch.text(), depth);
@@ -299,6 +302,7 @@ TEST(Walk, aFolderMovedAwayMeanwhileDoesNotLeadTheWalkElsewhere) {
 }
 
 TEST(Looking, pathsLongerThanOneCallTakesWork) {
+  if (!scene::hasMounts()) GTEST_SKIP() << "proot takes minutes over so deep a tree";
   ScratchFolder scratch;
   makeDeepTree(scratch.text(), 3000);
   std::string deep = scratch.text();

@@ -109,14 +109,23 @@ class FakeApplications : public Applications {
   FakeClock& clock_;
 };
 
-/// A home of the test's choice.
+/// Places of the test's choice.
 class FakePlaces : public Places {
  public:
+  explicit FakePlaces(Path home = Path("/Users/me")) : homeFolder(std::move(home)) {}
+
   Path home() const override { return homeFolder; }
-  std::optional<Path> home(const std::string&) const override { return std::nullopt; }
+  std::optional<Path> home(const std::string& user) const override {
+    const auto found = homesOfOthers.find(user);
+    return found == homesOfOthers.end() ? std::nullopt : std::optional(found->second);
+  }
   Path currentFolder() const override { return current; }
-  Path homeFolder{"/Users/me"};
+  Path executable() const override { return program; }
+
+  Path homeFolder;
+  std::map<std::string, Path> homesOfOthers;
   Path current{"/"};
+  Path program{"/usr/local/bin/quarn"};
 };
 
 }  // namespace quarn::doubles

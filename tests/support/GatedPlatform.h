@@ -24,9 +24,9 @@ class GatedPlatform {
   Platform& platform() { return platform_; }
 
  private:
-  class Files : public FileSystemDecorator {
+  class Files : public GuardedFileSystem {
    public:
-    Files(FileSystem& inner, Gate gate) : FileSystemDecorator(inner), gate_(std::move(gate)) {}
+    Files(FileSystem& inner, Gate gate) : GuardedFileSystem(inner), gate_(std::move(gate)) {}
 
    protected:
     Result<void> before(const std::string& operation) override { return gate_(operation); }

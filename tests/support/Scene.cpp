@@ -159,6 +159,14 @@ bool hasMounts() {
   return kind && std::string(kind) == "mounts";
 }
 
+std::string driveTrash(const std::string& onDrive) {
+  return onDrive + "/.Trashes/" + std::to_string(::getuid());
+}
+
+std::size_t longestName() {
+  return hasMounts() ? 255 : 254;
+}
+
 void makeFolder(const std::string& path) {
   fs::create_directories(path);
 }

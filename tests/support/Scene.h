@@ -16,6 +16,10 @@ inline const std::string manifest = home + "/Library/Application Support/Quarn/h
 
 /// True where drives are real mounts; false in the room that needs no rights.
 bool hasMounts();
+/// The Trash on a drive, of whoever runs the test.
+std::string driveTrash(const std::string& onDrive = drive);
+/// How many bytes a name may have: 255, and one less where proot keeps one for itself.
+std::size_t longestName();
 
 // Setting.
 

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "Platform/FileSystem.h"
+
+namespace quarn {
+
+/// Forwards everything to another file system, so that a wrapper says only what it does otherwise.
+class FileSystemDecorator : public FileSystem {
+ public:
+  explicit FileSystemDecorator(FileSystem& inner) : inner_(inner) {}
+
+  bool exists(const Path& path) const override { return inner_.exists(path); }
+  bool isDirectory(const Path& path) const override { return inner_.isDirectory(path); }
+  Result<FileAttributes> attributes(const Path& path) const override { return inner_.attributes(path); }
+  Result<std::string> readLink(const Path& path) const override { return inner_.readLink(path); }
+  Path resolvingLinks(const Path& path) const override { return inner_.resolvingLinks(path); }
+  Path standardized(const Path& path) const override { return inner_.standardized(path); }
+  Result<std::vector<std::string>> list(const Path& folder, Hidden hidden) const override {
+    return inner_.list(folder, hidden);
+  }
+  void walk(const Path& root, Hidden hidden, WalkVisitor& visitor) const override {
+    inner_.walk(root, hidden, visitor);
+  }
+  Result<std::string> read(const Path& file) const override { return inner_.read(file); }
+
+  Result<void> createFolder(const Path& folder) override { return inner_.createFolder(folder); }
+  Result<void> createLink(const Path& link, const std::string& target) override {
+    return inner_.createLink(link, target);
+  }
+  Result<void> remove(const Path& item) override { return inner_.remove(item); }
+  Result<void> move(const Path& source, const Path& destination) override {
+    return inner_.move(source, destination);
+  }
+  Result<void> writeAtomically(const Path& file, std::string_view content) override {
+    return inner_.writeAtomically(file, content);
+  }
+  Result<void> flush(const Path& item) override { return inner_.flush(item); }
+
+ private:
+  FileSystem& inner_;
+};
+
+}  // namespace quarn
