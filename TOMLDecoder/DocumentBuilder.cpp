@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 
+#include "TOMLDecoder/IndexHash.h"
 #include "TOMLDecoder/KeyHash.h"
 
 namespace toml {
@@ -60,17 +61,17 @@ void DocumentBuilder::add(std::uint32_t table, FlatList<Pair>& pairs, PairRing I
   pairs.add(pair);
   ends.last = index;
   owner.keyHashBloom |= bloomBits(key.hash);
-  count(owner, {kind, index}, pair.keyHash);
+  count(owner, {kind, index}, key.text);
 }
 
 /// The table's rings have the entry already.
-void DocumentBuilder::count(InternalTOMLTable& table, Entry entry, std::uint32_t hash) {
+void DocumentBuilder::count(InternalTOMLTable& table, Entry entry, TextRange key) {
   if (table.indexed) {
     KeyIndex& index = document_.indexes[table.keyCountOrIndex];
     if (index.isFull()) {
       index = indexOf(table, index.size() * 2);
     } else {
-      index.add(hash, entry);
+      index.add(indexHash(document_.keyText(key)), entry);
     }
   } else if (table.keyCountOrIndex < InternalTOMLTable::mostUnindexedKeys) {
     table.keyCountOrIndex = (table.keyCountOrIndex + 1) & 0xFFFFFFF;
@@ -84,8 +85,10 @@ void DocumentBuilder::count(InternalTOMLTable& table, Entry entry, std::uint32_t
 /// Made from the rings, whose order is that of the pairs in memory.
 KeyIndex DocumentBuilder::indexOf(const InternalTOMLTable& table, std::uint32_t size) const {
   KeyIndex index(std::bit_ceil(size));
-  const auto addAll = [&index](const auto& pairs, PairRing ring, Entry::Kind kind) {
-    forEachPair(pairs, ring, [&](std::uint32_t pair) { index.add(pairs[pair].keyHash, {kind, pair}); });
+  const auto addAll = [&](const auto& pairs, PairRing ring, Entry::Kind kind) {
+    forEachPair(pairs, ring, [&](std::uint32_t pair) {
+      index.add(indexHash(document_.keyText(pairs[pair].key)), {kind, pair});
+    });
   };
   addAll(document_.keyValues, table.keyValues, Entry::Kind::value);
   addAll(document_.keyTables, table.tables, Entry::Kind::table);

@@ -34,7 +34,7 @@ class DocumentBuilder {
   template <typename Pair>
   void add(std::uint32_t table, FlatList<Pair>& pairs, PairRing InternalTOMLTable::*ring, Entry::Kind kind,
            const HashedKey& key, Pair pair);
-  void count(InternalTOMLTable& table, Entry entry, std::uint32_t hash);
+  void count(InternalTOMLTable& table, Entry entry, TextRange key);
   KeyIndex indexOf(const InternalTOMLTable& table, std::uint32_t size) const;
 
   TOMLDocument& document_;

@@ -8,7 +8,7 @@
 
 namespace toml {
 
-/// Finds the entries of a large table by the kept hash of a key. Every slot has a byte of the hash beside
+/// Finds the entries of a large table by the `indexHash` of a key. Every slot has a byte of the hash beside
 /// it, so that nearly no other entry is looked at on the way. It doesn't grow; a larger one is made anew.
 class KeyIndex {
  public:

@@ -77,8 +77,7 @@ const char* Lexer::skipComment(const char* at) const {
     if (*at != '\t') break;
     ++at;
   }
-  if (*at == '\n' || at == end_ || (*at == '\r' && at[1] == '\n')) return at;
-  if (*at == '\r') fail(at, "bare carriage return is not allowed");
+  if (*at == '\n' || *at == '\r' || at == end_) return at;
   fail(at, "control characters are not allowed in comments");
 }
 

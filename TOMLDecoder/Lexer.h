@@ -40,7 +40,8 @@ class Lexer {
   const char* skipComment(const char* at) const;
   const char* skipStringBytes(const char* at, char quote) const;
   Token take(Token::Kind kind, const char* start, const char* end);
-  Token takeWord(const char* start, const CodeUnits::Table& isPart);
+  Token takeKey(const char* start);
+  Token takeBareValue(const char* start);
   Token takeDateAndTime(const char* start, const char* at);
   Token takeOther(const char* at, bool dotIsSpecial);
   Token takeNewline(const char* at);
@@ -64,8 +65,8 @@ class Lexer {
 
 inline Token Lexer::nextToken(bool dotIsSpecial) {
   const char* const at = skipBlank(at_);
-  const CodeUnits::Table& isPart = dotIsSpecial ? CodeUnits::isBareKeyChar : CodeUnits::isValueChar;
-  return isPart[code(*at)] ? takeWord(at, isPart) : takeOther(at, dotIsSpecial);
+  if (dotIsSpecial) return CodeUnits::isBareKeyChar[code(*at)] ? takeKey(at) : takeOther(at, true);
+  return CodeUnits::isValueChar[code(*at)] ? takeBareValue(at) : takeOther(at, false);
 }
 
 inline Token Lexer::nextTokenOnAnyLine(bool dotIsSpecial) {
@@ -106,10 +107,17 @@ inline Token Lexer::take(Token::Kind kind, const char* start, const char* end) {
   return {kind, {place(start), static_cast<std::uint32_t>(end - start)}};
 }
 
-/// The byte here is a part of a word.
-inline Token Lexer::takeWord(const char* start, const CodeUnits::Table& isPart) {
+/// The byte here is a part of a key.
+inline Token Lexer::takeKey(const char* start) {
   const char* at = start + 1;
-  while (isPart[code(*at)]) ++at;
+  while (CodeUnits::isBareKeyChar[code(*at)]) ++at;
+  return take(Token::Kind::bareKey, start, at);
+}
+
+/// The byte here is a part of a value.
+inline Token Lexer::takeBareValue(const char* start) {
+  const char* at = start + 1;
+  while (CodeUnits::isValueChar[code(*at)]) ++at;
   if (at - start == 10 && *at == ' ' && start[4] == '-') return takeDateAndTime(start, at);
   return take(Token::Kind::bareKey, start, at);
 }

@@ -39,8 +39,10 @@ double floatingPoint(const TOMLDocument& document, TextRange value, bool isLenie
 
 float narrowFloat(const TOMLDocument& document, TextRange value, bool isLenient) {
   using Limits = std::numeric_limits<float>;
+  // What lies below it is rounded to the largest float: the short text of that one is more than it is.
+  constexpr double firstBeyond = 0x1.ffffffp127;
   const double number = floatingPoint(document, value, isLenient);
-  if (!std::isfinite(number) || std::abs(number) <= Limits::max()) return static_cast<float>(number);
+  if (!std::isfinite(number) || std::abs(number) < firstBeyond) return static_cast<float>(number);
   if (!isLenient) {
     fail(document, value, " cannot be represented by type Float. Use Double or lenient decoding strategy.");
   }

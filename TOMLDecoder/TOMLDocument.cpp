@@ -3,6 +3,8 @@
 #include <cstring>
 #include <stdexcept>
 
+#include "TOMLDecoder/IndexHash.h"
+
 namespace toml {
 
 namespace {
@@ -35,10 +37,9 @@ Entry TOMLDocument::find(std::uint32_t table, std::string_view key) const {
 /// The filter has let the key through.
 Entry TOMLDocument::findPassed(const InternalTOMLTable& table, std::string_view key,
                                std::uint64_t hash) const {
-  const std::uint32_t kept = keptHash(hash);
-  if (!table.indexed) return findInRings(table, key, kept);
-  return indexes[table.keyCountOrIndex].find(
-      kept, [&](Entry entry) { return keptHashOf(entry) == kept && keyText(keyOf(entry)) == key; });
+  if (!table.indexed) return findInRings(table, key, keptHash(hash));
+  return indexes[table.keyCountOrIndex].find(indexHash(key),
+                                             [&](Entry entry) { return keyText(keyOf(entry)) == key; });
 }
 
 Entry TOMLDocument::findInRings(const InternalTOMLTable& table, std::string_view key,
@@ -53,12 +54,6 @@ Entry TOMLDocument::findInRings(const InternalTOMLTable& table, std::string_view
     return {Entry::Kind::array, index};
   }
   return {};
-}
-
-std::uint32_t TOMLDocument::keptHashOf(Entry entry) const {
-  if (entry.kind == Entry::Kind::value) return keyValues[entry.index].keyHash;
-  if (entry.kind == Entry::Kind::table) return keyTables[entry.index].keyHash;
-  return keyArrays[entry.index].keyHash;
 }
 
 TextRange TOMLDocument::keyOf(Entry entry) const {

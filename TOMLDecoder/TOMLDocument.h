@@ -42,7 +42,6 @@ struct TOMLDocument {
     const std::uint64_t bits = bloomBits(hash);
     return (tables[table].keyHashBloom & bits) == bits ? findPassed(tables[table], key, hash) : Entry();
   }
-  std::uint32_t keptHashOf(Entry entry) const;
   TextRange keyOf(Entry entry) const;
   /// Where a pair begins in the source.
   std::uint32_t placeOf(Entry entry) const;

@@ -10,7 +10,7 @@ struct TextRange {
   std::uint32_t length = 0;
 };
 
-/// A piece of a document. Its line is where its text begins (`TOMLDocument::lineNumber`).
+/// A piece of a document. Which line it stands on is counted when somebody asks (`TOMLDocument::lineNumber`).
 struct Token {
   enum class Kind : std::uint8_t {
     dot,

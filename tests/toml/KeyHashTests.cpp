@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <set>
 
+#include "TOMLDecoder/IndexHash.h"
 #include "TOMLDecoder/KeyHash.h"
 #include "tests/toml/Documents.h"
 
@@ -84,9 +85,7 @@ TEST(LargeTables, valuesArraysAndTablesShareOneIndex) {
             "(Line 402) Key already exists.");
 }
 
-TEST(LargeTables, keysOfTheSameHashBitsAreToldApart) {
-  // All begin alike, so the filter passes every one of them; of ten bytes and more, only FNV tells them
-  // apart.
+TEST(Tables, keysThatTheFilterCannotTellApartAreToldApart) {
   std::string document;
   std::set<std::string> keys;
   for (int i = 0; i < 20; ++i) keys.insert("aa" + std::to_string(i));
@@ -94,4 +93,32 @@ TEST(LargeTables, keysOfTheSameHashBitsAreToldApart) {
   const toml::TOMLTable table(document);
   for (const std::string& key : keys) EXPECT_EQ(table.value<std::string>(key), key);
   EXPECT_FALSE(table.contains("aa20"));
+}
+
+TEST(Tables, keysOfOneHashAreToldApartByTheirText) {
+  const std::pair<const char*, const char*> twins[] = {{"longer-key-2077", "longer-key-86386"},
+                                                       {"longer-key-508", "longer-key-95178"},
+                                                       {"longer-key-105714", "longer-key-148113"}};
+  for (const auto& [one, other] : twins) {
+    ASSERT_EQ(toml::keptHash(fastKeyHash(one)), toml::keptHash(fastKeyHash(other)));
+    EXPECT_NE(toml::indexHash(one), toml::indexHash(other));
+    std::string many;
+    for (int i = 0; i < 40; ++i) many += "k" + std::to_string(i) + " = 0\n";
+    for (const std::string& rest : {std::string(), many}) {
+      const std::string alone = std::string(one) + " = 1\n" + rest;
+      EXPECT_FALSE(toml::TOMLTable(alone).contains(other));
+      const toml::TOMLTable both(alone + other + " = 2\n");
+      EXPECT_EQ(both.value<std::int64_t>(one), 1);
+      EXPECT_EQ(both.value<std::int64_t>(other), 2);
+    }
+  }
+}
+
+TEST(KeyHash, anIndexPutsEqualKeysInOnePlaceAndOthersApart) {
+  std::set<std::uint32_t> places;
+  for (int i = 0; i < 1000; ++i) {
+    const std::string key(static_cast<std::size_t>(i % 40), 'k');
+    places.insert(toml::indexHash(key));
+  }
+  EXPECT_EQ(places.size(), 40u);
 }

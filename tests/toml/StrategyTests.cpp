@@ -92,6 +92,12 @@ TEST(FloatDecoding, aNumberBeyondTheTypeIsRefused) {
             "(Line 1) Invalid number: 1e39 cannot be represented by type Float. "
             "Use Double or lenient decoding strategy.");
   EXPECT_EQ(decoded<float>({}, "0.1"), 0.1F);
+  // The largest one and the texts that are rounded to it.
+  for (const char* largest : {"3.4028234663852886e38", "3.4028235e38", "3.40282351e38"}) {
+    EXPECT_EQ(decoded<float>({}, largest), std::numeric_limits<float>::max()) << largest;
+  }
+  EXPECT_NE(faultOf<float>({}, "3.4028236e38"), "");
+  EXPECT_NE(faultOf<float>({}, "-3.4028236e38"), "");
   EXPECT_EQ(decoded<float>({}, "-inf"), -std::numeric_limits<float>::infinity());
   EXPECT_TRUE(std::isnan(decoded<float>({}, "nan")));
   EXPECT_EQ(decoded<double>({}, "1e39"), 1e39);

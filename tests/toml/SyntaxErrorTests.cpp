@@ -35,6 +35,23 @@ TEST(TOMLSyntax, aLineEndsBehindItsValueAndItsHeader) {
   });
 }
 
+TEST(TOMLSyntax, aDateTakesInABlankAndATimeOnlyInThePlaceOfAValue) {
+  const std::string noEquals = syntax(1, "expected = behind the key");
+  expectErrors({
+      {"abcd-ef-gh 5 = 1", noEquals},
+      {"abcd-ef-gh 5.x = 1", noEquals},
+      {"1979-05-27 07 = 1", noEquals},
+      {"1979-05-27 07:32:00 = 1", noEquals},
+      {"a.1900-00-30 23:00:00. = 1", noEquals},
+      {"a = {abcd-ef-gh 5 = 1}", noEquals},
+      {"[abcd-ef-gh 5]", syntax(1, "expected ] behind the key")},
+      {"[[abcd-ef-gh 5]]", syntax(1, "expected ]] behind the key")},
+      {"a = abcdefg-hi 5", syntax(1, "extra chars after value")},
+      {"a = abcd-efghi 5", syntax(1, "extra chars after value")},
+      {"a = 1979-05-27 x", syntax(1, "extra chars after value")},
+  });
+}
+
 TEST(TOMLSyntax, commentsHoldNoControlCharacters) {
   for (const char byte : "\x01\x08\x0B\x0C\x1F\x7F"s) {
     const std::string document = "a = 1\n# some words before it "s + byte + " and behind\n";

@@ -1,0 +1,35 @@
+#include "TOMLDecoder/IndexHash.h"
+
+#include <random>
+
+#include "TOMLDecoder/KeyHash.h"
+
+namespace toml {
+
+namespace {
+
+struct Secret {
+  std::uint64_t start;
+  std::uint64_t factor;
+};
+
+Secret drawn() {
+  std::random_device device;
+  const auto word = [&device] { return (std::uint64_t{device()} << 32) | device(); };
+  return {word(), word() | 1};
+}
+
+}  // namespace
+
+std::uint32_t indexHash(std::string_view key) {
+  static const Secret secret = drawn();
+  std::uint64_t hash = secret.start ^ key.size();
+  for (; key.size() > 8; key.remove_prefix(8)) {
+    hash = (hash ^ Words::load(key.data())) * secret.factor;
+    hash ^= hash >> 32;
+  }
+  hash = (hash ^ packedBytes(key)) * secret.factor;
+  return static_cast<std::uint32_t>(((hash ^ (hash >> 32)) * secret.factor) >> 32);
+}
+
+}  // namespace toml
