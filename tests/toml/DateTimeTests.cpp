@@ -1,5 +1,6 @@
 #include "TOMLDecoder/DateTimeScanner.h"
 #include "TOMLDecoder/LocalDateTime.h"
+#include "TOMLDecoder/TOMLDecoder.h"
 #include "tests/toml/Documents.h"
 
 using toml::LocalDate;
@@ -147,13 +148,35 @@ TEST(DateTimes, componentsThatMakeNoDateOrTimeAreRefused) {
   EXPECT_EQ(componentFault([] { LocalDate(2023, 2, 29); }),
             start + "February only has 28 days in non-leap years");
   EXPECT_EQ(componentFault([] { LocalDate(10000, 1, 1); }), start + "year must be between 0000 and 9999");
+  EXPECT_EQ(componentFault([] { LocalDate(-1, 1, 1); }), start + "year must be between 0000 and 9999");
   EXPECT_EQ(componentFault([] { LocalDate(2023, 6, 31); }), start + "31 is invalid for month 6");
   EXPECT_EQ(componentFault([] { LocalTime(24, 0, 0); }), start + "hour must be between 00 and 23");
   EXPECT_EQ(componentFault([] { LocalTime(0, 0, 0, 1'000'000'000); }),
             start + "nanosecond must be between 0 and 999999999");
-  EXPECT_EQ(componentFault([&] { OffsetDateTime(day, noon, 25 * 60); }),
-            start + "timezone offset hour must be between 00 and 24");
-  EXPECT_EQ(componentFault([&] { OffsetDateTime(day, noon, 60, {Features::uppercaseZ}); }),
-            start + "the letters contradict each other or the offset");
+  for (const int offset : {25 * 60, -25 * 60}) {
+    EXPECT_EQ(componentFault([&] { OffsetDateTime(day, noon, offset); }),
+              start + "timezone offset hour must be between 00 and 24");
+  }
   EXPECT_EQ(OffsetDateTime(day, noon, -90).text(), "1979-05-27T12:00:00-01:30");
+  EXPECT_EQ(OffsetDateTime(day, noon, 25 * 60 - 1).text(), "1979-05-27T12:00:00+24:59");
+  EXPECT_EQ(OffsetDateTime(day, noon, 1 - 25 * 60).text(), "1979-05-27T12:00:00-24:59");
+}
+
+TEST(OffsetDateTime, lettersThatContradictEachOtherOrTheOffsetAreRefused) {
+  const LocalDate day(1979, 5, 27);
+  const LocalTime noon(12, 0, 0);
+  const auto fault = [&](int offset, int letters) {
+    return componentFault([&] { OffsetDateTime(day, noon, offset, {static_cast<std::uint8_t>(letters)}); });
+  };
+  const std::string message = "Invalid date-time components: the letters contradict each other or the offset";
+  EXPECT_EQ(fault(60, Features::uppercaseZ), message);
+  EXPECT_EQ(fault(-1, Features::lowercaseZ), message);
+  EXPECT_EQ(fault(0, Features::lowercaseZ | Features::uppercaseZ), message);
+  EXPECT_EQ(fault(0, Features::lowercaseT | Features::uppercaseT), message);
+  EXPECT_EQ(fault(0, Features::lowercaseT | Features::lowercaseZ), "no error");
+}
+
+TEST(Date, aFractionThatIsNearlyASecondStaysBelowIt) {
+  const auto dates = toml::TOMLDecoder().decode<std::map<std::string, toml::Date>>("a = 0.9999999999");
+  EXPECT_EQ(dates.at("a"), (toml::Date{0, 999'999'999}));
 }

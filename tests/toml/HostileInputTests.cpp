@@ -109,6 +109,14 @@ TEST(HostileInput, deepNestingThatIsNotClosedIsRefused) {
   EXPECT_EQ(documents::parseErrorOf(std::string(deep, '[')), "(Line 1) Syntax error: invalid or missing key");
 }
 
+TEST(HostileInput, arraysOfTablesThatGrowInTurnTakeRoomInProportion) {
+  constexpr std::uint32_t count = 1000;
+  const toml::TOMLTable table(repeated("[[x]]\n[[y]]\n", count));
+  EXPECT_EQ(table.array("x").size(), count);
+  EXPECT_EQ(table.array("y").size(), count);
+  EXPECT_LE(table.source->elements.size(), 2 * 4 * count);
+}
+
 TEST(HostileInput, hugeNumbersAreReadOrRefused) {
   const std::string digits(100'000, '1');
   const toml::TOMLTable table("a = 1e999999999999\nb = -1e-999999999999\nc = " + digits + ".0\nd = 0." +

@@ -72,6 +72,7 @@ TEST(TOMLTableRules, tablesOfHeadersAreClosedToDottedKeys) {
       {"[a.b]\nc = 1\n[a]\nb.d = 2", syntax(4, message)},
       {"[a.b.c]\n[a]\nb.c.d = 2", syntax(3, message)},
       {"[a.b.c]\n[a]\nb.d = 2", "no error"},
+      {"[a.b.c]\n[a]\nb.d = 1\nb.e = 2", "no error"},
   });
 }
 
