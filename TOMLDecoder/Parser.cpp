@@ -16,7 +16,7 @@ void checkText(const TOMLDocument& document) {
   using Fault = TOMLError::Reason::Kind;
   if (document.source.size() > TOMLDocument::mostBytes) {
     throw TOMLError(
-        {.kind = Fault::syntax, .lineNumber = 1, .message = "a document of 1 GB or more can't be read"});
+        {.kind = Fault::syntax, .lineNumber = 1, .message = "a document of 1 GiB or more can't be read"});
   }
   const std::size_t valid = UTF8::validPrefix(document.source);
   if (valid < document.source.size()) {

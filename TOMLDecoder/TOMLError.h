@@ -20,7 +20,7 @@ class TOMLError : public std::exception {
       expectedHexCharacters,      ///< `found`
       illegalEscapeCharacter,     ///< `found`
       illegalUCSCode,             ///< `found`
-      internalError,              ///< `lineNumber`
+      internalError,              ///< `lineNumber`: a fault of the reader; none is known
       invalidBool,                ///< `found`
       invalidCharacter,           ///< `found`
       invalidDateTime,            ///< `message`: the text breaks a rule of dates and times
