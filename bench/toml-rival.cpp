@@ -46,7 +46,7 @@ struct Rival {
   using LocalDate = toml::date;
   using LocalTime = toml::time;
 
-  static Parsed parse(const std::string& text) { return toml::parse(text); }
+  static Parsed parse(std::string text) { return toml::parse(std::string_view(text)); }
   static TableReader root(const Parsed& parsed) { return TableReader(parsed); }
 
   static void addTo(Checksum& sum, const toml::date& date) { sum.addDate(date.year, date.month, date.day); }
