@@ -15,13 +15,13 @@ extern char** environ;
 namespace bench {
 namespace {
 
-pid_t start(Command command) {
+pid_t start(Command command, int output) {
   std::vector<char*> arguments;
   for (std::string& word : command) arguments.push_back(word.data());
   arguments.push_back(nullptr);
   posix_spawn_file_actions_t actions;
   ::posix_spawn_file_actions_init(&actions);
-  ::posix_spawn_file_actions_addopen(&actions, 1, "/dev/null", O_WRONLY, 0);
+  ::posix_spawn_file_actions_adddup2(&actions, output, 1);
   pid_t pid = 0;
   const int error = ::posix_spawnp(&pid, arguments[0], &actions, nullptr, arguments.data(), environ);
   ::posix_spawn_file_actions_destroy(&actions);
@@ -30,6 +30,13 @@ pid_t start(Command command) {
     std::exit(1);
   }
   return pid;
+}
+
+/// Ends the program.
+void failUnless(bool succeeded, const Command& command) {
+  if (succeeded) return;
+  std::fprintf(stderr, "bench: %s failed\n", command[0].c_str());
+  std::exit(1);
 }
 
 double seconds(const timeval& time) {
@@ -51,18 +58,33 @@ Timing medians(const std::vector<Timing>& timings) {
 }  // namespace
 
 Timing timed(const Command& command) {
+  static const int nowhere = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
   const auto begin = std::chrono::steady_clock::now();
-  const pid_t pid = start(command);
+  const pid_t pid = start(command, nowhere);
   int status = 0;
   rusage usage{};
   ::wait4(pid, &status, 0, &usage);
   const std::chrono::duration<double> wall = std::chrono::steady_clock::now() - begin;
-  if (status != 0) {
-    std::fprintf(stderr, "bench: %s failed\n", command[0].c_str());
-    std::exit(1);
-  }
+  failUnless(status == 0, command);
   return {wall.count(), seconds(usage.ru_utime) + seconds(usage.ru_stime),
           static_cast<double>(usage.ru_maxrss) / 1024};
+}
+
+std::string outputOf(const Command& command) {
+  int ends[2];
+  failUnless(::pipe2(ends, O_CLOEXEC) == 0, command);
+  const pid_t pid = start(command, ends[1]);
+  ::close(ends[1]);
+  std::string output;
+  char buffer[4096];
+  for (ssize_t count; (count = ::read(ends[0], buffer, sizeof buffer)) > 0;) {
+    output.append(buffer, static_cast<std::size_t>(count));
+  }
+  ::close(ends[0]);
+  int status = 0;
+  ::waitpid(pid, &status, 0);
+  failUnless(status == 0, command);
+  return output;
 }
 
 Outcome compete(const Contest& contest) {
@@ -71,9 +93,9 @@ Outcome compete(const Contest& contest) {
   std::vector<double> ratios;
   for (int pair = 0; pair < contest.pairs; ++pair) {
     contest.beforeEach();
-    rivals.push_back(timed(contest.rival));
+    rivals.push_back(contest.measure(contest.rival));
     contest.beforeEach();
-    subjects.push_back(timed(contest.subject));
+    subjects.push_back(contest.measure(contest.subject));
     ratios.push_back(subjects.back().wallSeconds / rivals.back().wallSeconds);
   }
   return {median(ratios), medians(subjects), medians(rivals)};

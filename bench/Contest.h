@@ -15,8 +15,10 @@ struct Timing {
   double peakMegabytes = 0;
 };
 
-/// Runs a command with its output thrown away. Ends the program if it doesn't succeed.
+/// Runs a command with its output thrown away. Ends the program if it doesn't succeed, as `outputOf` does.
 Timing timed(const Command& command);
+/// What a command prints.
+std::string outputOf(const Command& command);
 
 /// Subject and rival take turns; each turn is a pair.
 struct Contest {
@@ -24,6 +26,7 @@ struct Contest {
   Command rival;
   int pairs = 7;
   std::function<void()> beforeEach = [] {};
+  std::function<Timing(const Command&)> measure = timed;
 };
 
 struct Outcome {
