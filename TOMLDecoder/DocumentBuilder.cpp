@@ -24,10 +24,6 @@ InternalTOMLArray::Kind joined(InternalTOMLArray::Kind kind, ArrayElement elemen
 
 }  // namespace
 
-Entry DocumentBuilder::find(std::uint32_t table, const HashedKey& key) const {
-  return document_.find(table, document_.keyText(key.text), key.hash);
-}
-
 bool DocumentBuilder::addValue(std::uint32_t table, const HashedKey& key, TextRange value) {
   if (find(table, key)) return false;
   add(table, document_.keyValues, &InternalTOMLTable::keyValues, Entry::Kind::value, key,
@@ -61,24 +57,26 @@ void DocumentBuilder::add(std::uint32_t table, FlatList<Pair>& pairs, PairRing I
   pairs.add(pair);
   ends.last = index;
   owner.keyHashBloom |= bloomBits(key.hash);
-  count(owner, {kind, index}, key.text);
+  if (!owner.indexed && owner.keyCountOrIndex < InternalTOMLTable::mostUnindexedKeys) {
+    owner.keyCountOrIndex = (owner.keyCountOrIndex + 1) & 0xFFFFFFF;
+  } else {
+    addToIndex(owner, {kind, index}, key.text);
+  }
 }
 
 /// The table's rings have the entry already.
-void DocumentBuilder::count(InternalTOMLTable& table, Entry entry, TextRange key) {
-  if (table.indexed) {
-    KeyIndex& index = document_.indexes[table.keyCountOrIndex];
-    if (index.isFull()) {
-      index = indexOf(table, index.size() * 2);
-    } else {
-      index.add(indexHash(document_.keyText(key)), entry);
-    }
-  } else if (table.keyCountOrIndex < InternalTOMLTable::mostUnindexedKeys) {
-    table.keyCountOrIndex = (table.keyCountOrIndex + 1) & 0xFFFFFFF;
-  } else {
+void DocumentBuilder::addToIndex(InternalTOMLTable& table, Entry entry, TextRange key) {
+  if (!table.indexed) {
     document_.indexes.push_back(indexOf(table, InternalTOMLTable::mostUnindexedKeys * 2));
     table.indexed = 1;
     table.keyCountOrIndex = static_cast<std::uint32_t>(document_.indexes.size() - 1) & 0xFFFFFFF;
+    return;
+  }
+  KeyIndex& index = document_.indexes[table.keyCountOrIndex];
+  if (index.isFull()) {
+    index = indexOf(table, index.size() * 2);
+  } else {
+    index.add(indexHash(document_.keyText(key)), entry);
   }
 }
 

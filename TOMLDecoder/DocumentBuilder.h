@@ -18,7 +18,9 @@ class DocumentBuilder {
  public:
   explicit DocumentBuilder(TOMLDocument& document) : document_(document) {}
 
-  Entry find(std::uint32_t table, const HashedKey& key) const;
+  Entry find(std::uint32_t table, const HashedKey& key) const {
+    return document_.find(table, key.text, key.hash);
+  }
   /// False, and nothing added, if the table has the key.
   bool addValue(std::uint32_t table, const HashedKey& key, TextRange value);
   /// The index of the new table.
@@ -34,7 +36,7 @@ class DocumentBuilder {
   template <typename Pair>
   void add(std::uint32_t table, FlatList<Pair>& pairs, PairRing InternalTOMLTable::*ring, Entry::Kind kind,
            const HashedKey& key, Pair pair);
-  void count(InternalTOMLTable& table, Entry entry, TextRange key);
+  void addToIndex(InternalTOMLTable& table, Entry entry, TextRange key);
   KeyIndex indexOf(const InternalTOMLTable& table, std::uint32_t size) const;
 
   TOMLDocument& document_;

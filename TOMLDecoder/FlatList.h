@@ -37,7 +37,7 @@ class FlatList {
 
   /// The index of the new item.
   std::uint32_t add(const T& item) {
-    if (size_ == capacity_) setCapacity(capacity_ == 0 ? 8 : capacity_ * std::size_t{2});
+    if (size_ == capacity_) grow();
     items_[size_] = item;
     return size_++;
   }
@@ -50,6 +50,10 @@ class FlatList {
   }
 
   void append(const T* items, std::uint32_t count) {
+    if (count == 1) {
+      add(*items);
+      return;
+    }
     const std::size_t wanted = std::size_t{size_} + count;
     makeRoom(wanted);
     if (count > 0) std::memcpy(items_ + size_, items, count * sizeof(T));
@@ -63,6 +67,9 @@ class FlatList {
   }
 
  private:
+  /// Quickly while it is small: what is taken ahead is given back by `trim`.
+  void grow() { setCapacity(capacity_ == 0 ? 8 : capacity_ * std::size_t{capacity_ < 100'000 ? 4U : 2U}); }
+
   void makeRoom(std::size_t wanted) {
     if (wanted > capacity_) setCapacity(std::max(wanted, capacity_ * std::size_t{2}));
   }

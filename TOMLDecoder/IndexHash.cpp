@@ -24,11 +24,13 @@ Secret drawn() {
 std::uint32_t indexHash(std::string_view key) {
   static const Secret secret = drawn();
   std::uint64_t hash = secret.start ^ key.size();
+  // The last word may hold bytes of the one before it; that harms nothing.
+  const std::uint64_t last = key.size() > 8 ? Words::load(key.data() + key.size() - 8) : packedBytes(key);
   for (; key.size() > 8; key.remove_prefix(8)) {
     hash = (hash ^ Words::load(key.data())) * secret.factor;
     hash ^= hash >> 32;
   }
-  hash = (hash ^ packedBytes(key)) * secret.factor;
+  hash = (hash ^ last) * secret.factor;
   return static_cast<std::uint32_t>(((hash ^ (hash >> 32)) * secret.factor) >> 32);
 }
 

@@ -22,6 +22,8 @@ class Lexer {
   Token nextTokenOnAnyLine(bool dotIsSpecial);
   /// Passes over a comment and the newline; false if anything else stands there.
   bool takeLineEnd();
+  /// What the next token on this line begins with; a zero byte at the end.
+  char nextByte();
   /// True, and passed over, if the next token on this line is this one byte. Quicker than looking which
   /// token comes.
   bool take(char byte);
@@ -84,6 +86,11 @@ inline bool Lexer::takeLineEnd() {
   if (*at_ != '\r') return at_ == end_;
   takeNewline(at_);
   return true;
+}
+
+inline char Lexer::nextByte() {
+  at_ = skipBlank(at_);
+  return *at_;
 }
 
 inline bool Lexer::take(char byte) {

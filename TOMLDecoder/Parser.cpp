@@ -42,13 +42,13 @@ Parser::Parser(TOMLDocument& document, const KeyTransform& keyTransform)
 
 void Parser::parseDocument() {
   for (;;) {
-    token_ = lexer_.nextTokenOnAnyLine(true);
-    if (token_.kind == Kind::eof) return;
-    if (token_.kind == Kind::lbracket) {
+    const Token token = lexer_.nextTokenOnAnyLine(true);
+    if (token.kind == Kind::eof) return;
+    if (token.kind == Kind::lbracket) {
       parseSelect();
       if (!lexer_.takeLineEnd()) lexer_.fail(lexer_.cursor(), "extra chars after ] or ]]");
     } else {
-      parseKeyValue(currentTable_, token_);
+      parseKeyValue(currentTable_, token);
       if (!lexer_.takeLineEnd()) lexer_.fail(lexer_.cursor(), "extra chars after value");
     }
   }
@@ -57,8 +57,8 @@ void Parser::parseDocument() {
 void Parser::parseSelect() {
   const bool isElement = lexer_.takeDirectly('[');
   parseTablePath();
-  if (token_.kind != Kind::rbracket || (isElement && !lexer_.takeDirectly(']'))) {
-    lexer_.fail(token_.text.offset, isElement ? "expected ]] behind the key" : "expected ] behind the key");
+  if (!lexer_.take(']') || (isElement && !lexer_.takeDirectly(']'))) {
+    failAtNextToken(isElement ? "expected ]] behind the key" : "expected ] behind the key");
   }
   std::uint32_t table = 0;
   for (std::size_t index = 0; index + 1 < tablePath_.size(); ++index)
@@ -70,23 +70,26 @@ void Parser::parseSelect() {
   }
 }
 
-/// Leaves the token behind the last key.
 void Parser::parseTablePath() {
   tablePath_.clear();
   do {
     tablePath_.push_back(normalizeKeyAndHash(lexer_.nextToken(true)));
-    token_ = lexer_.nextToken(true);
-  } while (token_.kind == Kind::dot);
+  } while (lexer_.take('.'));
 }
 
 void Parser::parseKeyValue(std::uint32_t table, Token token) {
   HashedKey key = normalizeKeyAndHash(token);
-  while (!lexer_.take('=')) {
-    if (!lexer_.take('.')) lexer_.fail(lexer_.cursor(), "expected = behind the key");
+  while (lexer_.take('.')) {
     table = walkDottedKey(table, key);
     key = normalizeKeyAndHash(lexer_.nextToken(true));
   }
+  if (!lexer_.takeDirectly('=')) lexer_.fail(lexer_.cursor(), "expected = behind the key");
   parseValue(table, key);
+}
+
+/// What is no token at all is told as that.
+void Parser::failAtNextToken(const char* message) {
+  lexer_.fail(lexer_.nextToken(true).text.offset, message);
 }
 
 }  // namespace toml

@@ -38,9 +38,11 @@ class Parser {
   void parseTablePath();
   void parseKeyValue(std::uint32_t table, Token key);
   void parseValue(std::uint32_t table, const HashedKey& key);
-  void openValue(Token token, std::uint32_t table, const HashedKey& key);
+  void openValue(std::uint32_t table, const HashedKey& key);
   void parseNested();
   void parseElements();
+  bool isInArray() const { return !open_.empty() && open_.back().kind == Entry::Kind::array; }
+  void openElement(Entry::Kind kind, std::uint32_t place);
   bool takeArrayEnd();
   void parseInlineTable();
   void parseElement(Token token);
@@ -53,13 +55,13 @@ class Parser {
   void selectNewElement(std::uint32_t parent, const HashedKey& key);
   HashedKey normalizeKeyAndHash(Token token);
   TextRange unquotedKey(Token token);
+  [[noreturn]] void failAtNextToken(const char* message);
   [[noreturn]] void failKeyExists(const HashedKey& key) const;
 
   TOMLDocument& document_;
   const KeyTransform& keyTransform_;
   Lexer lexer_;
   DocumentBuilder builder_;
-  Token token_;
   std::uint32_t currentTable_ = 0;
   std::vector<HashedKey> tablePath_;
   std::vector<Open> open_;

@@ -9,25 +9,26 @@ using Kind = Token::Kind;
 }  // namespace
 
 void Parser::parseValue(std::uint32_t table, const HashedKey& key) {
-  const Token token = lexer_.nextToken(false);
-  if (token.kind == Kind::bareKey || token.kind == Kind::string) {
-    if (!builder_.addValue(table, key, token.text)) failKeyExists(key);
+  const char first = lexer_.nextByte();
+  if (first == '[' || first == '{') {
+    if (builder_.find(table, key)) failKeyExists(key);
+    openValue(table, key);
+    // Inside of other brackets, those who opened them go on.
+    if (open_.size() == 1) parseNested();
     return;
   }
-  if (builder_.find(table, key)) failKeyExists(key);
-  openValue(token, table, key);
-  // Inside of other brackets, those who opened them go on.
-  if (open_.size() == 1) parseNested();
+  const Token token = lexer_.nextToken(false);
+  const bool isValue = token.kind == Kind::bareKey || token.kind == Kind::string;
+  if (!isValue) lexer_.fail(token.text.offset, "expected a value");
+  if (!builder_.addValue(table, key, token.text)) failKeyExists(key);
 }
 
 /// Opens the array or the inline table that is the value of a key.
-void Parser::openValue(Token token, std::uint32_t table, const HashedKey& key) {
-  if (token.kind == Kind::lbracket) {
+void Parser::openValue(std::uint32_t table, const HashedKey& key) {
+  if (lexer_.takeDirectly('[')) {
     open_.push_back({Entry::Kind::array, builder_.addArray(table, key), pending_.size()});
-  } else if (token.kind == Kind::lbrace) {
+  } else if (lexer_.takeDirectly('{')) {
     open_.push_back({Entry::Kind::table, builder_.addTable(table, key, {})});
-  } else {
-    lexer_.fail(token.text.offset, "expected a value");
   }
 }
 
@@ -41,16 +42,18 @@ void Parser::parseNested() {
   }
 }
 
-/// Up to the end of the array, or to the next opening bracket within.
+/// Goes on in the innermost array, and in those around it, as far as no inline table stands in between.
 void Parser::parseElements() {
-  const std::size_t depth = open_.size();
-  if (open_.back().hasContent && takeArrayEnd()) return close();
-  while (open_.size() == depth) {
-    const Token token = lexer_.nextTokenOnAnyLine(false);
-    if (token.kind == Kind::rbracket) return close();
-    open_.back().hasContent = true;
-    parseElement(token);
-    if (open_.size() == depth && takeArrayEnd()) return close();
+  while (isInArray()) {
+    if (open_.back().hasContent && takeArrayEnd()) {
+      close();
+    } else if (lexer_.take('[')) {
+      openElement(Entry::Kind::array, lexer_.cursor() - 1);
+    } else if (const Token token = lexer_.nextTokenOnAnyLine(false); token.kind == Kind::rbracket) {
+      close();
+    } else {
+      parseElement(token);
+    }
   }
 }
 
@@ -66,19 +69,28 @@ bool Parser::takeArrayEnd() {
 }
 
 void Parser::parseElement(Token token) {
-  const std::uint32_t place = token.text.offset;
   if (token.kind == Kind::bareKey || token.kind == Kind::string) {
+    open_.back().hasContent = true;
     pending_.add(ArrayElement::leaf(token.text));
   } else if (token.kind == Kind::lbracket) {
+    openElement(Entry::Kind::array, token.text.offset);
+  } else if (token.kind == Kind::lbrace) {
+    openElement(Entry::Kind::table, token.text.offset);
+  } else {
+    lexer_.fail(token.text.offset, "expected a value");
+  }
+}
+
+void Parser::openElement(Entry::Kind kind, std::uint32_t place) {
+  open_.back().hasContent = true;
+  if (kind == Entry::Kind::array) {
     const std::uint32_t array = document_.arrays.add({});
     pending_.add(ArrayElement::array(array, place));
-    open_.push_back({Entry::Kind::array, array, pending_.size()});
-  } else if (token.kind == Kind::lbrace) {
+    open_.push_back({kind, array, pending_.size()});
+  } else {
     const std::uint32_t table = document_.tables.add({});
     pending_.add(ArrayElement::table(table, place));
-    open_.push_back({Entry::Kind::table, table});
-  } else {
-    lexer_.fail(place, "expected a value");
+    open_.push_back({kind, table});
   }
 }
 
@@ -86,14 +98,10 @@ void Parser::parseElement(Token token) {
 void Parser::parseInlineTable() {
   const std::size_t depth = open_.size();
   while (open_.size() == depth) {
-    Token token = lexer_.nextToken(true);
-    if (token.kind == Kind::rbrace) return close();
-    if (open_.back().hasContent) {
-      if (token.kind != Kind::comma) lexer_.fail(token.text.offset, "expected , or } in an inline table");
-      token = lexer_.nextToken(true);
-    }
+    if (lexer_.take('}')) return close();
+    if (open_.back().hasContent && !lexer_.take(',')) failAtNextToken("expected , or } in an inline table");
     open_.back().hasContent = true;
-    parseKeyValue(open_.back().index, token);
+    parseKeyValue(open_.back().index, lexer_.nextToken(true));
   }
 }
 

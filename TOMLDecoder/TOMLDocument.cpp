@@ -25,13 +25,9 @@ std::uint32_t search(const TOMLDocument& document, const FlatList<Pair>& pairs, 
 
 }  // namespace
 
-std::string_view TOMLDocument::keyText(TextRange key) const {
-  if (key.offset < source.size()) return text(key);
-  return std::string_view(keyTexts).substr(key.offset - source.size(), key.length);
-}
-
 Entry TOMLDocument::find(std::uint32_t table, std::string_view key) const {
-  return find(table, key, fastKeyHash(key));
+  const std::uint64_t hash = fastKeyHash(key);
+  return mayHave(table, hash) ? findPassed(tables[table], key, hash) : Entry();
 }
 
 /// The filter has let the key through.

@@ -33,14 +33,16 @@ struct TOMLDocument {
   LineNumbers lines;
 
   std::string_view text(TextRange value) const { return {source.data() + value.offset, value.length}; }
-  std::string_view keyText(TextRange key) const;
+  std::string_view keyText(TextRange key) const {
+    if (key.offset < source.size()) return text(key);
+    return {keyTexts.data() + (key.offset - source.size()), key.length};
+  }
   std::uint32_t lineNumber(std::size_t place) const { return lines.at(source, place); }
 
   /// The index of a pair in the list that the entry's kind names.
   Entry find(std::uint32_t table, std::string_view key) const;
-  Entry find(std::uint32_t table, std::string_view key, std::uint64_t hash) const {
-    const std::uint64_t bits = bloomBits(hash);
-    return (tables[table].keyHashBloom & bits) == bits ? findPassed(tables[table], key, hash) : Entry();
+  Entry find(std::uint32_t table, TextRange key, std::uint64_t hash) const {
+    return mayHave(table, hash) ? findPassed(tables[table], keyText(key), hash) : Entry();
   }
   TextRange keyOf(Entry entry) const;
   /// Where a pair begins in the source.
@@ -56,6 +58,11 @@ struct TOMLDocument {
   void trim();
 
  private:
+  /// Whether the filter of the table lets a key pass.
+  bool mayHave(std::uint32_t table, std::uint64_t hash) const {
+    const std::uint64_t bits = bloomBits(hash);
+    return (tables[table].keyHashBloom & bits) == bits;
+  }
   Entry findPassed(const InternalTOMLTable& table, std::string_view key, std::uint64_t hash) const;
   Entry findInRings(const InternalTOMLTable& table, std::string_view key, std::uint32_t hash) const;
 };
