@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 #include <string>
+#include <vector>
 
 #include "TOMLDecoder/TOMLError.h"
 #include "TOMLDecoder/TOMLTable.h"
@@ -28,6 +29,21 @@ inline std::string parseErrorOf(const std::string& document) {
 /// Parsing and reading everything.
 inline std::string readErrorOf(const std::string& document) {
   return errorOf([&] { taggedJson(toml::TOMLTable(document)); });
+}
+
+/// A document and what parsing it is to say.
+struct Refused {
+  std::string document;
+  std::string message;
+};
+
+/// Every document is refused while it is parsed, with exactly this text.
+inline void expectErrors(const std::vector<Refused>& documents) {
+  for (const Refused& each : documents) EXPECT_EQ(parseErrorOf(each.document), each.message) << each.document;
+}
+
+inline std::string syntax(int line, const std::string& message) {
+  return "(Line " + std::to_string(line) + ") Syntax error: " + message;
 }
 
 inline std::string tagged(const std::string& type, const std::string& value) {

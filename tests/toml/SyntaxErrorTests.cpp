@@ -1,24 +1,8 @@
 #include "tests/toml/Documents.h"
 
+using documents::expectErrors;
+using documents::syntax;
 using namespace std::string_literals;
-
-namespace {
-
-struct Row {
-  std::string document;
-  std::string message;
-};
-
-/// Every document is refused while it is parsed, with exactly this text.
-void expectErrors(const std::vector<Row>& rows) {
-  for (const Row& row : rows) EXPECT_EQ(documents::parseErrorOf(row.document), row.message) << row.document;
-}
-
-std::string syntax(int line, const std::string& message) {
-  return "(Line " + std::to_string(line) + ") Syntax error: " + message;
-}
-
-}  // namespace
 
 TEST(TOMLSyntax, aLineEndsBehindItsValueAndItsHeader) {
   expectErrors({

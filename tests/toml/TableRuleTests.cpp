@@ -1,19 +1,9 @@
 #include "tests/toml/Documents.h"
 
+using documents::expectErrors;
+using documents::syntax;
+
 namespace {
-
-struct Row {
-  std::string document;
-  std::string message;
-};
-
-void expectErrors(const std::vector<Row>& rows) {
-  for (const Row& row : rows) EXPECT_EQ(documents::parseErrorOf(row.document), row.message) << row.document;
-}
-
-std::string syntax(int line, const std::string& message) {
-  return "(Line " + std::to_string(line) + ") Syntax error: " + message;
-}
 
 std::string exists(int line) {
   return "(Line " + std::to_string(line) + ") Key already exists.";
