@@ -46,7 +46,7 @@ class ReadingPlan {
     return std::string_view(keys_).substr(step.key, step.keyLength);
   }
 
-  /// Every so manieth value and the tables and arrays that it is in. `counted` goes on from document to
+  /// One value out of `each`, and the tables and arrays that it is in. `counted` goes on from document to
   /// document.
   ReadingPlan thinned(std::size_t each, std::size_t& counted) const;
 

@@ -137,7 +137,7 @@ Round bestRound(const std::vector<Document>& documents, const std::vector<Readin
   return best;
 }
 
-/// PROGRAM DOCUMENTS COUNT EACH: reads every so manieth value, none at 0. Prints the seconds of a round and
+/// PROGRAM DOCUMENTS COUNT EACH: reads one value out of EACH, none at 0. Prints the seconds of a round and
 /// the bytes held, both a byte of the text, and the checksum of what was read.
 template <class Library>
 int runReadingTask(int count, char** values) {
