@@ -31,7 +31,8 @@ bool DocumentBuilder::addValue(std::uint32_t table, const HashedKey& key, TextRa
   return true;
 }
 
-std::uint32_t DocumentBuilder::addTable(std::uint32_t table, const HashedKey& key, InternalTOMLTable added) {
+std::uint32_t DocumentBuilder::addTable(std::uint32_t table, const HashedKey& key,
+                                        const InternalTOMLTable& added) {
   const std::uint32_t index = document_.tables.add(added);
   add(table, document_.keyTables, &InternalTOMLTable::tables, Entry::Kind::table, key,
       {key.text, 0, 0, index});

@@ -24,7 +24,7 @@ class DocumentBuilder {
   /// False, and nothing added, if the table has the key.
   bool addValue(std::uint32_t table, const HashedKey& key, TextRange value);
   /// The index of the new table.
-  std::uint32_t addTable(std::uint32_t table, const HashedKey& key, InternalTOMLTable added);
+  std::uint32_t addTable(std::uint32_t table, const HashedKey& key, const InternalTOMLTable& added);
   /// The index of the new, empty array.
   std::uint32_t addArray(std::uint32_t table, const HashedKey& key);
   /// Appends to an array that headers make; others may have grown since its last element was added.

@@ -12,7 +12,7 @@ struct TextRange {
 
 /// A piece of a document. Which line it stands on is counted when somebody asks (`TOMLDocument::lineNumber`).
 struct Token {
-  enum class Kind : std::uint8_t {
+  enum class Kind : std::uint32_t {
     dot,
     comma,
     equal,
@@ -26,8 +26,8 @@ struct Token {
     eof,
   };
 
-  Kind kind = Kind::eof;
   TextRange text;
+  Kind kind = Kind::eof;
 };
 
 }  // namespace toml
