@@ -1,12 +1,14 @@
 # What the doors `try`, `room` and `check` have in common. Sourced from the top folder.
 
-release=build/release
+# Which preset shows the program; ./check shows the one that it has built already.
+shown=${QUARN_PRESET:-release}
+release=build/$shown
 
 # Builds the program and the room, quietly unless something is wrong.
 build_release() {
   packaging/prepare build
   build_log=$(mktemp)
-  if ! { cmake --preset release && cmake --build --preset release; } >"$build_log" 2>&1; then
+  if ! { cmake --preset "$shown" && cmake --build --preset "$shown"; } >"$build_log" 2>&1; then
     cat "$build_log" >&2
     rm -f "$build_log"
     echo "quarn: the build failed" >&2
