@@ -68,19 +68,22 @@ void DocumentBuilder::add(std::uint32_t table, FlatList<Pair>& pairs, PairRing I
 /// The table's rings have the entry already.
 void DocumentBuilder::addToIndex(InternalTOMLTable& table, Entry entry, TextRange key) {
   if (!table.indexed) {
-    document_.indexes.push_back(indexOf(table));
+    document_.indexes.push_back(indexOf(table, InternalTOMLTable::mostUnindexedKeys * 2));
     table.indexed = 1;
     table.keyCountOrIndex = static_cast<std::uint32_t>(document_.indexes.size() - 1) & 0xFFFFFFF;
     return;
   }
   KeyIndex& index = document_.indexes[table.keyCountOrIndex];
-  if (index.isFull()) index = index.grown();
-  index.add(indexHash(document_.keyText(key)), entry);
+  if (index.isFull()) {
+    index = indexOf(table, index.size() * 2);
+  } else {
+    index.add(indexHash(document_.keyText(key)), entry);
+  }
 }
 
-/// Made from the rings.
-KeyIndex DocumentBuilder::indexOf(const InternalTOMLTable& table) const {
-  KeyIndex index(std::bit_ceil(InternalTOMLTable::mostUnindexedKeys * 2));
+/// Made from the rings, whose order is that of the pairs in memory.
+KeyIndex DocumentBuilder::indexOf(const InternalTOMLTable& table, std::uint32_t size) const {
+  KeyIndex index(std::bit_ceil(size));
   const auto addAll = [&](const auto& pairs, PairRing ring, Entry::Kind kind) {
     forEachPair(pairs, ring, [&](std::uint32_t pair) {
       index.add(indexHash(document_.keyText(pairs[pair].key)), {kind, pair});

@@ -37,7 +37,7 @@ class DocumentBuilder {
   void add(std::uint32_t table, FlatList<Pair>& pairs, PairRing InternalTOMLTable::*ring, Entry::Kind kind,
            const HashedKey& key, Pair pair);
   void addToIndex(InternalTOMLTable& table, Entry entry, TextRange key);
-  KeyIndex indexOf(const InternalTOMLTable& table) const;
+  KeyIndex indexOf(const InternalTOMLTable& table, std::uint32_t size) const;
 
   TOMLDocument& document_;
 };

@@ -8,51 +8,45 @@
 
 namespace toml {
 
-/// Finds the entries of a large table by the `indexHash` of a key, which stands beside each of them, so that
-/// nearly no other entry is looked at on the way.
+/// Finds the entries of a large table by the `indexHash` of a key. Every slot has a byte of the hash beside
+/// it, so that nearly no other entry is looked at on the way. It doesn't grow; a larger one is made anew.
 class KeyIndex {
  public:
   /// `size` is a power of two.
-  explicit KeyIndex(std::uint32_t size) : shift_(32 - std::countr_zero(size)) { slots_.resize(size, {}); }
-
-  bool isFull() const { return count_ * std::uint64_t{5} >= slots_.size() * std::uint64_t{4}; }
-
-  /// One of twice the size with the same entries.
-  KeyIndex grown() const {
-    KeyIndex larger(slots_.size() * 2);
-    for (const Slot& slot : slots_) {
-      if (slot.entry) larger.add(slot.hash, slot.entry);
-    }
-    return larger;
+  explicit KeyIndex(std::uint32_t size) : shift_(32 - std::countr_zero(size)) {
+    tags_.resize(size, 0);
+    entries_.resize(size, {});
   }
+
+  std::uint32_t size() const { return tags_.size(); }
+  bool isFull() const { return count_ * std::uint64_t{5} >= tags_.size() * std::uint64_t{4}; }
 
   /// `isIt` tells whether an entry has the key.
   template <typename IsIt>
   Entry find(std::uint32_t hash, const IsIt& isIt) const {
-    for (std::uint32_t at = home(hash); slots_[at].entry; at = after(at)) {
-      if (slots_[at].hash == hash && isIt(slots_[at].entry)) return slots_[at].entry;
+    for (std::uint32_t slot = home(hash); tags_[slot] != 0; slot = after(slot)) {
+      if (tags_[slot] == tagOf(hash) && isIt(entries_[slot])) return entries_[slot];
     }
     return {};
   }
 
   /// It isn't full, and has no entry of this key.
   void add(std::uint32_t hash, Entry entry) {
-    std::uint32_t at = home(hash);
-    while (slots_[at].entry) at = after(at);
-    slots_[at] = {hash, entry};
+    std::uint32_t slot = home(hash);
+    while (tags_[slot] != 0) slot = after(slot);
+    tags_[slot] = tagOf(hash);
+    entries_[slot] = entry;
     ++count_;
   }
 
  private:
-  struct Slot {
-    std::uint32_t hash = 0;
-    Entry entry{};  ///< of no kind in a free slot
-  };
+  static std::uint8_t tagOf(std::uint32_t hash) { return static_cast<std::uint8_t>(hash | 1); }
 
   std::uint32_t home(std::uint32_t hash) const { return hash >> shift_; }
-  std::uint32_t after(std::uint32_t at) const { return (at + 1) & (slots_.size() - 1); }
+  std::uint32_t after(std::uint32_t slot) const { return (slot + 1) & (tags_.size() - 1); }
 
-  FlatList<Slot> slots_;
+  FlatList<std::uint8_t> tags_;  ///< 0 marks a free slot
+  FlatList<Entry> entries_;
   std::uint32_t count_ = 0;
   int shift_;
 };

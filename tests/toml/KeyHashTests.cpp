@@ -3,7 +3,6 @@
 
 #include "TOMLDecoder/IndexHash.h"
 #include "TOMLDecoder/KeyHash.h"
-#include "TOMLDecoder/KeyIndex.h"
 #include "tests/toml/Documents.h"
 
 using toml::fastKeyHash;
@@ -112,27 +111,6 @@ TEST(Tables, keysOfOneHashAreToldApartByTheirText) {
       EXPECT_EQ(both.value<std::int64_t>(one), 1);
       EXPECT_EQ(both.value<std::int64_t>(other), 2);
     }
-  }
-}
-
-TEST(KeyIndex, entriesOfOneHashAreToldApartByWhoAsksAndStayWhenItGrows) {
-  using toml::Entry;
-  toml::KeyIndex index(8);
-  for (std::uint32_t number = 0; number < 6; ++number) index.add(7, {Entry::Kind::value, number});
-  EXPECT_FALSE(index.isFull());
-  index.add(0xFFFFFFFF, {Entry::Kind::table, 6});
-  EXPECT_TRUE(index.isFull());
-  const toml::KeyIndex larger = index.grown();
-  EXPECT_FALSE(larger.isFull());
-  for (const toml::KeyIndex* each : {static_cast<const toml::KeyIndex*>(&index), &larger}) {
-    for (std::uint32_t number = 0; number < 6; ++number) {
-      const Entry found = each->find(7, [number](Entry entry) { return entry.index == number; });
-      EXPECT_EQ(found.kind, Entry::Kind::value);
-      EXPECT_EQ(found.index, number);
-    }
-    EXPECT_FALSE(each->find(7, [](Entry) { return false; }));
-    EXPECT_FALSE(each->find(8, [](Entry) { return true; }));
-    EXPECT_EQ(each->find(0xFFFFFFFF, [](Entry) { return true; }).index, 6u);
   }
 }
 
