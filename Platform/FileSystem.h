@@ -22,7 +22,8 @@ enum class FileKind {
   unknown,  ///< everything else, a FIFO among it
 };
 
-/// Tells a folder from every other one while it exists.
+/// Tells a folder, or a file that isn't empty, from every other one while it exists. Some volumes give all
+/// empty files one number.
 struct FileIdentity {
   std::int32_t device = 0;
   std::uint64_t inode = 0;
@@ -62,6 +63,8 @@ class WalkItem {
   /// Those of the item at the same place below another root, such as the copy of a tree. The way there
   /// is looked up once a folder and not once an item.
   virtual Result<FileAttributes> attributesBelow(const Path& otherRoot) const = 0;
+  /// As `FileSystem::obstacleToRemoval` tells it.
+  virtual std::optional<PlatformError> obstacleToRemoval() const = 0;
 };
 
 /// Who is called on a walk.
@@ -110,6 +113,10 @@ class FileSystem {
   /// All bytes of a regular file; follows links. Missing: `fileReadNoSuchFile`. Anything else, a folder
   /// or a FIFO: `fileReadUnknown`. More than 256 MB: `fileReadTooLarge`.
   virtual Result<std::string> read(const Path& file) const = 0;
+  /// What would stop `remove` at this item, as far as that can be told without trying: it is locked, a
+  /// volume is mounted on it, its folder keeps it, or it is a folder that holds something and may not be
+  /// changed. Tells nothing of what lies below, and nothing stands in the way of an item that isn't there.
+  virtual std::optional<PlatformError> obstacleToRemoval(const Path& item) const = 0;
 
   // Changing.
 
@@ -118,19 +125,35 @@ class FileSystem {
   virtual Result<void> createFolder(const Path& folder) = 0;
   /// `target` is stored as it is. Anything at `link`, a dangling link too: `fileWriteFileExists`.
   virtual Result<void> createLink(const Path& link, const std::string& target) = 0;
+  /// Makes an empty folder or an empty file, for its owner alone, where nothing stands; so of several
+  /// programs that want one place, only one gets it. Anything there, a dangling link too:
+  /// `fileWriteFileExists`.
+  virtual Result<void> claim(const Path& place, FileKind folderOrRegular) = 0;
   /// A folder goes with its contents, a link goes by itself. Stops at the first failure, with a part
-  /// removed; the error names `item`, whatever stood in the way below it.
+  /// removed; the error names `item`, whatever stood in the way below it. Never enters another volume
+  /// that is mounted inside: that is such a failure.
   virtual Result<void> remove(const Path& item) = 0;
-  /// A rename on one volume; elsewhere a copy, then removal of the source. A failed copy removes what
-  /// it made; a failed removal leaves both. Anything at `destination`, a dangling link too:
-  /// `fileWriteFileExists`. A link moves as a link; between volumes, names of one hard-linked file become
-  /// files of their own, and the source is removed only when the other volume holds the copy.
-  virtual Result<void> move(const Path& source, const Path& destination) = 0;
+  /// Removes a link, dangling or not, and nothing else: anything else stays, and a folder that took the
+  /// link's place a moment ago stays too. Not a link: `fileWriteUnknown`.
+  virtual Result<void> removeLink(const Path& link) = 0;
+  /// Gives an item another place on its volume, a link as a link. True if it was done; false, with nothing
+  /// changed, if the destination lies on another volume. Anything at `destination`, a dangling link too:
+  /// `fileWriteFileExists`.
+  virtual Result<bool> rename(const Path& source, const Path& destination) = 0;
+  /// Copies an item with everything below it, links as links, to a place where nothing stands: anything
+  /// there is `fileWriteFileExists`. Keeps modes, times, attributes and holes, and the owner where that is
+  /// allowed; what the other volume has no place for, and attributes that only the system may set, are
+  /// left out. Names of one hard-linked file become files of their own. A socket, a device and a volume
+  /// mounted inside can't be copied. A failure removes what was made.
+  virtual Result<void> copy(const Path& source, const Path& destination) = 0;
+  /// Gives a folder or a file the mode, times and attributes of another one, by the rules of `copy`.
+  virtual Result<void> copyAttributes(const Path& source, const Path& destination) = 0;
   /// The whole new content or the whole old one, never a part: a file beside it, then a rename. A link
   /// at `file` is replaced by a file. Keeps the mode of what it replaces.
   virtual Result<void> writeAtomically(const Path& file, std::string_view content) = 0;
   /// Returns when all that has been written to the volume of `item` has reached it, and not only the
-  /// system's memory. A volume that is gone, or failed meanwhile, is an error.
+  /// system's memory. A volume that is gone, or failed meanwhile, is an error. A volume that can't be asked
+  /// for that, such as one on a network, is asked to write out the item or the folder that holds it.
   virtual Result<void> flush(const Path& item) = 0;
 };
 

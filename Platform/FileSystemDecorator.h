@@ -22,14 +22,27 @@ class FileSystemDecorator : public FileSystem {
     inner_.walk(root, hidden, visitor);
   }
   Result<std::string> read(const Path& file) const override { return inner_.read(file); }
+  std::optional<PlatformError> obstacleToRemoval(const Path& item) const override {
+    return inner_.obstacleToRemoval(item);
+  }
 
   Result<void> createFolder(const Path& folder) override { return inner_.createFolder(folder); }
   Result<void> createLink(const Path& link, const std::string& target) override {
     return inner_.createLink(link, target);
   }
+  Result<void> claim(const Path& place, FileKind folderOrRegular) override {
+    return inner_.claim(place, folderOrRegular);
+  }
   Result<void> remove(const Path& item) override { return inner_.remove(item); }
-  Result<void> move(const Path& source, const Path& destination) override {
-    return inner_.move(source, destination);
+  Result<void> removeLink(const Path& link) override { return inner_.removeLink(link); }
+  Result<bool> rename(const Path& source, const Path& destination) override {
+    return inner_.rename(source, destination);
+  }
+  Result<void> copy(const Path& source, const Path& destination) override {
+    return inner_.copy(source, destination);
+  }
+  Result<void> copyAttributes(const Path& source, const Path& destination) override {
+    return inner_.copyAttributes(source, destination);
   }
   Result<void> writeAtomically(const Path& file, std::string_view content) override {
     return inner_.writeAtomically(file, content);

@@ -3,6 +3,7 @@
 #include "Platform/Applications.h"
 #include "Platform/Clock.h"
 #include "Platform/FileSystem.h"
+#include "Platform/Locks.h"
 #include "Platform/Places.h"
 #include "Platform/Processes.h"
 #include "Platform/Trash.h"
@@ -20,12 +21,13 @@ struct Platform {
   Trash& trash;
   Clock& clock;
   Places& places;
+  Locks& locks;
 };
 
 /// `platform` with another answer to all that concerns files. Both must outlive it.
 inline Platform with(const Platform& platform, FileSystem& files) {
   return {files,          platform.processes, platform.volumes, platform.applications,
-          platform.trash, platform.clock,     platform.places};
+          platform.trash, platform.clock,     platform.places,  platform.locks};
 }
 
 /// The operating system that this program runs on.

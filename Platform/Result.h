@@ -38,6 +38,8 @@ class [[nodiscard]] Result {
     if (!succeeded()) return std::nullopt;
     return std::get<0>(std::move(outcome_));
   }
+  /// For steps whose failure must not matter: says so at the call.
+  void orIgnore() const {}
 
  private:
   std::variant<Value, PlatformError> outcome_;

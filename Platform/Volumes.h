@@ -28,6 +28,8 @@ class Volumes {
   virtual ~Volumes() = default;
   /// Mount points in the system's order, hidden volumes left out.
   virtual Result<std::vector<Path>> mounted() const = 0;
+  /// Every place at which something is mounted, hidden volumes and what isn't a drive included.
+  virtual Result<std::vector<Path>> mountPoints() const = 0;
   /// Of the volume that holds `item`, which must exist.
   virtual Result<VolumeProperties> properties(const Path& item) const = 0;
 };

@@ -1,4 +1,4 @@
-#include "Platform/linux/ExclusiveRename.h"
+#include "Platform/posix/ExclusiveRename.h"
 
 #include <cerrno>
 #include <cstdio>

@@ -8,8 +8,15 @@
 namespace quarn {
 namespace {
 
-bool isLeftBehind(int errnoValue) {
-  return errnoValue == ENOTSUP || errnoValue == EPERM || errnoValue == EACCES || errnoValue == ENODATA;
+/// The person's own; the other name spaces belong to the system (xattr(7)).
+bool isPersons(const char* name) {
+  return std::strncmp(name, "user.", 5) == 0;
+}
+
+/// ENODATA: another program has removed it meanwhile.
+bool isLeftBehind(int errnoValue, const char* name) {
+  const bool isRefused = errnoValue == EPERM || errnoValue == EACCES;
+  return errnoValue == ENOTSUP || errnoValue == ENODATA || (isRefused && !isPersons(name));
 }
 
 /// Asks for the size, then for the bytes, again if they grew in between. False with `errno` set.
@@ -34,7 +41,7 @@ int copyOne(int source, int destination, const char* name) {
   const bool wasRead = readGrowing(
       value, [&](char* bytes, std::size_t size) { return ::fgetxattr(source, name, bytes, size); });
   if (wasRead && ::fsetxattr(destination, name, value.data(), value.size(), 0) == 0) return 0;
-  return isLeftBehind(errno) ? 0 : errno;
+  return isLeftBehind(errno, name) ? 0 : errno;
 }
 
 }  // namespace
@@ -42,7 +49,7 @@ int copyOne(int source, int destination, const char* name) {
 int copyExtendedAttributes(int source, int destination) {
   std::string names;
   if (!readGrowing(names, [&](char* bytes, std::size_t size) { return ::flistxattr(source, bytes, size); }))
-    return isLeftBehind(errno) ? 0 : errno;
+    return errno == ENOTSUP ? 0 : errno;
   for (const char* name = names.data(); name < names.data() + names.size(); name += std::strlen(name) + 1) {
     if (const int error = copyOne(source, destination, name)) return error;
   }

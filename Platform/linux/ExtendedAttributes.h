@@ -2,8 +2,9 @@
 
 namespace quarn {
 
-/// Copies the extended attributes between open items. Attributes that the other file system doesn't
-/// keep, or that only the system may set, are left behind. Gives 0 or the number of the failure.
+/// Copies the extended attributes between open items. A file system that keeps none at all gets none, and
+/// attributes that only the system may set are left behind; one of the person's own ("user.…") that can't
+/// be given is a failure. Gives 0 or the number of the failure.
 int copyExtendedAttributes(int source, int destination);
 
 }  // namespace quarn

@@ -4,6 +4,7 @@
 #include "Platform/linux/LinuxPlaces.h"
 #include "Platform/linux/LinuxTrash.h"
 #include "Platform/linux/LinuxVolumes.h"
+#include "Platform/posix/FolderLocks.h"
 #include "Platform/posix/PosixProcesses.h"
 #include "Platform/posix/StandardStreams.h"
 #include "Platform/posix/SystemClock.h"
@@ -21,7 +22,8 @@ struct Host {
   LinuxPlaces places;
   LinuxTrash trash{places};
   SystemClock clock;
-  Platform platform{files, processes, volumes, applications, trash, clock, places};
+  FolderLocks locks;
+  Platform platform{files, processes, volumes, applications, trash, clock, places, locks};
 };
 
 }  // namespace

@@ -8,8 +8,6 @@ class LinuxFileSystem : public PosixFileSystem {
  public:
   Path resolvingLinks(const Path& path) const override;
   Path standardized(const Path& path) const override;
-  Result<void> remove(const Path& item) override;
-  Result<void> move(const Path& source, const Path& destination) override;
 };
 
 }  // namespace quarn

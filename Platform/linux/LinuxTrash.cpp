@@ -6,8 +6,8 @@
 #include <sys/stat.h>
 
 #include "Platform/CocoaError.h"
-#include "Platform/linux/ExclusiveRename.h"
 #include "Platform/linux/TrashFolder.h"
+#include "Platform/posix/ExclusiveRename.h"
 #include "Platform/posix/PathAt.h"
 #include "Platform/posix/ResolvedPath.h"
 #include "Platform/posix/VolumeName.h"

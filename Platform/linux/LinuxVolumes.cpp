@@ -53,6 +53,11 @@ Result<std::vector<Path>> LinuxVolumes::mounted() const {
   return mountPoints;
 }
 
+Result<std::vector<Path>> LinuxVolumes::mountPoints() const {
+  if (auto found = MountTable::mountPoints()) return *std::move(found);
+  return readError(errno, Path("/etc/mtab"));
+}
+
 Result<VolumeProperties> LinuxVolumes::properties(const Path& item) const {
   struct statvfs status;
   if (const int error = volumeStatus(item, status)) return readError(error, item);

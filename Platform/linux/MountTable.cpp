@@ -12,6 +12,20 @@ struct CloseTable {
   void operator()(FILE* table) const { ::endmntent(table); }
 };
 
+constexpr const char* customaryTable = "/etc/mtab";
+constexpr const char* kernelsTable = "/proc/self/mounts";
+
+/// False if the table can't be read; then `errno` tells why.
+template <class Take>
+bool forEachEntry(const char* table, Take take) {
+  const std::unique_ptr<FILE, CloseTable> file(::setmntent(table, "re"));
+  if (!file) return false;
+  mntent entry;
+  std::vector<char> line(16 * 1024);
+  while (::getmntent_r(file.get(), &entry, line.data(), static_cast<int>(line.size()))) take(entry);
+  return true;
+}
+
 const Path startupMountPoint("/");
 const Path volumesFolder("/Volumes");
 
@@ -44,26 +58,30 @@ bool MountedVolume::isHidden() const {
 
 std::optional<std::vector<MountedVolume>> MountTable::volumes() {
   // A system that was just unpacked may lack the customary name of the kernel's table.
-  auto found = volumesIn("/etc/mtab");
-  return found ? found : volumesIn("/proc/self/mounts");
+  auto found = volumesIn(customaryTable);
+  return found ? found : volumesIn(kernelsTable);
 }
 
 std::optional<std::vector<MountedVolume>> MountTable::volumesIn(const char* table) {
-  const std::unique_ptr<FILE, CloseTable> file(::setmntent(table, "re"));
-  if (!file) return std::nullopt;
   std::vector<MountedVolume> volumes;
-  mntent entry;
-  std::vector<char> line(16 * 1024);
-  while (::getmntent_r(file.get(), &entry, line.data(), static_cast<int>(line.size()))) {
+  const bool wasRead = forEachEntry(table, [&volumes](const mntent& entry) {
     const Path mountPoint(entry.mnt_dir);
     if (isVolume(mountPoint))
       add(volumes, {mountPoint, entry.mnt_type, ::hasmntopt(&entry, MNTOPT_RO) != nullptr});
-  }
+  });
+  if (!wasRead) return std::nullopt;
   // Inside a changed root the table need not name it.
   const auto isStartup = [](const auto& volume) { return volume.mountPoint == startupMountPoint; };
   if (std::none_of(volumes.begin(), volumes.end(), isStartup))
     volumes.insert(volumes.begin(), {startupMountPoint, "", false});
   return volumes;
+}
+
+std::optional<std::vector<Path>> MountTable::mountPoints() {
+  std::vector<Path> mountPoints;
+  const auto keep = [&mountPoints](const mntent& entry) { mountPoints.emplace_back(entry.mnt_dir); };
+  if (!forEachEntry(customaryTable, keep) && !forEachEntry(kernelsTable, keep)) return std::nullopt;
+  return mountPoints;
 }
 
 MountedVolume MountTable::holding(const std::vector<MountedVolume>& volumes, const Path& path) {

@@ -27,6 +27,9 @@ namespace MountTable {
 std::optional<std::vector<MountedVolume>> volumes();
 std::optional<std::vector<MountedVolume>> volumesIn(const char* table);
 
+/// The place of every mount in the table, in its order. Nothing if it can't be read; then `errno` tells why.
+std::optional<std::vector<Path>> mountPoints();
+
 /// The volume below which a path without links lies; by its text alone.
 MountedVolume holding(const std::vector<MountedVolume>& volumes, const Path& path);
 

@@ -4,6 +4,7 @@
 #include "Platform/macos/MacPlaces.h"
 #include "Platform/macos/MacTrash.h"
 #include "Platform/macos/MacVolumes.h"
+#include "Platform/posix/FolderLocks.h"
 #include "Platform/posix/PosixProcesses.h"
 #include "Platform/posix/StandardStreams.h"
 #include "Platform/posix/SystemClock.h"
@@ -21,7 +22,8 @@ struct Host {
   MacPlaces places;
   MacTrash trash;
   SystemClock clock;
-  Platform platform{files, processes, volumes, applications, trash, clock, places};
+  FolderLocks locks;
+  Platform platform{files, processes, volumes, applications, trash, clock, places, locks};
 };
 
 }  // namespace

@@ -7,6 +7,7 @@ namespace quarn {
 class MacVolumes : public Volumes {
  public:
   Result<std::vector<Path>> mounted() const override;
+  Result<std::vector<Path>> mountPoints() const override;
   Result<VolumeProperties> properties(const Path& item) const override;
 };
 

@@ -1,6 +1,8 @@
 #include "Platform/macos/MacVolumes.h"
 
 #include <cerrno>
+#include <cstdlib>
+#include <sys/mount.h>
 
 #include "Platform/macos/FoundationError.h"
 #include "Platform/macos/FoundationText.h"
@@ -37,6 +39,17 @@ Result<std::vector<Path>> MacVolumes::mounted() const {
     for (NSURL* url in found) mountPoints.push_back(pathOf(url));
     return mountPoints;
   }
+}
+
+Result<std::vector<Path>> MacVolumes::mountPoints() const {
+  // The array belongs to the caller (getmntinfo_r_np(3)).
+  struct statfs* table = nullptr;
+  const int count = ::getmntinfo_r_np(&table, MNT_NOWAIT);
+  if (count <= 0) return CocoaError::fromErrno(Operation::listFolder, errno, Path("/Volumes"));
+  std::vector<Path> mountPoints;
+  for (int i = 0; i < count; ++i) mountPoints.emplace_back(table[i].f_mntonname);
+  std::free(table);
+  return mountPoints;
 }
 
 Result<VolumeProperties> MacVolumes::properties(const Path& item) const {

@@ -7,12 +7,16 @@
 #include "Platform/CocoaError.h"
 #include "Platform/posix/AtomicWrite.h"
 #include "Platform/posix/DirectoryReader.h"
+#include "Platform/posix/ExclusiveRename.h"
 #include "Platform/posix/FileReader.h"
 #include "Platform/posix/FolderMaker.h"
 #include "Platform/posix/HiddenFlag.h"
 #include "Platform/posix/ItemAttributes.h"
 #include "Platform/posix/LinkText.h"
 #include "Platform/posix/PathAt.h"
+#include "Platform/posix/RemovalObstacle.h"
+#include "Platform/posix/TreeCopier.h"
+#include "Platform/posix/TreeRemover.h"
 #include "Platform/posix/TreeWalker.h"
 #include "Platform/posix/VolumeFlush.h"
 #include "Platform/posix/WriteError.h"
@@ -25,6 +29,25 @@ using CocoaError::Operation;
 bool follow(const Path& path, struct stat& status) {
   const PathAt at(path);
   return !at.error() && ::fstatat(at.folder(), at.name(), &status, 0) == 0;
+}
+
+/// 0, or the number of the failure.
+int makeEmpty(const PathAt& place, FileKind folderOrRegular) {
+  if (place.error()) return place.error();
+  if (folderOrRegular == FileKind::directory)
+    return ::mkdirat(place.folder(), place.name(), 0700) == 0 ? 0 : errno;
+  const Descriptor made(
+      ::openat(place.folder(), place.name(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
+  return made.isOpen() ? 0 : errno;
+}
+
+/// `unlinkat` refuses a folder, so a tree that takes the link's place after the look stays.
+int unlinkLink(const PathAt& link) {
+  if (link.error()) return link.error();
+  struct stat status;
+  if (::fstatat(link.folder(), link.name(), &status, AT_SYMLINK_NOFOLLOW) != 0) return errno;
+  if (!S_ISLNK(status.st_mode)) return EINVAL;
+  return ::unlinkat(link.folder(), link.name(), 0) == 0 ? 0 : errno;
 }
 
 }  // namespace
@@ -80,6 +103,12 @@ Result<std::string> PosixFileSystem::read(const Path& file) const {
   return content;
 }
 
+std::optional<PlatformError> PosixFileSystem::obstacleToRemoval(const Path& item) const {
+  const int error = removalObstacle(item);
+  if (error == 0) return std::nullopt;
+  return CocoaError::fromErrno(Operation::remove, error, item);
+}
+
 Result<void> PosixFileSystem::createFolder(const Path& folder) {
   return makeFolder(folder);
 }
@@ -89,6 +118,44 @@ Result<void> PosixFileSystem::createLink(const Path& link, const std::string& ta
   if (at.error()) return writeError(Operation::save, at.error(), link);
   if (::symlinkat(target.c_str(), at.folder(), at.name()) == 0) return {};
   return writeError(Operation::save, errno, link);
+}
+
+Result<void> PosixFileSystem::claim(const Path& place, FileKind folderOrRegular) {
+  const int error = makeEmpty(PathAt(place), folderOrRegular);
+  if (error == 0) return {};
+  return writeError(Operation::save, error, place);
+}
+
+Result<void> PosixFileSystem::remove(const Path& item) {
+  const int error = removeTree(PathAt(item));
+  if (error == 0) return {};
+  return CocoaError::fromErrno(Operation::remove, error, item);
+}
+
+Result<void> PosixFileSystem::removeLink(const Path& link) {
+  const int error = unlinkLink(PathAt(link));
+  if (error == 0) return {};
+  return CocoaError::fromErrno(Operation::remove, error, link);
+}
+
+Result<bool> PosixFileSystem::rename(const Path& source, const Path& destination) {
+  const PathAt from(source), to(destination);
+  int error = from.error() ? from.error() : to.error();
+  if (error == 0) error = renameExclusively(from.folder(), from.name(), to.folder(), to.name());
+  if (error == 0 || error == EXDEV) return error == 0;
+  return writeError(Operation::move, error, source, destination);
+}
+
+Result<void> PosixFileSystem::copy(const Path& source, const Path& destination) {
+  const int error = copyTree(PathAt(source), PathAt(destination), destination.parent());
+  if (error == 0) return {};
+  return writeError(Operation::copy, error, source, destination);
+}
+
+Result<void> PosixFileSystem::copyAttributes(const Path& source, const Path& destination) {
+  const int error = copyItemMetadata(PathAt(source), PathAt(destination));
+  if (error == 0) return {};
+  return writeError(Operation::copy, error, source, destination);
 }
 
 Result<void> PosixFileSystem::writeAtomically(const Path& file, std::string_view content) {

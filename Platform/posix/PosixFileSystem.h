@@ -4,8 +4,8 @@
 
 namespace quarn {
 
-/// What both systems do alike, by calls that take the bytes of a path as they are. Resolving, removing
-/// and moving are left to each.
+/// What both systems do alike, by calls that take the bytes of a path as they are. Resolving is left to
+/// each.
 class PosixFileSystem : public FileSystem {
  public:
   bool exists(const Path& path) const override;
@@ -15,9 +15,16 @@ class PosixFileSystem : public FileSystem {
   Result<std::vector<std::string>> list(const Path& folder, Hidden hidden) const override;
   void walk(const Path& root, Hidden hidden, WalkVisitor& visitor) const override;
   Result<std::string> read(const Path& file) const override;
+  std::optional<PlatformError> obstacleToRemoval(const Path& item) const override;
 
   Result<void> createFolder(const Path& folder) override;
   Result<void> createLink(const Path& link, const std::string& target) override;
+  Result<void> claim(const Path& place, FileKind folderOrRegular) override;
+  Result<void> remove(const Path& item) override;
+  Result<void> removeLink(const Path& link) override;
+  Result<bool> rename(const Path& source, const Path& destination) override;
+  Result<void> copy(const Path& source, const Path& destination) override;
+  Result<void> copyAttributes(const Path& source, const Path& destination) override;
   Result<void> writeAtomically(const Path& file, std::string_view content) override;
   Result<void> flush(const Path& item) override;
 };

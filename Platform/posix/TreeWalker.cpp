@@ -9,6 +9,8 @@
 #include "Platform/posix/HiddenFlag.h"
 #include "Platform/posix/ItemAttributes.h"
 #include "Platform/posix/PathAt.h"
+#include "Platform/posix/RemovalObstacle.h"
+#include "Platform/posix/SearchOnly.h"
 #include "Platform/posix/TreeDescent.h"
 
 namespace quarn {
@@ -28,12 +30,6 @@ class FolderBelow {
   }
 
  private:
-#ifdef O_PATH
-  static constexpr int searchOnly = O_PATH;
-#else
-  static constexpr int searchOnly = O_SEARCH;
-#endif
-
   std::string path_;
   Descriptor folder_;
 };
@@ -79,6 +75,12 @@ class Walk : public TreeWork, private WalkItem {
 
   Result<FileAttributes> attributesBelow(const Path& otherRoot) const override {
     return attributesAt(other_.at(otherRoot, folderPath_), otherRoot);
+  }
+
+  std::optional<PlatformError> obstacleToRemoval() const override {
+    const int error = removalObstacle(folder_, name_);
+    if (error == 0) return std::nullopt;
+    return CocoaError::fromErrno(CocoaError::Operation::remove, error, root_.appending(path_));
   }
 
   Result<FileAttributes> attributesAt(int folder, const Path& root) const {

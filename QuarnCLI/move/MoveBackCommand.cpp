@@ -3,6 +3,7 @@
 #include "QuarnCLI/CLIError.h"
 #include "QuarnCLI/Console.h"
 #include "QuarnCLI/move/MoveCommands.h"
+#include "QuarnCLI/move/TakenTurn.h"
 #include "QuarnCore/move/MoverEngine.h"
 
 namespace quarn::MoveBackCommand {
@@ -44,6 +45,7 @@ ExitStatus run(const Invocation& invocation) {
         "       move back /Applications/Capo.app");
   }
   const Path item = resolveSymlinkURL(platform, *text);
+  const TakenTurn turn(platform);
   requireLink(platform, item);
   try {
     MoverEngine::restore(platform, item);

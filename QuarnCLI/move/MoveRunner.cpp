@@ -1,11 +1,11 @@
 #include "QuarnCLI/move/MoveRunner.h"
 
-#include <algorithm>
 #include <cstdio>
 
-#include "QuarnCLI/CLIError.h"
 #include "QuarnCLI/Console.h"
+#include "QuarnCLI/move/TakenTurn.h"
 #include "QuarnCore/foundation/SizeCalculator.h"
+#include "QuarnCore/move/ChosenVolume.h"
 #include "QuarnCore/move/MoverEngine.h"
 
 namespace quarn::MoveRunner {
@@ -33,21 +33,19 @@ std::string elapsedText(std::chrono::steady_clock::duration elapsed) {
   return text;
 }
 
-void requireMounted(Platform& platform, const DriveInfo& drive) {
-  const auto mounted = platform.volumes.mounted().valueOr({});
-  if (std::find(mounted.begin(), mounted.end(), drive.mountPath) != mounted.end()) return;
-  throw CLIError("The drive is no longer mounted: " + drive.mountPath.text());
-}
-
 /// What all jobs of a run have in common.
 struct Options {
-  const DriveInfo& drive;
+  const Path& mountPath;
+  std::optional<ChosenVolume> drive;  ///< as it was when the run began
   bool progress;
   bool quitRunning;
 };
 
 void move(Platform& platform, const MoveJob& job, const Options& options) {
-  requireMounted(platform, options.drive);
+  const TakenTurn turn(platform);
+  const ChosenVolume drive =
+      options.drive ? *options.drive : ChosenVolume::requiredFor(platform, options.mountPath);
+  drive.requireHolds(platform, options.mountPath);
   MoverEngine::moveAndLink(platform, job.source, job.destination.parent(), options.quitRunning, showStatus,
                            options.progress ? ProgressCallback(showProgress) : ProgressCallback());
 }
@@ -73,7 +71,8 @@ void runJob(Platform& platform, const MoveJob& job, const Options& options, Resu
 
 Result run(Platform& platform, const DriveInfo& drive, const std::vector<MoveJob>& jobs, bool progress,
            bool quitRunning) {
-  const Options options{drive, progress, quitRunning};
+  const Options options{drive.mountPath, ChosenVolume::holding(platform, drive.mountPath), progress,
+                        quitRunning};
   Result result;
   std::size_t number = 0;
   for (const MoveJob& job : jobs) {

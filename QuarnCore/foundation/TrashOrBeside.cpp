@@ -6,7 +6,7 @@ void put(Platform& platform, const Path& item, const std::string& nameBeside) {
   if (platform.trash.moveToTrash(item)) return;
   const Path folder = item.parent().appending(folderName);
   platform.files.createFolder(folder).orIgnore();
-  platform.files.move(item, folder.appending(nameBeside)).orIgnore();
+  platform.files.rename(item, folder.appending(nameBeside)).orIgnore();
 }
 
 }  // namespace quarn::TrashOrBeside

@@ -1,5 +1,6 @@
 #include "QuarnCore/move/MoveVerifier.h"
 
+#include "Platform/CocoaError.h"
 #include "QuarnCore/move/EntryCount.h"
 
 namespace quarn::MoveVerifier {
@@ -129,9 +130,24 @@ class ItemByItem : public WalkVisitor {
   const Path& destination_;
 };
 
-}  // namespace
+class ItemByItemBeforeRemoval : public ItemByItem {
+ public:
+  using ItemByItem::ItemByItem;
 
-std::optional<std::string> failureReason(Platform& platform, const Path& source, const Path& destination) {
+  WalkStep visit(const WalkItem& item) override {
+    if (!obstacle) obstacle = item.obstacleToRemoval();
+    return ItemByItem::visit(item);
+  }
+
+  std::optional<PlatformError> obstacle;
+};
+
+std::optional<PlatformError> asOfTheWhole(const std::optional<PlatformError>& obstacle, const Path& item) {
+  if (!obstacle || obstacle->domain != cocoaErrorDomain) return obstacle;
+  return CocoaError::fromCode(CocoaError::Operation::remove, obstacle->code, item);
+}
+
+Reason difference(Platform& platform, const Path& source, const Path& destination, ItemByItem& check) {
   if (!platform.files.exists(destination)) return missing(destination.lastComponent());
   const std::string name = source.lastComponent();
   const auto attributes = platform.files.attributes(source);
@@ -141,10 +157,23 @@ std::optional<std::string> failureReason(Platform& platform, const Path& source,
   // `find` counts on both sides while the items are looked at; what it finds missing is told first.
   EntryCount ofSource(platform, source);
   EntryCount ofDestination(platform, destination);
-  ItemByItem check(platform, source, destination);
   platform.files.walk(source, Hidden::included, check);
   const auto missingEntries = fileCountParity(ofSource, ofDestination, name);
   return missingEntries ? missingEntries : check.reason;
+}
+
+}  // namespace
+
+std::optional<std::string> failureReason(Platform& platform, const Path& source, const Path& destination) {
+  ItemByItem check(platform, source, destination);
+  return difference(platform, source, destination, check);
+}
+
+Findings beforeRemoval(Platform& platform, const Path& source, const Path& destination) {
+  ItemByItemBeforeRemoval check(platform, source, destination);
+  check.obstacle = platform.files.obstacleToRemoval(source);
+  auto found = difference(platform, source, destination, check);
+  return {std::move(found), asOfTheWhole(check.obstacle, source)};
 }
 
 }  // namespace quarn::MoveVerifier

@@ -12,4 +12,13 @@ namespace quarn::MoveVerifier {
 /// followed. Never throws.
 std::optional<std::string> failureReason(Platform& platform, const Path& source, const Path& destination);
 
+/// What is found in one look at an item and its copy, right before the item is removed.
+struct Findings {
+  std::optional<std::string> difference;  ///< as `failureReason` tells it
+  /// The refusal that the removal would meet, as it would tell it: of the whole item.
+  std::optional<PlatformError> obstacle;
+};
+
+Findings beforeRemoval(Platform& platform, const Path& source, const Path& destination);
+
 }  // namespace quarn::MoveVerifier

@@ -1,15 +1,17 @@
 #include "QuarnCore/move/MoverEngine.h"
 
-#include "Platform/PathText.h"
-#include "QuarnCore/discovery/AppScanner.h"
 #include "QuarnCore/discovery/BundleInfoPlistReader.h"
 #include "QuarnCore/discovery/InstallsDB.h"
 #include "QuarnCore/discovery/RunningAppsDetector.h"
 #include "QuarnCore/discovery/VolumeCapacityProbe.h"
 #include "QuarnCore/foundation/MoverStasher.h"
 #include "QuarnCore/foundation/SizeCalculator.h"
+#include "QuarnCore/foundation/Turn.h"
+#include "QuarnCore/move/ChosenVolume.h"
 #include "QuarnCore/move/HealthManifest.h"
+#include "QuarnCore/move/Homecoming.h"
 #include "QuarnCore/move/InstallsDBWriter.h"
+#include "QuarnCore/move/ItemMover.h"
 #include "QuarnCore/move/MoveVerifier.h"
 #include "QuarnCore/move/MoverError.h"
 
@@ -38,33 +40,48 @@ void checkSpace(Platform& platform, std::int64_t needed, const Path& folder) {
   if (available >= 1 && available < needed) throw MoverError::insufficientSpace(needed, available);
 }
 
-void verify(Platform& platform, const Path& source, const Path& destination) {
-  if (const auto reason = MoveVerifier::failureReason(platform, source, destination)) {
-    MoverStasher::stash(platform, destination);
-    throw MoverError::verifyFailed(*reason);
-  }
+/// The copy is set aside, and the source has not been touched.
+[[noreturn]] void giveUp(Platform& platform, const Path& destination, const MoverError& error) {
+  MoverStasher::stash(platform, destination);
+  throw error;
 }
 
-/// The check read what the system remembers of the copy; the drive must hold it before the source goes.
+/// The drive must hold the copy before the source goes, and not only the system's memory of it. Comes before
+/// the comparison, which then sees what has changed in the meantime: this can take minutes.
 void flushToDrive(Platform& platform, const Path& destination) {
   const auto flushed = platform.files.flush(destination);
-  if (flushed) return;
-  MoverStasher::stash(platform, destination);
-  throw MoverError::verifyFailed(flushed.error().description);
+  // That the copy is missing is for the comparison to tell.
+  if (!flushed && platform.files.exists(destination))
+    giveUp(platform, destination, MoverError::verifyFailed(flushed.error().description));
 }
 
-void removeSource(Platform& platform, const Path& source, const Path& destination) {
+/// The last look before the removal. What would stand in its way is found while the source is whole, and
+/// given back.
+std::optional<PlatformError> verify(Platform& platform, const Path& source, const Path& destination,
+                                    const ChosenVolume& volume) {
+  auto findings = MoveVerifier::beforeRemoval(platform, source, destination);
+  if (findings.difference) giveUp(platform, destination, MoverError::verifyFailed(*findings.difference));
+  if (!volume.holds(platform, destination))
+    giveUp(platform, destination, MoverError::copyFailed("the drive was pulled out meanwhile"));
+  return std::move(findings.obstacle);
+}
+
+void removeSource(Platform& platform, const Path& source, const Path& destination,
+                  const std::optional<PlatformError>& obstacle) {
+  if (obstacle) giveUp(platform, destination, MoverError::sourceRemoveFailed(obstacle->description));
   const auto removed = platform.files.remove(source);
-  if (removed) return;
-  MoverStasher::stash(platform, destination);
-  throw MoverError::sourceRemoveFailed(removed.error().description);
+  if (!removed) giveUp(platform, destination, MoverError::sourceRemoveFailed(removed.error().description));
 }
 
 /// Without the link the copy is the only data left, so it goes home and not into the stash.
 void link(Platform& platform, const Path& source, const Path& destination) {
   const auto linked = platform.files.createLink(source, destination.text());
   if (linked) return;
-  platform.files.move(destination, source).orIgnore();
+  try {
+    ItemMover::move(platform, destination, source);
+  } catch (const LocalizedError&) {
+    // The link's failure is what is told; the copy is where it was.
+  }
   throw MoverError::symlinkFailed(linked.error().description);
 }
 
@@ -96,76 +113,35 @@ void verifyInternalized(Platform& platform, const Path& item) {
   }
 }
 
-std::string asFolder(const Path& path) {
-  return path.text() == "/" ? "/" : path.text() + "/";
-}
-
-/// One lies inside the other, or is it, when links are resolved on the way to them.
-bool overlap(Platform& platform, const Path& item, const Path& target) {
-  const Path folder = platform.files.resolvingLinks(item.parent());
-  const std::string at = asFolder(folder.appending(item.lastComponent()));
-  const std::string leadsTo = asFolder(platform.files.resolvingLinks(target));
-  return at.starts_with(leadsTo) || leadsTo.starts_with(at);
-}
-
-bool isMountPoint(Platform& platform, const Path& target) {
-  const Path resolved = platform.files.resolvingLinks(target);
-  for (const Path& volume : platform.volumes.mounted().valueOr({})) {
-    if (platform.files.resolvingLinks(volume) == resolved) return true;
-  }
-  return false;
-}
-
-/// What can't be moved to where the link stands. Found out only afterwards, the link would be gone.
-bool canComeHome(Platform& platform, const Path& link, const Path& target) {
-  return !overlap(platform, link, target) && !isMountPoint(platform, target);
-}
-
-/// What a link leads to; it must be there, or the way back would end with nothing at all.
-Path linkTarget(Platform& platform, const Path& link) {
-  const std::string text = platform.files.readLink(link).orThrow();
-  const Path target = PathText::fileURL(platform.places, text);
-  if (!platform.files.exists(target)) throw MoverError::sourceMissing();
-  if (canComeHome(platform, link, target)) return target;
-  throw MoverError::verifyFailed(link.lastComponent() + " leads to a volume or to a folder around itself");
-}
-
-/// A launcher that leads into itself, or to a folder around itself, is none: removing it would remove
-/// what it leads to, or leave it nowhere to go.
-std::optional<Path> launcherTarget(Platform& platform, const Path& launcher) {
-  const auto target = AppScanner::launcherShimTarget(platform, launcher);
-  return target && canComeHome(platform, launcher, *target) ? target : std::nullopt;
-}
-
 }  // namespace
 
 void moveAndLink(Platform& platform, const Path& source, const Path& destinationParent, bool quitRunning,
                  const StatusCallback& status, const ProgressCallback& progress) {
+  const Turn turn(platform);
   checkSource(platform, source);
   checkRunning(platform, source, quitRunning);
+  MountedInside::refuse(platform, source);
+  const ChosenVolume volume = ChosenVolume::requiredFor(platform, destinationParent);
   platform.files.createFolder(destinationParent).orThrow();
+  volume.requireHolds(platform, destinationParent);
   const Path destination = destinationParent.appending(source.lastComponent());
   checkDestination(platform, destination);
   const std::int64_t needed = SizeCalculator::size(platform, source);
   checkSpace(platform, needed, destinationParent);
-  // Measuring took its time, and another run may have begun the same move.
-  checkDestination(platform, destination);
 
   FileCopier::copy(platform, source, destination, needed, progress);
   status({.stage = JobStatus::Stage::verifying, .progress = 0, .message = {}});
-  verify(platform, source, destination);
   flushToDrive(platform, destination);
+  const auto obstacle = verify(platform, source, destination, volume);
   status({.stage = JobStatus::Stage::linking, .progress = 0, .message = {}});
-  removeSource(platform, source, destination);
+  removeSource(platform, source, destination, obstacle);
   link(platform, source, destination);
   record(platform, source, destination, needed);
 }
 
 void restore(Platform& platform, const Path& link) {
-  const auto ofLauncher = launcherTarget(platform, link);
-  const Path target = ofLauncher ? *ofLauncher : linkTarget(platform, link);
-  platform.files.remove(link).orThrow();
-  platform.files.move(target, link).orThrow();
+  const Turn turn(platform);
+  Homecoming::bringHome(platform, link);
   verifyInternalized(platform, link);
   HealthManifest::forget(platform, platform.files.standardized(link).text());
   InstallsDBWriter::recordRestore(platform, link, InstallsDB::defaultPath(platform.places));

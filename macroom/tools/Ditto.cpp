@@ -114,6 +114,8 @@ void Ditto::copyFolder(const Pair& parent, const char* sourceName, const char* n
     if (destinationIdentity_ == Identity{info.st_dev, info.st_ino}) return;
   }
   copyEntries(source.get(), {::dirfd(source.get()), target.get()});
+  // A folder that was there before keeps its own mode and attributes, as with the real tool.
+  if (!made) return;
   if (const int error = files_.extendedAttributes(::dirfd(source.get()), target.get()))
     destinationFailed(error);
   if (const int error = files_.properties(target.get(), info)) destinationFailed(error);

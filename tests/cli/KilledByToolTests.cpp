@@ -54,12 +54,12 @@ TEST_F(KilledByTool, whileItLooksAtWhatRunsTheNextAttemptMoves) {
   expectNextAttemptMoves();
 }
 
-TEST_F(KilledByTool, beforeTheFirstByteIsCopiedTheNextAttemptMoves) {
+TEST_F(KilledByTool, beforeTheFirstByteIsCopiedTheClaimedPlaceIsEmptyAndTheNextAttemptIsRefused) {
   replaceDitto("kill -9 $PPID");
   expectKilled();
-  EXPECT_FALSE(scene::exists(moved));
+  EXPECT_EQ(names(moved), std::vector<std::string>{});
   replaceDitto("exec " + realDitto);
-  expectNextAttemptMoves();
+  expectNextAttemptRefused();
 }
 
 TEST_F(KilledByTool, inTheMiddleOfTheCopyTheNextAttemptIsRefused) {

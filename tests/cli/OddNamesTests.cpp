@@ -98,7 +98,7 @@ TEST(OddNames, aLongNameThatTheTrashRefusesStaysWhereItIsWhenItsPlaceBesideIsToo
   const std::string bundle = "/Applications/" + name;
   scene::makeApp(bundle, {}, 3000);
   scene::write("/Volumes/X9/.Trashes", "no folder");
-  replaceDitto("mkdir -p \"$3\"; exit 1");
+  replaceDitto("mkdir -p \"$3\"; echo half >\"$3/part\"; exit 1");
   const auto before = scene::tree(bundle);
   const std::string out = scene::quarn({"move", "one", bundle, "--yes"}).out;
   EXPECT_NE(out.find("    FAIL: Copy failed: ditto failed: exit 1\n"), std::string::npos) << out;
@@ -111,7 +111,7 @@ TEST(OddNames, aLongNameInTheTrashTwiceIsShortened) {
   const std::string name = ofLength(longestName(), ".app");
   const std::string bundle = "/Applications/" + name;
   scene::makeApp(bundle, {}, 3000);
-  replaceDitto("mkdir -p \"$3\"; exit 1");
+  replaceDitto("mkdir -p \"$3\"; echo half >\"$3/part\"; exit 1");
   for (int i = 0; i < 2; ++i) scene::quarn({"move", "one", bundle, "--yes"});
   EXPECT_EQ(names(scene::driveTrash()).size(), 2U);
   EXPECT_EQ(names(apps), std::vector<std::string>{});

@@ -1,5 +1,6 @@
 #include "QuarnCore/discovery/AssociatedDataPaths.h"
 #include "tests/support/Decorators.h"
+#include "tests/support/Replacing.h"
 #include "tests/support/Scene.h"
 
 namespace quarn {
@@ -25,8 +26,7 @@ List texts(const std::vector<Path>& paths) {
 List candidates(const AppIdentity& identity) {
   Platform& host = hostPlatform();
   EverythingExists files(host.files);
-  Platform platform{files,      host.processes, host.volumes, host.applications,
-                    host.trash, host.clock,     host.places};
+  Platform platform = replacing({.files = &files});
   return texts(AssociatedDataPaths::locate(platform, identity));
 }
 

@@ -1,6 +1,7 @@
 #include "QuarnCore/discovery/DriveScanner.h"
 #include "QuarnCore/discovery/VolumeCapacityProbe.h"
 #include "tests/support/Doubles.h"
+#include "tests/support/Replacing.h"
 #include "tests/support/Scene.h"
 
 namespace quarn {
@@ -9,8 +10,7 @@ namespace {
 using doubles::FakeVolumes;
 
 Platform with(Volumes& volumes) {
-  Platform& host = hostPlatform();
-  return {host.files, host.processes, volumes, host.applications, host.trash, host.clock, host.places};
+  return replacing({.volumes = &volumes});
 }
 
 std::vector<DriveInfo> scan(FakeVolumes& volumes) {

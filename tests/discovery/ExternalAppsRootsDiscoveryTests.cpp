@@ -3,6 +3,7 @@
 
 #include "QuarnCore/discovery/ExternalAppsRootsDiscovery.h"
 #include "tests/support/Decorators.h"
+#include "tests/support/Replacing.h"
 #include "tests/support/Scene.h"
 
 namespace quarn {
@@ -59,9 +60,7 @@ TEST(ExternalAppsRootsDiscovery, withoutVolumesOnlyTheExtraFoldersAreLeft) {
       return PlatformError(cocoaErrorDomain, CocoaErrorCode::fileReadNoSuchFile, "none");
     }
   } files(hostPlatform().files);
-  Platform& host = hostPlatform();
-  Platform platform{files,      host.processes, host.volumes, host.applications,
-                    host.trash, host.clock,     host.places};
+  Platform platform = replacing({.files = &files});
   scene::makeFolder("/Volumes/X9/ExternalQuarn/Apps");
   EXPECT_EQ(roots({}, platform), List{});
   EXPECT_EQ(roots({"/Applications"}, platform), (List{"/Applications"}));

@@ -4,6 +4,7 @@
 #include "QuarnCore/discovery/ProcessList.h"
 #include "tests/support/Child.h"
 #include "tests/support/FakePs.h"
+#include "tests/support/Replacing.h"
 #include "tests/support/Scene.h"
 
 namespace quarn {
@@ -20,8 +21,7 @@ List linesWith(const std::string& part, Platform& platform = hostPlatform()) {
 }
 
 List fakeLines(doubles::FakePs& ps) {
-  Platform& host = hostPlatform();
-  Platform platform{host.files, ps, host.volumes, host.applications, host.trash, host.clock, host.places};
+  Platform platform = replacing({.processes = &ps});
   return linesWith("", platform);
 }
 
@@ -86,8 +86,7 @@ TEST(ProcessList, aPsThatSaysTheSameWhateverItIsAskedLosesNoLine) {
 
 TEST(ProcessList, theSecondQuestionIsNotAskedIfNoLineIsOfInterest) {
   doubles::FakePs ps("one\n");
-  Platform& host = hostPlatform();
-  Platform platform{host.files, ps, host.volumes, host.applications, host.trash, host.clock, host.places};
+  Platform platform = replacing({.processes = &ps});
   EXPECT_EQ(linesWith("nothing of the kind", platform), List{});
   EXPECT_EQ(ps.calls.size(), 1U);
 }

@@ -1,6 +1,7 @@
 #include "QuarnCore/discovery/RunningAppsDetector.h"
 #include "tests/support/Doubles.h"
 #include "tests/support/FakePs.h"
+#include "tests/support/Replacing.h"
 
 namespace quarn {
 namespace {
@@ -16,8 +17,7 @@ class Quit : public testing::Test {
     applications.instances.push_back({{number, bundle}, afterTerminate, afterForce, {}});
   }
   bool quit(bool force, double timeout) {
-    Platform& host = hostPlatform();
-    Platform platform{host.files, ps, host.volumes, applications, host.trash, clock, host.places};
+    Platform platform = replacing({.processes = &ps, .applications = &applications, .clock = &clock});
     return RunningAppsDetector::quit(platform, foo, force, timeout);
   }
   void expectPollsOfAFifthOfASecond() const {

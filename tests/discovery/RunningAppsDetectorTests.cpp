@@ -1,6 +1,7 @@
 #include "QuarnCore/discovery/RunningAppsDetector.h"
 #include "tests/support/Doubles.h"
 #include "tests/support/FakePs.h"
+#include "tests/support/Replacing.h"
 #include "tests/support/Scene.h"
 
 namespace quarn {
@@ -20,8 +21,7 @@ class RunningAppsDetectorTest : public testing::Test {
     return isRunning(bundle);
   }
   Platform platform() {
-    Platform& host = hostPlatform();
-    return {host.files, ps, host.volumes, applications, host.trash, clock, host.places};
+    return replacing({.processes = &ps, .applications = &applications, .clock = &clock});
   }
   void addInstance(int number, std::optional<Path> bundle) {
     applications.instances.push_back({{number, std::move(bundle)}, {}, {}, {}});

@@ -1,5 +1,6 @@
 #include "QuarnCore/foundation/CommandRunner.h"
 #include "tests/support/Doubles.h"
+#include "tests/support/Replacing.h"
 
 namespace quarn {
 namespace {
@@ -65,8 +66,7 @@ class CommandRunnerTimeout : public testing::Test {
  protected:
   CommandResult run(ScriptedTool::Plan plan, std::optional<double> timeout) {
     OneTool processes(plan, clock);
-    Platform& host = hostPlatform();
-    Platform platform{host.files, processes, host.volumes, host.applications, host.trash, clock, host.places};
+    Platform platform = replacing({.processes = &processes, .clock = &clock});
     const auto result = CommandRunner::run(platform, "/bin/tool", {}, timeout);
     story = processes.story;
     return result;

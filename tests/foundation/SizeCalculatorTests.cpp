@@ -4,6 +4,7 @@
 #include "QuarnCore/foundation/SizeCalculator.h"
 #include "tests/support/Child.h"
 #include "tests/support/FakeTree.h"
+#include "tests/support/Replacing.h"
 #include "tests/support/ScratchFolder.h"
 
 namespace quarn {
@@ -20,8 +21,7 @@ std::int64_t allocated(const ScratchFolder& folder, const std::string& name) {
 }
 
 Platform with(FileSystem& files) {
-  Platform& host = hostPlatform();
-  return {files, host.processes, host.volumes, host.applications, host.trash, host.clock, host.places};
+  return replacing({.files = &files});
 }
 
 TEST(SizeCalculator, aFileIsWhatTheDiskAllocatesForIt) {

@@ -3,6 +3,7 @@
 
 #include "QuarnCore/foundation/SizingService.h"
 #include "tests/support/FakeTree.h"
+#include "tests/support/Replacing.h"
 #include "tests/support/ScratchFolder.h"
 
 namespace quarn {
@@ -11,8 +12,7 @@ namespace {
 using doubles::FakeTree;
 
 Platform with(FileSystem& files) {
-  Platform& host = hostPlatform();
-  return {files, host.processes, host.volumes, host.applications, host.trash, host.clock, host.places};
+  return replacing({.files = &files});
 }
 
 /// A tree without an end: one file of 512 bytes in each folder, until the visitor has enough.

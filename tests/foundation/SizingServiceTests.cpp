@@ -5,6 +5,7 @@
 #include "QuarnCore/foundation/SizingService.h"
 #include "tests/support/Child.h"
 #include "tests/support/FakeTree.h"
+#include "tests/support/Replacing.h"
 #include "tests/support/ScratchFolder.h"
 
 namespace quarn {
@@ -21,10 +22,8 @@ std::int64_t blocks(const ScratchFolder& folder, const std::string& name) {
 }
 
 std::int64_t walkOver(const FakeTree& files, const SizingService::Cancellation* cancellation = nullptr) {
-  Platform& host = hostPlatform();
   FakeTree copy(files);
-  Platform platform{copy,       host.processes, host.volumes, host.applications,
-                    host.trash, host.clock,     host.places};
+  Platform platform = replacing({.files = &copy});
   return SizingService::walk(platform, Path("/anywhere"), cancellation);
 }
 

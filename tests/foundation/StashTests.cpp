@@ -7,6 +7,7 @@
 #include "QuarnCore/foundation/MoverStasher.h"
 #include "tests/support/Decorators.h"
 #include "tests/support/Doubles.h"
+#include "tests/support/Replacing.h"
 #include "tests/support/Scene.h"
 
 namespace quarn {
@@ -25,7 +26,7 @@ class Stash : public testing::Test {
   Platform platform(bool trashRefuses) {
     Platform& host = hostPlatform();
     Trash& trash = trashRefuses ? static_cast<Trash&>(refusing) : host.trash;
-    return {files, host.processes, host.volumes, host.applications, trash, clock, host.places};
+    return replacing({.files = &files, .trash = &trash, .clock = &clock});
   }
   void moveAside(bool trashRefuses, const std::string& path = item, const std::string& reason = "replaced") {
     Platform made = platform(trashRefuses);
@@ -158,7 +159,7 @@ TEST_F(FileStashes, anItemSetAsideInTheSameSecondIsNotReplaced) {
 TEST_F(FileStashes, nothingIsEverRemoved) {
   moveAside(true);
   EXPECT_EQ(files.operations(), (std::vector<std::string>{"createFolder /Users/me/.QuarnTrash",
-                                                          "move " + item + " -> " + beside +
+                                                          "rename " + item + " -> " + beside +
                                                               "Foo Bar.app-replaced-2026-01-31T090507Z"}));
 }
 
@@ -166,7 +167,7 @@ TEST_F(MoverStashes, nothingIsEverRemoved) {
   stash(true);
   EXPECT_EQ(files.operations(),
             (std::vector<std::string>{"createFolder /Users/me/.QuarnTrash",
-                                      "move " + item + " -> " + beside + "Foo Bar.app-1769850307"}));
+                                      "rename " + item + " -> " + beside + "Foo Bar.app-1769850307"}));
 }
 
 TEST_F(MoverStashes, aCopyOnADriveGoesToTheTrashOfThatDrive) {

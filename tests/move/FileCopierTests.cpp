@@ -1,5 +1,7 @@
+#include <fcntl.h>
 #include <filesystem>
 #include <mutex>
+#include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
 
@@ -60,6 +62,7 @@ TEST(FileCopier, aTreeIsCopiedWhole) {
 }
 
 TEST(FileCopier, dittoGetsThreeArguments) {
+  scene::makeApp(source);
   ditto("printf '%s|' \"$@\" >/tmp/arguments");
   EXPECT_EQ(outcome(), "nothing");
   EXPECT_EQ(scene::read("/tmp/arguments"), "--rsrc|/Applications/Foo.app|/Volumes/X9/Foo.app|");
@@ -76,7 +79,9 @@ TEST(FileCopier, theToolsOwnWordsTellWhyItFailed) {
       {"kill -9 $$", "Copy failed: ditto failed: exit 9"},
       {"echo warning >&2; exit 0", "nothing"},
   };
+  scene::makeApp(source);
   for (const auto& [script, expected] : rows) {
+    std::filesystem::remove_all(copy);
     ditto(script);
     EXPECT_EQ(outcome(), expected) << script;
   }
@@ -92,8 +97,58 @@ TEST(FileCopier, aMissingToolIsTold) {
   EXPECT_EQ(outcome(), "Copy failed: The file “ditto” doesn’t exist.");
 }
 
+TEST(FileCopier, aPlaceThatIsTakenIsLeftAlone) {
+  scene::makeApp(source);
+  ditto("touch /tmp/started");
+  for (const char* kind : {"a file", "a folder", "a dangling link"}) {
+    std::filesystem::remove_all(copy);
+    if (kind == std::string("a file")) scene::write(copy, "somebody else's");
+    if (kind == std::string("a folder")) scene::makeFolder(copy);
+    if (kind == std::string("a dangling link")) scene::link(copy, "/none");
+    EXPECT_EQ(outcome(), "Destination already exists.") << kind;
+    EXPECT_TRUE(scene::exists(copy)) << kind;
+  }
+  EXPECT_FALSE(scene::exists("/tmp/started"));
+  EXPECT_FALSE(scene::exists(scene::driveTrash()));
+}
+
+TEST(FileCopier, thePlaceIsTheRunsOwnBeforeTheToolStarts) {
+  scene::makeApp(source);
+  ditto("stat -c '%F %a' \"$3\" >/tmp/before");
+  EXPECT_EQ(outcome(), "nothing");
+  EXPECT_EQ(scene::read("/tmp/before"), "directory 700\n");
+}
+
+TEST(FileCopier, theCopyHasTheModeAndTimesOfItsSource) {
+  scene::makeApp(source);
+  std::filesystem::permissions(source, std::filesystem::perms{0751});
+  const timespec times[2] = {{1'000'000'000, 0}, {1'100'000'000, 0}};
+  ASSERT_EQ(::utimensat(AT_FDCWD, source.c_str(), times, 0), 0);
+  EXPECT_EQ(outcome(), "nothing");
+  struct stat status {};
+  ASSERT_EQ(::stat(copy.c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 07777u, 0751u);
+  EXPECT_EQ(status.st_mtim.tv_sec, 1'100'000'000);
+}
+
+TEST(FileCopier, aFailedCopyThatBroughtNothingLeavesNothing) {
+  scene::makeApp(source);
+  scene::write("/Applications/note", "text");
+  ditto("exit 1");
+  EXPECT_EQ(outcome(), "Copy failed: ditto failed: exit 1");
+  EXPECT_FALSE(scene::exists(copy));
+  Platform& host = hostPlatform();
+  EXPECT_EQ(thrown([&] {
+              FileCopier::copy(host, Path("/Applications/note"), Path(scene::drive + "/note"), 4, {});
+            }),
+            "Copy failed: ditto failed: exit 1");
+  EXPECT_FALSE(scene::exists(scene::drive + "/note"));
+  EXPECT_FALSE(scene::exists(scene::driveTrash()));
+}
+
 TEST(FileCopier, aFailedCopyGoesToTheTrash) {
-  ditto("mkdir \"$3\"; echo part >\"$3/part\"; exit 1");
+  scene::makeApp(source);
+  ditto("mkdir -p \"$3\"; echo part >\"$3/part\"; exit 1");
   EXPECT_EQ(outcome(), "Copy failed: ditto failed: exit 1");
   EXPECT_FALSE(scene::exists(copy));
   EXPECT_EQ(scene::read(scene::driveTrash() + "/Foo.app/part"), "part\n");
@@ -101,9 +156,10 @@ TEST(FileCopier, aFailedCopyGoesToTheTrash) {
 
 TEST(FileCopier, whatTheTrashRefusesIsSetAsideBesideItUnderNameAndSeconds) {
   doubles::RefusingTrash trash;
+  scene::makeApp(source);
   doubles::FakeClock clock;
   clock.moment = Moment{std::chrono::seconds(1'769'850'300)} + 900ms;
-  ditto("mkdir \"$3\"; echo part >\"$3/part\"; exit 1");
+  ditto("mkdir -p \"$3\"; echo part >\"$3/part\"; exit 1");
   EXPECT_EQ(outcome({}, replacing({.trash = &trash, .clock = &clock})), "Copy failed: ditto failed: exit 1");
   EXPECT_EQ(trash.asked, 1);
   EXPECT_FALSE(scene::exists(copy));
@@ -112,8 +168,9 @@ TEST(FileCopier, whatTheTrashRefusesIsSetAsideBesideItUnderNameAndSeconds) {
 
 TEST(FileCopier, whatCannotBeSetAsideStays) {
   doubles::RefusingTrash trash;
+  scene::makeApp(source);
   scene::write(scene::drive + "/.QuarnTrash", "a file in the way");
-  ditto("mkdir \"$3\"; echo part >\"$3/part\"; exit 1");
+  ditto("mkdir -p \"$3\"; echo part >\"$3/part\"; exit 1");
   EXPECT_EQ(outcome({}, replacing({.trash = &trash})), "Copy failed: ditto failed: exit 1");
   EXPECT_EQ(scene::read(copy + "/part"), "part\n");
 }
@@ -124,6 +181,7 @@ TEST(FileCopier, aToolThatWritesMoreThanAPipeHoldsEndsAllTheSame) {
 }
 
 TEST(FileCopier, aProcessThatTheToolLeavesBehindIsNotWaitedFor) {
+  scene::makeApp(source);
   ditto("sleep 20 & exit 0");
   const auto begin = std::chrono::steady_clock::now();
   EXPECT_EQ(outcome(), "nothing");
@@ -131,8 +189,9 @@ TEST(FileCopier, aProcessThatTheToolLeavesBehindIsNotWaitedFor) {
 }
 
 TEST(FileCopier, progressComesEveryHalfSecondWithTheSizeOfWhatHasArrivedAndOnceAtTheEnd) {
+  scene::makeApp(source);
   scene::writeBytes("/tmp/first", 50'000);
-  ditto("mkdir \"$3\"; cp /tmp/first \"$3/first\"; cp /tmp/first \"$3/.hidden\"; sleep 1.8");
+  ditto("mkdir -p \"$3\"; cp /tmp/first \"$3/first\"; cp /tmp/first \"$3/.hidden\"; sleep 1.8");
   Calls calls;
   EXPECT_EQ(outcome(calls.callback()), "nothing");
   const auto list = calls.list();
@@ -151,6 +210,7 @@ TEST(FileCopier, progressComesEveryHalfSecondWithTheSizeOfWhatHasArrivedAndOnceA
 }
 
 TEST(FileCopier, afterTheEndProgressIsSilent) {
+  scene::makeApp(source);
   ditto("sleep 0.6");
   Calls calls;
   EXPECT_EQ(outcome(calls.callback()), "nothing");
@@ -160,6 +220,7 @@ TEST(FileCopier, afterTheEndProgressIsSilent) {
 }
 
 TEST(FileCopier, aQuickCopyTellsItsEndAlone) {
+  scene::makeApp(source);
   ditto("exit 0");
   Calls calls;
   EXPECT_EQ(outcome(calls.callback()), "nothing");
@@ -168,7 +229,8 @@ TEST(FileCopier, aQuickCopyTellsItsEndAlone) {
 }
 
 TEST(FileCopier, aFailedCopyTellsNoEndAndIsSilentAfterwards) {
-  ditto("mkdir \"$3\"; sleep 0.7; exit 1");
+  scene::makeApp(source);
+  ditto("mkdir -p \"$3\"; sleep 0.7; exit 1");
   Calls calls;
   EXPECT_EQ(outcome(calls.callback()), "Copy failed: ditto failed: exit 1");
   std::this_thread::sleep_for(700ms);

@@ -221,6 +221,7 @@ class UnreadableItem : public WalkItem {
   FileKind kind() const override { return FileKind::regular; }
   Result<FileAttributes> attributes() const override { return PlatformError("test", 1, "gone"); }
   Result<FileAttributes> attributesBelow(const Path&) const override { return FileAttributes{}; }
+  std::optional<PlatformError> obstacleToRemoval() const override { return std::nullopt; }
 };
 class VanishingFiles : public FileSystemDecorator {
  public:

@@ -54,7 +54,7 @@ class FailedMove : public ::testing::Test {
 
 TEST_F(FailedMove, ofTheCopyLeavesTheSourceWholeAndThePartInTheTrash) {
   const NothingLost oracle(app);
-  ditto("mkdir \"$3\"; echo part >\"$3/part\"; echo 'ditto: no room' >&2; exit 1");
+  ditto("mkdir -p \"$3\"; echo part >\"$3/part\"; echo 'ditto: no room' >&2; exit 1");
   EXPECT_EQ(moveTellingStages(), "Copy failed: ditto failed: ditto: no room");
   EXPECT_TRUE(stages.empty());
   EXPECT_EQ(oracle.wholeAt(), (Places{app}));
@@ -65,7 +65,7 @@ TEST_F(FailedMove, ofTheCopyLeavesTheSourceWholeAndThePartInTheTrash) {
 
 TEST_F(FailedMove, ofTheCheckLeavesTheSourceWholeAndTheCopyInTheTrash) {
   const NothingLost oracle(app);
-  ditto("cp -a \"$2\" \"$3\"; : >\"$3/Contents/Resources/data.bin\"");
+  ditto("cp -a \"$2/.\" \"$3\"; : >\"$3/Contents/Resources/data.bin\"");
   EXPECT_EQ(moveTellingStages(),
             "Verification failed: Contents/Resources/data.bin copied with a different file size.");
   EXPECT_EQ(stages, (std::vector<JobStatus::Stage>{JobStatus::Stage::verifying}));
@@ -100,7 +100,7 @@ TEST_F(FailedMove, ofARemovalThatStoppedHalfwayLeavesTheWholeCopyInTheTrash) {
   EXPECT_FALSE(scene::isLink(app));
 }
 
-TEST_F(FailedMove, ofARemovalThatTheSystemRefusesNamesTheWholeItem) {
+TEST_F(FailedMove, ofARemovalThatTheSystemWouldRefuseIsFoundBeforeAnythingIsRemoved) {
   ::chmod((app + "/Contents/Resources").c_str(), 0555);
   const NothingLost oracle(app);
   EXPECT_EQ(child::failuresWithoutRights([] {
@@ -109,8 +109,7 @@ TEST_F(FailedMove, ofARemovalThatTheSystemRefusesNamesTheWholeItem) {
                         "you don’t have permission to access it.");
             }),
             "");
-  EXPECT_EQ(oracle.wholeAt().back(), driveTrash() + "/Foo.app");
-  EXPECT_TRUE(scene::exists(app + "/Contents/Resources/data.bin"));
+  EXPECT_EQ(oracle.wholeAt(), (Places{app, driveTrash() + "/Foo.app"}));
   EXPECT_FALSE(scene::exists(movedApp));
 }
 
@@ -125,7 +124,7 @@ TEST_F(FailedMove, ofTheLinkBringsTheCopyHome) {
 
 TEST_F(FailedMove, ofTheLinkAndOfTheWayHomeLeavesTheCopyOnTheDrive) {
   const NothingLost oracle(app);
-  Refusing refusing({"createLink", "move"});
+  Refusing refusing({"createLink", "rename", "copy "});
   EXPECT_EQ(move(refusing.platform()), "Symlink creation failed: It broke.");
   EXPECT_EQ(oracle.wholeAt(), (Places{movedApp}));
   EXPECT_FALSE(scene::exists(app));
@@ -159,7 +158,7 @@ TEST_F(FailedMove, whoseCopyTheTrashRefusesSetsItAsideAndTheNextAttemptSucceeds)
 
 TEST_F(FailedMove, whoseCopyCannotBeSetAsideStopsTheNextAttempt) {
   doubles::RefusingTrash trash;
-  Refusing refusing({"remove " + app, "move"});
+  Refusing refusing({"remove " + app, "rename"});
   const NothingLost oracle(app);
   EXPECT_EQ(move(replacing({.trash = &trash}, refusing.platform())),
             "Could not remove original after copy: It broke.");
@@ -170,7 +169,7 @@ TEST_F(FailedMove, whoseCopyCannotBeSetAsideStopsTheNextAttempt) {
 
 TEST_F(FailedMove, neverOverwritesWhatLiesInTheTrashUnderItsName) {
   scene::write(driveTrash() + "/Foo.app/mine", "kept");
-  ditto("mkdir \"$3\"; echo part >\"$3/part\"; exit 1");
+  ditto("mkdir -p \"$3\"; echo part >\"$3/part\"; exit 1");
   EXPECT_EQ(move(), "Copy failed: ditto failed: exit 1");
   EXPECT_EQ(scene::read(driveTrash() + "/Foo.app/mine"), "kept");
   EXPECT_FALSE(scene::exists(driveTrash() + "/Foo.app/part"));

@@ -11,7 +11,7 @@ namespace {
 void makeThreeChanges(FileSystem& files, const ScratchFolder& scratch) {
   (void)files.createFolder(scratch / "folder");
   (void)files.createLink(scratch / "link", "folder");
-  (void)files.move(scratch / "link", scratch / "moved");
+  (void)files.rename(scratch / "link", scratch / "moved");
 }
 
 TEST(Decorators, failNthFailsThatOneAndChangesNothingThere) {
@@ -52,7 +52,7 @@ TEST(Decorators, recordingKeepsTheOrder) {
   const std::string at = scratch.text();
   EXPECT_EQ(files.operations(), (std::vector<std::string>{
                                     "createFolder " + at + "/folder", "createLink " + at + "/link -> folder",
-                                    "move " + at + "/link -> " + at + "/moved",
+                                    "rename " + at + "/link -> " + at + "/moved",
                                     "writeAtomically " + at + "/file", "remove " + at + "/file"}));
 }
 

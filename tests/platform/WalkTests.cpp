@@ -316,7 +316,7 @@ TEST(Looking, pathsLongerThanOneCallTakesWork) {
   EXPECT_TRUE(files().createFolder(Path(deep + "/e/e")));
   EXPECT_TRUE(files().createLink(Path(deep + "/l"), "x"));
   EXPECT_EQ(*files().readLink(Path(deep + "/l")), "x");
-  EXPECT_TRUE(files().move(Path(deep + "/f"), Path(deep + "/g")));
+  EXPECT_TRUE(files().rename(Path(deep + "/f"), Path(deep + "/g")));
   EXPECT_EQ(files().list(Path(deep), Hidden::included)->size(), 3u);
   EXPECT_TRUE(files().remove(scratch / "d"));
 }

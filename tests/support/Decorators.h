@@ -23,14 +23,32 @@ class GuardedFileSystem : public FileSystemDecorator {
     if (auto refusal = before("createLink " + link.text() + " -> " + target); !refusal) return refusal;
     return FileSystemDecorator::createLink(link, target);
   }
+  Result<void> claim(const Path& place, FileKind folderOrRegular) override {
+    if (auto refusal = before("claim " + place.text()); !refusal) return refusal;
+    return FileSystemDecorator::claim(place, folderOrRegular);
+  }
   Result<void> remove(const Path& item) override {
     if (auto refusal = before("remove " + item.text()); !refusal) return refusal;
     return FileSystemDecorator::remove(item);
   }
-  Result<void> move(const Path& source, const Path& destination) override {
-    if (auto refusal = before("move " + source.text() + " -> " + destination.text()); !refusal)
+  Result<void> removeLink(const Path& link) override {
+    if (auto refusal = before("removeLink " + link.text()); !refusal) return refusal;
+    return FileSystemDecorator::removeLink(link);
+  }
+  Result<bool> rename(const Path& source, const Path& destination) override {
+    if (auto refusal = before("rename " + source.text() + " -> " + destination.text()); !refusal)
+      return refusal.error();
+    return FileSystemDecorator::rename(source, destination);
+  }
+  Result<void> copy(const Path& source, const Path& destination) override {
+    if (auto refusal = before("copy " + source.text() + " -> " + destination.text()); !refusal)
       return refusal;
-    return FileSystemDecorator::move(source, destination);
+    return FileSystemDecorator::copy(source, destination);
+  }
+  Result<void> copyAttributes(const Path& source, const Path& destination) override {
+    if (auto refusal = before("copyAttributes " + source.text() + " -> " + destination.text()); !refusal)
+      return refusal;
+    return FileSystemDecorator::copyAttributes(source, destination);
   }
   Result<void> writeAtomically(const Path& file, std::string_view content) override {
     if (auto refusal = before("writeAtomically " + file.text()); !refusal) return refusal;

@@ -34,6 +34,8 @@ class FakeVolumes : public Volumes {
     if (!listable) return PlatformError(cocoaErrorDomain, CocoaErrorCode::fileReadUnknown, "no list");
     return order;
   }
+  /// What is mounted is so in truth; only what the volumes tell of themselves is decided.
+  Result<std::vector<Path>> mountPoints() const override { return hostPlatform().volumes.mountPoints(); }
   Result<VolumeProperties> properties(const Path& item) const override {
     const auto found = known.find(item.text());
     if (found == known.end())

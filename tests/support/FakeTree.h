@@ -56,6 +56,7 @@ class FakeTree : public FileSystemDecorator {
     FileKind kind() const override { return item_.kind; }
     Result<FileAttributes> attributes() const override { return item_.attributes; }
     Result<FileAttributes> attributesBelow(const Path&) const override { return item_.attributes; }
+    std::optional<PlatformError> obstacleToRemoval() const override { return std::nullopt; }
 
    private:
     const Item& item_;

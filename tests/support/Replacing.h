@@ -14,6 +14,7 @@ struct Replacement {
   Trash* trash = nullptr;
   Clock* clock = nullptr;
   Places* places = nullptr;
+  Locks* locks = nullptr;
 };
 
 /// `platform` with those parts in place of its own.
@@ -24,7 +25,8 @@ inline Platform replacing(const Replacement& part, const Platform& platform = ho
           .applications = part.applications ? *part.applications : platform.applications,
           .trash = part.trash ? *part.trash : platform.trash,
           .clock = part.clock ? *part.clock : platform.clock,
-          .places = part.places ? *part.places : platform.places};
+          .places = part.places ? *part.places : platform.places,
+          .locks = part.locks ? *part.locks : platform.locks};
 }
 
 /// What a person would be told; "nothing" if nothing was thrown.

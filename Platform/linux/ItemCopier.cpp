@@ -1,4 +1,4 @@
-#include "Platform/linux/FileCopier.h"
+#include "Platform/posix/ItemCopier.h"
 
 #include <algorithm>
 #include <cerrno>

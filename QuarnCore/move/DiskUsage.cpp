@@ -1,14 +1,14 @@
-#include "QuarnCLI/move/DiskUsage.h"
+#include "QuarnCore/move/DiskUsage.h"
 
 #include <charconv>
 
 #include "Platform/Text.h"
-#include "QuarnCLI/CLIError.h"
+#include "QuarnCore/move/MoveRefused.h"
 
 namespace quarn::DiskUsage {
 namespace {
 
-/// Both streams joined. Throws `CLIError` unless the status is 0.
+/// Both streams joined. Throws `MoveRefused` unless the status is 0.
 std::string runAndCapture(Platform& platform, const Path& executable,
                           const std::vector<std::string>& arguments) {
   const auto child = platform.processes.start(executable, arguments, OutputStreams::joined).orThrow();
@@ -17,7 +17,7 @@ std::string runAndCapture(Platform& platform, const Path& executable,
   const int status = child->waitForExit();
   if (!Text::isUTF8(output)) output.clear();
   if (status == 0) return output;
-  throw CLIError(executable.lastComponent() + " exited " + std::to_string(status) + ": " + output);
+  throw MoveRefused(executable.lastComponent() + " exited " + std::to_string(status) + ": " + output);
 }
 
 std::string firstWord(const std::string& text) {
@@ -34,8 +34,8 @@ std::int64_t kilobytes(Platform& platform, const Path& item) {
   const std::string word = firstWord(output);
   std::int64_t number = 0;
   const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), number);
-  if (word.empty() || error != std::errc{} || end != word.data() + word.size()) {
-    throw CLIError("Could not parse du output for " + item.text() + ": " + output);
+  if (word.empty() || error != std::errc{} || end != word.data() + word.size() || number < 0) {
+    throw MoveRefused("Could not parse du output for " + item.text() + ": " + output);
   }
   return number;
 }

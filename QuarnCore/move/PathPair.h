@@ -4,7 +4,7 @@
 
 namespace quarn::PathPair {
 
-/// Throws `CLIError` unless `source` can be copied to `destination`, removed and replaced by a link
+/// Throws `MoveRefused` unless `source` can be copied to `destination`, removed and replaced by a link
 /// without taking the copy, or anything else, with it: it exists, neither lies inside the other, and a
 /// file isn't to become a folder that is there already. Goes by what the paths lead to, since behind a
 /// link one folder has two names.

@@ -1,7 +1,7 @@
-#include "QuarnCLI/move/PathPair.h"
+#include "QuarnCore/move/PathPair.h"
 
 #include "Platform/Text.h"
-#include "QuarnCLI/CLIError.h"
+#include "QuarnCore/move/MoveRefused.h"
 
 namespace quarn::PathPair {
 namespace {
@@ -26,20 +26,20 @@ bool leadsInto(Platform& platform, const Path& folder, const Path& item) {
 
 void requireSafe(Platform& platform, const Path& source, const Path& destination) {
   if (!platform.files.exists(source)) {
-    throw CLIError("Source path does not exist: " + source.text());
+    throw MoveRefused("Source path does not exist: " + source.text());
   }
   if (Text::equal(source.text(), destination.text())) {
-    throw CLIError("Source and destination are the same path.");
+    throw MoveRefused("Source and destination are the same path.");
   }
   if (leadsInto(platform, source, destination)) {
-    throw CLIError("Destination lies inside the source: " + destination.text());
+    throw MoveRefused("Destination lies inside the source: " + destination.text());
   }
   if (!platform.files.exists(destination)) return;
   if (leadsInto(platform, destination, source)) {
-    throw CLIError("Source lies inside the destination: " + destination.text());
+    throw MoveRefused("Source lies inside the destination: " + destination.text());
   }
   if (!platform.files.isDirectory(source) && platform.files.isDirectory(destination)) {
-    throw CLIError("Destination is a folder, and the source is none: " + destination.text());
+    throw MoveRefused("Destination is a folder, and the source is none: " + destination.text());
   }
 }
 

@@ -1,0 +1,19 @@
+#include "Platform/macos/MacFileSystem.h"
+
+#include "Platform/macos/PrivateFolder.h"
+#include "Platform/posix/ResolvedPath.h"
+
+namespace quarn {
+
+// Resolved and standardized by hand: Foundation decomposes every name in the path that it gives back.
+Path MacFileSystem::resolvingLinks(const Path& path) const {
+  const auto found = resolved(path);
+  return found ? withoutPrivateFolder(*found) : standardized(path);
+}
+
+Path MacFileSystem::standardized(const Path& path) const {
+  const auto found = goesUp(path) ? resolved(path) : std::nullopt;
+  return withoutPrivateFolder(found ? *found : path.simplified());
+}
+
+}  // namespace quarn

@@ -1,0 +1,62 @@
+#include "Platform/posix/FolderLocks.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/file.h>
+
+#include "Platform/CocoaError.h"
+#include "Platform/posix/PathAt.h"
+
+namespace quarn {
+namespace {
+
+class HeldFolder : public Lock {
+ public:
+  explicit HeldFolder(Descriptor folder) : folder_(std::move(folder)) {}
+
+ private:
+  Descriptor folder_;
+};
+
+Descriptor open(const Path& folder) {
+  const PathAt at(folder);
+  if (at.error()) {
+    errno = at.error();
+    return {};
+  }
+  return Descriptor(::openat(at.folder(), at.name(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+}
+
+/// A network volume may lock files alone (flock(2): EISDIR from SMB), or nothing at all.
+bool isUnsupported(int errnoValue) {
+  return errnoValue == ENOTSUP || errnoValue == EOPNOTSUPP || errnoValue == EISDIR || errnoValue == EINVAL ||
+         errnoValue == ENOLCK || errnoValue == ENOSYS || errnoValue == EBADF;
+}
+
+/// 0, or the number of the failure.
+int take(int folder, const std::function<void()>& waiting) {
+  if (::flock(folder, LOCK_EX | LOCK_NB) == 0) return 0;
+  if (errno == EWOULDBLOCK) {
+    waiting();
+    while (::flock(folder, LOCK_EX) != 0) {
+      if (errno != EINTR) return errno;
+    }
+    return 0;
+  }
+  return isUnsupported(errno) ? 0 : errno;
+}
+
+}  // namespace
+
+Result<std::shared_ptr<Lock>> FolderLocks::lock(const Path& folder, const std::function<void()>& waiting) {
+  std::weak_ptr<Lock>& known = held_[folder.text()];
+  if (auto lock = known.lock()) return lock;
+  Descriptor opened = open(folder);
+  const int error = opened.isOpen() ? take(opened.number(), waiting) : errno;
+  if (error != 0) return CocoaError::fromErrno(CocoaError::Operation::readFile, error, folder);
+  std::shared_ptr<Lock> lock = std::make_shared<HeldFolder>(std::move(opened));
+  known = lock;
+  return lock;
+}
+
+}  // namespace quarn

@@ -1,0 +1,50 @@
+#include "Platform/posix/VolumeFlush.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <unistd.h>
+
+#include "Platform/posix/PathAt.h"
+#include "Platform/posix/VolumeSync.h"
+
+namespace quarn {
+namespace {
+
+/// Not open with `errno` set.
+Descriptor open(const Path& item) {
+  const PathAt at(item);
+  if (at.error()) {
+    errno = at.error();
+    return {};
+  }
+  return Descriptor(::openat(at.folder(), at.name(), O_RDONLY | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC));
+}
+
+/// Which volumes can't be asked as a whole, and how they say so, differs from one driver to the next: a
+/// disk formatted as exFAT answers ENOTTY on a Mac, a network volume ENOTSUP.
+bool isUnsupported(int errnoValue) {
+  return errnoValue == ENOTSUP || errnoValue == EOPNOTSUPP || errnoValue == ENOTTY || errnoValue == EINVAL ||
+         errnoValue == ENOSYS;
+}
+
+int syncItem(int item) {
+  return ::fsync(item) == 0 || isUnsupported(errno) ? 0 : errno;
+}
+
+}  // namespace
+
+int flushVolume(const Path& item) {
+  Descriptor onVolume = open(item);
+  // A link, a socket or a file that may not be read doesn't open; the folder that holds it stands on the
+  // same volume.
+  if (!onVolume.isOpen()) onVolume = open(item.parent());
+  if (onVolume.isOpen()) {
+    const int error = syncVolume(onVolume.number());
+    return isUnsupported(error) ? syncItem(onVolume.number()) : error;
+  }
+  if (errno != EACCES) return errno;
+  ::sync();
+  return 0;
+}
+
+}  // namespace quarn

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <string>
+
+#include "Platform/LocalizedError.h"
+
+namespace quarn {
+
+/// A move or a way back that isn't begun, since it could lose something or tear it apart. Nothing has
+/// changed.
+class MoveRefused : public LocalizedError {
+ public:
+  explicit MoveRefused(std::string sentence) : sentence_(std::move(sentence)) {}
+  std::string localizedDescription() const override { return sentence_; }
+
+ private:
+  std::string sentence_;
+};
+
+}  // namespace quarn

@@ -1,0 +1,83 @@
+#include "QuarnCore/move/PathMover.h"
+
+#include <algorithm>
+
+#include "QuarnCore/move/DiskUsage.h"
+#include "QuarnCore/move/MoveRefused.h"
+#include "QuarnCore/move/MoveVerifier.h"
+#include "QuarnCore/move/PathPair.h"
+
+namespace quarn::PathMover {
+namespace {
+
+/// Such as to let no number of kilobytes overflow.
+std::int64_t ninetyFivePercent(std::int64_t kilobytes) {
+  return kilobytes / 100 * 95 + kilobytes % 100 * 95 / 100;
+}
+
+/// A drive that isn't plugged in: the folders that would be made in its place lie on the startup disk.
+ChosenVolume mountedVolume(Platform& platform, const Path& destination) {
+  if (auto volume = ChosenVolume::holding(platform, destination)) return *volume;
+  throw MoveRefused("No drive is mounted there: " + destination.text());
+}
+
+/// What stands in place of a whole volume can't come home again.
+void refuseTopOfVolume(Platform& platform, const Path& destination) {
+  const Path place = platform.files.resolvingLinks(destination);
+  const auto mountPoints = platform.volumes.mountPoints().valueOr({});
+  if (std::find(mountPoints.begin(), mountPoints.end(), place) == mountPoints.end()) return;
+  throw MoveRefused("Destination is a whole volume: " + destination.text() + ". Name a folder on it.");
+}
+
+void runRsync(Platform& platform, const Plan& plan, bool showsProgress) {
+  const auto attributes = platform.files.attributes(plan.source);
+  const bool isFolder = attributes && attributes->kind == FileKind::directory;
+  if (isFolder) platform.files.createFolder(plan.destination).orThrow();
+  std::vector<std::string> arguments = {"-aH"};
+  if (showsProgress) arguments.emplace_back("--progress");
+  // The trailing slashes make the contents of the one land in the other.
+  for (const Path& path : {plan.source, plan.destination})
+    arguments.push_back(path.text() + (isFolder ? "/" : ""));
+  const auto child =
+      platform.processes.start(Path("/usr/bin/rsync"), arguments, OutputStreams::inherited).orThrow();
+  const int status = child->waitForExit();
+  if (status != 0) throw MoveRefused("rsync exited " + std::to_string(status));
+}
+
+void requireAtLeast(std::int64_t minimumKB, std::int64_t destinationKB) {
+  if (destinationKB >= minimumKB) return;
+  throw MoveRefused("Verification failed: destination is below 95%; source left untouched.");
+}
+
+}  // namespace
+
+Plan plan(Platform& platform, const Path& source, const Path& destination) {
+  PathPair::requireSafe(platform, source, destination);
+  MountedInside::refuse(platform, source);
+  const ChosenVolume volume = mountedVolume(platform, destination);
+  refuseTopOfVolume(platform, destination);
+  const std::int64_t sourceKB = DiskUsage::kilobytes(platform, source);
+  return {source, destination, volume, sourceKB, ninetyFivePercent(sourceKB)};
+}
+
+std::int64_t copy(Platform& platform, const Plan& plan, bool showsProgress) {
+  const Path folder = plan.destination.parent();
+  platform.files.createFolder(folder).orThrow();
+  plan.volume.requireHolds(platform, folder);
+  runRsync(platform, plan, showsProgress);
+  platform.files.flush(plan.destination).orThrow();
+  return DiskUsage::kilobytes(platform, plan.destination);
+}
+
+void replaceByLink(Platform& platform, const Plan& plan, std::int64_t destinationKB) {
+  requireAtLeast(plan.minimumKB, destinationKB);
+  // What came into the source while the copy was written out would be lost within those five per cent.
+  const auto findings = MoveVerifier::beforeRemoval(platform, plan.source, plan.destination);
+  if (findings.difference) throw MoveRefused("Verification failed: " + *findings.difference);
+  if (findings.obstacle) throw *findings.obstacle;
+  plan.volume.requireHolds(platform, plan.destination);
+  platform.files.remove(plan.source).orThrow();
+  platform.files.createLink(plan.source, plan.destination.text()).orThrow();
+}
+
+}  // namespace quarn::PathMover

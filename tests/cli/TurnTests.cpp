@@ -1,0 +1,197 @@
+#include <chrono>
+#include <csignal>
+#include <gtest/gtest.h>
+#include <thread>
+
+#include "tests/cli/Faults.h"
+
+using namespace expected;
+using namespace fault;
+
+namespace {
+
+namespace fs = std::filesystem;
+using Lines = std::vector<std::string>;
+using std::chrono::milliseconds;
+
+const std::string waiting = "Waiting for another run of quarn to finish.\n";
+
+/// Two commands that begin some time apart, and what each said: standard output, then standard error.
+struct Two {
+  std::string first, second, firstError, secondError;
+
+  Two(const std::string& one, const std::string& other, milliseconds gap) {
+    scene::Background early({"/bin/sh", "-c", one + " >/tmp/1.out 2>/tmp/1.err"});
+    std::this_thread::sleep_for(gap);
+    scene::Background late({"/bin/sh", "-c", other + " >/tmp/2.out 2>/tmp/2.err"});
+    early.wait();
+    late.wait();
+    first = scene::read("/tmp/1.out");
+    second = scene::read("/tmp/2.out");
+    firstError = scene::read("/tmp/1.err");
+    secondError = scene::read("/tmp/2.err");
+  }
+  bool oneSays(const std::string& text) const {
+    return (said(first, firstError, text) ? 1 : 0) + (said(second, secondError, text) ? 1 : 0) == 1;
+  }
+  std::string all() const { return first + firstError + "--\n" + second + secondError; }
+
+ private:
+  static bool said(const std::string& out, const std::string& error, const std::string& text) {
+    return out.find(text) != std::string::npos || error.find(text) != std::string::npos;
+  }
+};
+
+class Turns : public testing::Test {
+ protected:
+  void SetUp() override {
+    // Long enough that the runs meet at every step.
+    replaceDitto("sleep 0.05; " + realDitto + "; code=$?; sleep 0.05; exit $code");
+    makeApp();
+  }
+  void makeApp() {
+    fs::remove_all(app);
+    fs::remove_all("/Volumes/X9/ExternalQuarn");
+    fs::remove_all(scene::home + "/Library/Application Support/Quarn");
+    scene::makeApp(app, {}, 4000);
+    before = scene::tree(app);
+  }
+  void expectMoved(const Two& two) {
+    EXPECT_EQ(scene::target(app), moved) << two.all();
+    EXPECT_EQ(scene::tree(moved), before) << two.all();
+    EXPECT_FALSE(scene::exists(scene::driveTrash())) << "what the other run made, nobody sets aside\n"
+                                                     << two.all();
+  }
+  void expectHome(const Two& two) {
+    EXPECT_EQ(scene::tree(app), before) << two.all();
+    EXPECT_FALSE(scene::exists(moved)) << two.all();
+  }
+
+  Lines before;
+  const Lines none;
+  // By names that hold no path: a path in the other run's command line would count as a running application.
+  const std::string move = "quarn move one com.example.foo --yes";
+  const std::string back = "quarn move back Foo";
+};
+
+TEST_F(Turns, ofTwoMovesOfOneApplicationOneIsDoneAndTheOtherRefused) {
+  for (const int gap : {0, 0, 0, 5, 10, 20, 30, 50, 80, 120, 200, 400}) {
+    makeApp();
+    const Two two(move, move, milliseconds(gap));
+    EXPECT_TRUE(two.oneSays("    ok in ")) << gap << "\n" << two.all();
+    expectMoved(two);
+    // The one that came later may have looked before or after the link was made.
+    EXPECT_TRUE(two.oneSays("    FAIL: Destination already exists.\n") || two.oneSays("nothing to move.\n"))
+        << gap << "\n"
+        << two.all();
+  }
+}
+
+TEST_F(Turns, ofTwoWaysBackOneIsDoneAndTheOtherRefused) {
+  for (const int gap : {0, 0, 0, 5, 10, 20, 50, 100}) {
+    makeApp();
+    ASSERT_EQ(moveOne().status, 0);
+    const Two two(back, back, milliseconds(gap));
+    EXPECT_TRUE(two.oneSays("moved back: " + app + "\n")) << gap << "\n" << two.all();
+    EXPECT_TRUE(two.oneSays("error\tNot a symlink: " + app + " — already local, nothing to move back.\n"))
+        << gap << "\n"
+        << two.all();
+    expectHome(two);
+  }
+}
+
+TEST_F(Turns, ofAWayBackThatIsHeldUpTheOtherWaitsAndLosesNothing) {
+  ASSERT_EQ(moveOne().status, 0);
+  scene::replaceTool("/usr/bin/find", "#!/bin/sh\nsleep 0.5\nexit 1\n");
+  const Two two(back, back, milliseconds(150));
+  EXPECT_EQ(two.first, "moved back: " + app + "\n");
+  EXPECT_EQ(two.secondError,
+            waiting + "error\tNot a symlink: " + app + " — already local, nothing to move back.\n");
+  expectHome(two);
+}
+
+TEST_F(Turns, aWayBackBesideAMoveIsCarriedOutBeforeOrAfterIt) {
+  for (const int gap : {0, 10, 30, 60, 120, 250}) {
+    makeApp();
+    const Two two(move, back, milliseconds(gap));
+    if (scene::isLink(app)) {
+      expectMoved(two);
+    } else {
+      expectHome(two);
+      EXPECT_NE(two.second.find("moved back: "), std::string::npos) << two.all();
+    }
+  }
+}
+
+TEST_F(Turns, ofTwoPathMovesOneIsDoneAndTheOtherFindsTheLink) {
+  const std::string source = "/Users/me/Movies", destination = "/Volumes/X9/Movies";
+  const std::string path = "quarn move path --source " + source + " --destination " + destination + " --yes";
+  fs::rename("/usr/bin/rsync", "/usr/libexec/quarn-room/rsync");
+  scene::replaceTool("/usr/bin/rsync", "#!/bin/sh\nsleep 0.2\nexec /usr/libexec/quarn-room/rsync \"$@\"\n");
+  for (const int gap : {0, 5, 50, 150}) {
+    fs::remove_all(source);
+    fs::remove_all(destination);
+    scene::writeBytes(source + "/a.mov", 3000);
+    scene::writeBytes(source + "/Sub/b.mov", 3000);
+    const auto tree = scene::tree(source);
+    const Two two(path, path, milliseconds(gap));
+    EXPECT_TRUE(two.oneSays("linked: " + source)) << two.all();
+    EXPECT_TRUE(two.oneSays("already symlink: " + source + " -> " + destination + "\n")) << two.all();
+    EXPECT_EQ(scene::target(source), destination);
+    EXPECT_EQ(scene::tree(destination), tree);
+  }
+}
+
+TEST_F(Turns, whoWaitsSaysSoOnceAndTheRunsOfOtherApplicationsWaitToo) {
+  scene::makeApp("/Applications/Bar.app", {.identifier = "com.example.bar"}, 4000);
+  scene::write(scene::home + "/Library/Application Support/Bar/data", "of Bar");
+  replaceDitto("touch /tmp/copying; sleep 0.4; exec " + realDitto);
+  scene::Background first({"/bin/sh", "-c", move + " >/tmp/1.out 2>&1"});
+  ASSERT_TRUE(scene::appears("/tmp/copying"));
+  const auto second = scene::quarn({"move", "one", "/Applications/Bar.app", "--yes"});
+  first.wait();
+  EXPECT_EQ(second.err, waiting);
+  EXPECT_EQ(scene::target("/Applications/Bar.app"), apps + "/Bar.app");
+  EXPECT_TRUE(scene::isLink(scene::home + "/Library/Application Support/Bar"));
+}
+
+TEST_F(Turns, aRunThatWasKilledHoldsNobodyUp) {
+  replaceDitto("touch /tmp/copying; sleep 5");
+  {
+    scene::Background killed({"/bin/sh", "-c", "exec " + move + " >/dev/null 2>&1"});
+    ASSERT_TRUE(scene::appears("/tmp/copying"));
+    ::kill(killed.pid(), SIGKILL);
+    killed.wait();
+  }
+  fs::remove_all(moved);
+  replaceDitto("exec " + realDitto);
+  const auto next = moveOne();
+  EXPECT_EQ(next.err, "");
+  EXPECT_EQ(scene::target(app), moved);
+}
+
+TEST_F(Turns, leaveNothingOnTheDisk) {
+  const auto homeBefore = scene::tree(scene::home);
+  EXPECT_EQ(scene::quarn({"move", "back", app}).status, 1) << "it is no link";
+  EXPECT_EQ(scene::tree(scene::home), homeBefore);
+}
+
+/// Two people have homes, and so turns, of their own; on the drive they meet all the same.
+TEST_F(Turns, ofTwoPeopleOnOneDriveOneGetsThePlace) {
+  const std::string yours = "/Users/you/Applications/Foo.app";
+  for (const int gap : {0, 0, 5, 20, 50, 100}) {
+    makeApp();
+    fs::remove_all("/Users/you");
+    scene::makeApp(yours, {.identifier = "com.example.yours"}, 7000);
+    const auto yourTree = scene::tree(yours);
+    const Two two(move, "HOME=/Users/you quarn move one com.example.yours --yes", milliseconds(gap));
+    EXPECT_TRUE(two.oneSays("    ok in ")) << gap << "\n" << two.all();
+    EXPECT_TRUE(two.oneSays("    FAIL: Destination already exists.\n")) << gap << "\n" << two.all();
+    const bool isMine = scene::isLink(app);
+    EXPECT_EQ(scene::tree(moved), isMine ? before : yourTree) << two.all();
+    EXPECT_EQ(scene::tree(isMine ? yours : app), isMine ? yourTree : before) << two.all();
+    EXPECT_FALSE(scene::exists(scene::driveTrash())) << two.all();
+  }
+}
+
+}  // namespace

@@ -1,0 +1,77 @@
+#include <filesystem>
+#include <sys/mount.h>
+
+#include "QuarnCore/move/ChosenVolume.h"
+#include "tests/move/Moving.h"
+#include "tests/support/Child.h"
+#include "tests/support/GatedPlatform.h"
+#include "tests/support/NothingLost.h"
+
+namespace quarn {
+namespace {
+
+using namespace moving;
+using Lines = std::vector<std::string>;
+
+TEST(ChosenVolume, ofAFolderBelowADriveThatIsNotMountedIsNone) {
+  scene::makeFolder("/Volumes/Left/behind");
+  Platform& host = hostPlatform();
+  for (const std::string& place : Lines{"/Volumes/Gone", "/Volumes/Gone/a/b", "/Volumes/Left",
+                                        "/Volumes/Left/behind/new", "/Users/me/../../Volumes/Gone/a"}) {
+    EXPECT_FALSE(ChosenVolume::holding(host, Path(place))) << place;
+  }
+  for (const std::string& place :
+       Lines{"/Volumes/X9", "/Volumes/X9/a/b", "/Users/me/new/folder", "/Volumes"}) {
+    EXPECT_TRUE(ChosenVolume::holding(host, Path(place))) << place;
+  }
+}
+
+TEST(ChosenVolume, isFoundThroughALink) {
+  scene::link("/Users/me/Drive", "/Volumes/X9");
+  scene::link("/Users/me/Lost", "/Volumes/Gone/x");
+  Platform& host = hostPlatform();
+  const auto volume = ChosenVolume::holding(host, Path("/Users/me/Drive/a/b"));
+  ASSERT_TRUE(volume);
+  scene::makeFolder("/Volumes/X9/a");
+  EXPECT_TRUE(volume->holds(host, Path("/Volumes/X9/a")));
+  if (scene::hasMounts()) {
+    EXPECT_FALSE(volume->holds(host, Path("/Users/me")));
+  }
+  EXPECT_FALSE(volume->holds(host, Path("/Volumes/X9/none")));
+}
+
+/// Pulls the drive out at one operation of a move; a folder of its name stays on the startup disk.
+std::string moveWithTheDrivePulledAt(const std::string& operationsBegin) {
+  bool isPulled = false;
+  GatedPlatform gated([&](const std::string& operation) {
+    if (!isPulled && operation.starts_with(operationsBegin)) {
+      isPulled = true;
+      EXPECT_EQ(::umount2(scene::drive.c_str(), MNT_DETACH), 0);
+      std::filesystem::create_directories(appsFolder);
+    }
+    return Result<void>();
+  });
+  return move(gated.platform());
+}
+
+TEST(ChosenVolume, thatGoesAwayDuringAMoveNeverCostsTheSource) {
+  if (!scene::hasMounts()) GTEST_SKIP() << "needs real mounts";
+  scene::makeApp(app);
+  const auto before = scene::tree(app);
+  const std::string gone = "The drive is no longer mounted: /Volumes/X9";
+  const std::vector<std::pair<std::string, std::string>> rows = {
+      {"createFolder", gone},
+      {"claim", "Copy failed: the drive was pulled out meanwhile"},
+  };
+  for (const auto& [operation, told] : rows) {
+    EXPECT_EQ(child::failuresWithOwnMounts([&] {
+                EXPECT_EQ(moveWithTheDrivePulledAt(operation), told) << operation;
+                EXPECT_EQ(scene::tree(app), before) << operation;
+                EXPECT_FALSE(scene::exists(movedApp)) << "a copy elsewhere is no copy";
+              }),
+              "");
+  }
+}
+
+}  // namespace
+}  // namespace quarn

@@ -1,0 +1,186 @@
+#include <filesystem>
+#include <sys/stat.h>
+
+#include "QuarnCore/move/HealthManifest.h"
+#include "tests/move/Moving.h"
+#include "tests/support/Child.h"
+#include "tests/support/GatedPlatform.h"
+
+namespace quarn {
+namespace {
+
+using namespace moving;
+namespace fs = std::filesystem;
+using Lines = std::vector<std::string>;
+
+const std::string noPermission =
+    "“Foo.app” couldn’t be moved because you don’t have permission to access “Applications”.";
+
+class Homecoming : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    scene::makeApp(movedApp);
+    whole = scene::tree(movedApp);
+  }
+  void linkIt() {
+    scene::link(app, movedApp);
+    HealthManifest::record(hostPlatform(), {app, movedApp, std::nullopt, 1, {}});
+  }
+  /// Link, record and copy are as they were.
+  void expectNothingChanged() {
+    EXPECT_EQ(scene::target(app), movedApp);
+    EXPECT_TRUE(scene::exists(movedApp + "/Contents/Info.plist"));
+    EXPECT_EQ(HealthManifest::load(hostPlatform()).size(), 1u);
+  }
+  /// What lies hidden beside the application.
+  static Lines hidden() {
+    Lines names;
+    for (const auto& item : fs::directory_iterator("/Applications")) {
+      const std::string name = item.path().filename().string();
+      if (name.starts_with(".")) names.push_back(name);
+    }
+    return names;
+  }
+
+  Lines whole;
+};
+
+TEST_F(Homecoming, aTreeThatTookTheLinksPlaceStays) {
+  linkIt();
+  GatedPlatform gated([](const std::string& operation) {
+    if (!operation.starts_with("removeLink")) return Result<void>();
+    fs::remove(app);
+    scene::write(app + "/Contents/mine", "an updater's");
+    return Result<void>();
+  });
+  EXPECT_NE(restore(gated.platform()), "nothing");
+  EXPECT_EQ(scene::read(app + "/Contents/mine"), "an updater's");
+  EXPECT_EQ(scene::tree(movedApp), whole);
+}
+
+TEST_F(Homecoming, aSocketInTheCopyIsFoundBeforeAnythingChanges) {
+  if (!scene::hasMounts()) GTEST_SKIP() << "a drive that shares the home's device is left by a rename";
+  linkIt();
+  ASSERT_EQ(::mknod((movedApp + "/Contents/socket").c_str(), S_IFSOCK | 0600, 0), 0);
+  EXPECT_EQ(restore(), "“Contents/socket” is a socket or a device, which can't be copied. Remove it first.");
+  expectNothingChanged();
+  fs::remove(movedApp + "/Contents/socket");
+  EXPECT_EQ(restore(), "nothing");
+  EXPECT_EQ(scene::tree(app), whole);
+}
+
+TEST_F(Homecoming, aFifoComesHome) {
+  linkIt();
+  ASSERT_EQ(::mkfifo((movedApp + "/Contents/fifo").c_str(), 0600), 0);
+  EXPECT_EQ(restore(), "nothing");
+  struct stat status {};
+  ASSERT_EQ(::lstat((app + "/Contents/fifo").c_str(), &status), 0);
+  EXPECT_TRUE(S_ISFIFO(status.st_mode));
+}
+
+TEST_F(Homecoming, aFolderOnTheDriveThatMayNotBeEmptiedIsFoundBeforeAnythingChanges) {
+  if (!scene::hasMounts()) GTEST_SKIP() << "a drive that shares the home's device is left by a rename";
+  linkIt();
+  ::chmod((movedApp + "/Contents/Resources").c_str(), 0555);
+  EXPECT_EQ(child::failuresWithoutRights([] { EXPECT_EQ(restore(), noPermission); }), "");
+  expectNothingChanged();
+  ::chmod((movedApp + "/Contents/Resources").c_str(), 0755);
+  EXPECT_EQ(scene::tree(movedApp), whole);
+}
+
+TEST_F(Homecoming, anUnwritableFolderAroundTheCopyIsFoundBeforeAnythingChanges) {
+  linkIt();
+  ::chmod(appsFolder.c_str(), 0555);
+  EXPECT_EQ(child::failuresWithoutRights([] { EXPECT_EQ(restore(), noPermission); }), "");
+  expectNothingChanged();
+  EXPECT_EQ(scene::tree(movedApp), whole);
+}
+
+TEST_F(Homecoming, anUnreadableFolderInTheCopyIsFoundBeforeAnythingChanges) {
+  if (!scene::hasMounts()) GTEST_SKIP() << "a drive that shares the home's device is left by a rename";
+  linkIt();
+  ::chmod((movedApp + "/Contents/MacOS").c_str(), 0);
+  EXPECT_EQ(child::failuresWithoutRights([] { EXPECT_NE(restore(), "nothing"); }), "");
+  expectNothingChanged();
+}
+
+TEST_F(Homecoming, whatChangesOnTheDriveWhileTheCopyIsWrittenOutIsNotLost) {
+  if (!scene::hasMounts()) GTEST_SKIP() << "a drive that shares the home's device is left by a rename";
+  linkIt();
+  GatedPlatform gated([](const std::string& operation) {
+    if (operation.starts_with("flush")) scene::write(movedApp + "/Contents/late", "written late");
+    return Result<void>();
+  });
+  EXPECT_EQ(restore(gated.platform()),
+            "Verification failed: Foo.app copied with 7 of 8 entries — 1 missing.");
+  EXPECT_EQ(scene::read(movedApp + "/Contents/late"), "written late");
+  EXPECT_FALSE(scene::exists(app)) << "a failed copy at home is removed, and the link stays away";
+}
+
+class LauncherHomecoming : public Homecoming {
+ protected:
+  void SetUp() override {
+    Homecoming::SetUp();
+    scene::makeLauncher(app, movedApp);
+    launcher = scene::tree(app);
+  }
+  Lines launcher;
+};
+
+TEST_F(LauncherHomecoming, isSetAsideFirstAndRemovedLast) {
+  Lines steps;
+  GatedPlatform gated([&steps](const std::string& operation) {
+    steps.push_back(operation.substr(0, operation.find(' ')));
+    return Result<void>();
+  });
+  EXPECT_EQ(restore(gated.platform()), "nothing");
+  EXPECT_EQ(scene::tree(app), whole);
+  EXPECT_EQ(hidden(), Lines{});
+  EXPECT_EQ(steps.front(), "rename") << "the launcher";
+  const Lines expected =
+      scene::hasMounts() ? Lines{"rename", "rename", "copy", "flush", "start", "start", "remove", "remove"}
+                         : Lines{"rename", "rename", "remove"};
+  EXPECT_EQ(steps, expected);
+}
+
+TEST_F(LauncherHomecoming, isPutBackWhenTheMoveFails) {
+  const PlatformError broken("test", 1, "It broke.");
+  const Lines failing = scene::hasMounts() ? Lines{"copy", "flush"} : Lines{"rename " + movedApp};
+  for (const std::string& word : failing) {
+    GatedPlatform gated([&](const std::string& operation) {
+      return operation.starts_with(word) ? Result<void>(broken) : Result<void>();
+    });
+    EXPECT_EQ(restore(gated.platform()), "It broke.") << word;
+    EXPECT_EQ(scene::tree(app), launcher) << word;
+    EXPECT_EQ(scene::tree(movedApp), whole) << word;
+    EXPECT_EQ(hidden(), Lines{});
+  }
+}
+
+TEST_F(LauncherHomecoming, staysAsideWhereItsPlaceIsTaken) {
+  GatedPlatform gated([](const std::string& operation) {
+    if (operation.starts_with("rename " + movedApp)) scene::write(app, "somebody else's");
+    return Result<void>();
+  });
+  EXPECT_NE(restore(gated.platform()), "nothing");
+  EXPECT_EQ(scene::read(app), "somebody else's");
+  EXPECT_EQ(scene::tree(movedApp), whole);
+  ASSERT_EQ(hidden().size(), 1u);
+  EXPECT_EQ(scene::tree("/Applications/" + hidden()[0]), launcher);
+  EXPECT_TRUE(hidden()[0].starts_with(".quarn-launcher-"));
+}
+
+TEST_F(LauncherHomecoming, thatMayNotBeRemovedIsFoundBeforeAnythingChanges) {
+  ::chmod((app + "/Contents").c_str(), 0555);
+  EXPECT_EQ(child::failuresWithoutRights([] {
+              EXPECT_EQ(restore(),
+                        "“Contents” couldn’t be removed because you don’t have permission to access it.");
+            }),
+            "");
+  EXPECT_TRUE(scene::exists(app + "/Contents/Resources/ExternalAppTarget.txt"));
+  EXPECT_EQ(scene::tree(movedApp), whole);
+  EXPECT_EQ(hidden(), Lines{});
+}
+
+}  // namespace
+}  // namespace quarn
