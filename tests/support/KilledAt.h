@@ -12,7 +12,7 @@ namespace scene {
 struct KilledRun {
   bool wasKilled = false;  ///< false: it ran through with fewer such calls
   int status = 0;          ///< exit status, or minus the number of the signal that ended it
-  std::string call;        ///< what it was killed at, such as "unlinkat"
+  std::string call;        ///< what it was killed at, such as "unlinkat /Applications/Foo.app"
 };
 
 /// Runs a program as an ordinary person, its output thrown away. Absent where processes can't be traced
