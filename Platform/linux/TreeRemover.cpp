@@ -28,6 +28,9 @@ class Removal : public TreeWork {
   }
 
   bool failed(const FolderStack&, std::string_view, int errnoValue) override {
+    // Somebody else removed a folder, or moved it away. If something is left, the folder above it can't be
+    // removed, and that is told.
+    if (errnoValue == ENOENT) return true;
     error_ = errnoValue;
     return false;
   }
