@@ -18,9 +18,10 @@ Descriptor open(const Path& item) {
 }  // namespace
 
 int flushVolume(const Path& item) {
-  // The folder stands on the same volume, and it opens where the item is a link or may not be read.
-  Descriptor onVolume = open(item.parent());
-  if (!onVolume.isOpen()) onVolume = open(item);
+  // A link and a file that may not be read don't open. The folder that holds them stands on the same
+  // volume, but the one that holds a mount point doesn't.
+  Descriptor onVolume = open(item);
+  if (!onVolume.isOpen()) onVolume = open(item.parent());
   if (onVolume.isOpen()) return ::syncfs(onVolume.number()) == 0 ? 0 : errno;
   if (errno != EACCES) return errno;
   ::sync();
