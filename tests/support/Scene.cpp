@@ -9,7 +9,6 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <linux/capability.h>
 #include <poll.h>
 #include <sqlite3.h>
@@ -21,6 +20,8 @@
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
+
+#include "tests/support/Content.h"
 
 namespace scene {
 namespace {
@@ -347,8 +348,7 @@ std::string target(const std::string& link) {
 }
 
 std::string read(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  return contentOf(path);
 }
 
 std::vector<std::string> tree(const std::string& path) {
