@@ -7,7 +7,8 @@
 namespace quarn {
 
 /// Calls `action` on a background thread of low priority, first after one interval and then every
-/// interval, until it is cancelled. `cancel` waits for a call that has already begun, so nothing is
+/// interval, until it is cancelled. A call that takes longer makes calls fewer: what it held up is not made
+/// up for in a burst. `cancel` waits for a call that has already begun, so nothing is
 /// called once it has returned; destroying the timer cancels it.
 class RepeatingTimer {
  public:

@@ -44,9 +44,10 @@ class Removal : public TreeWork {
     return false;
   }
 
-  bool failed(const FolderStack&, std::string_view name, int errnoValue) override {
-    // A folder that another program removed first.
-    if (errnoValue == ENOENT && !name.empty()) return true;
+  bool failed(const FolderStack&, std::string_view, int errnoValue) override {
+    // Another program removed a folder, or moved it away. If something is left, the folder above it can't be
+    // removed, and that is told.
+    if (errnoValue == ENOENT) return true;
     error_ = errnoValue;
     return false;
   }

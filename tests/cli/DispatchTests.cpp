@@ -160,8 +160,19 @@ TEST(Dispatch, eachMoveAndSnapshotActionReachesItsCommand) {
 }
 
 TEST(Dispatch, unknownAndRepeatedFlagsDontMatter) {
+  scene::makeApp("/Applications/Plain.app", {.identifier = "com.example.plain"});
+  scene::makeApp("/Applications/Risky.app", {.identifier = "com.example.risky"});
+  scene::makeFolder("/Applications/Risky.app/Contents/Library/SystemExtensions/Inner.systemextension");
   const std::string plain = shown(quarn({"move", "apps"}));
-  EXPECT_EQ(shown(quarn({"move", "apps", "--nonsense", "--all", "--all", "--format", "toml"})), plain);
+  const std::string all = shown(quarn({"move", "apps", "--all"}));
+  ASSERT_NE(plain.find("Plain.app"), std::string::npos);
+  ASSERT_EQ(plain.find("Risky.app"), std::string::npos);
+  ASSERT_NE(all.find("Risky.app"), std::string::npos);
+  const Words unknown = {"move",      "apps",     "--nonsense", "--ALL", "-all",
+                         "--all=yes", "--format", "toml",       "all"};
+  EXPECT_EQ(shown(quarn(unknown)), plain);
+  EXPECT_EQ(shown(quarn({"move", "apps", "--nonsense", "--all", "--all", "--format", "toml"})), all);
+  EXPECT_EQ(shown(quarn({"move", "apps", "word", "--all", "--all", "--all"})), all);
 }
 
 }  // namespace

@@ -185,7 +185,8 @@ TEST(MoveOne, aFailureEndsTheProgressLineToo) {
 TEST(MoveOne, nothingIsSnapshottedFirst) {
   scene::makeApp(app);
   quarn({"move", "one", app, "--yes"});
-  EXPECT_FALSE(scene::exists("/var/db/quarn-room-snapshots"));
+  EXPECT_TRUE(scene::isLink(app));
+  EXPECT_EQ(quarn({"snapshot", "list"}).out, "No local snapshots.\n");
 }
 
 TEST(MoveOne, theMoveIsRecordedInTheManifest) {

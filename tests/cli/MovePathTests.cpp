@@ -9,6 +9,7 @@ namespace {
 
 const std::string source = "/Users/me/Movies";
 const std::string destination = "/Volumes/X9/Movies";
+const std::string usage = "Usage: move path --source <path> --destination <path> [--yes] [--progress]";
 
 scene::Run movePath(const std::string& from, const std::string& to,
                     const std::vector<std::string>& flags = {"--yes"},
@@ -75,7 +76,6 @@ TEST(MovePath, aSecondTimeTheSourceIsALinkAlready) {
 }
 
 TEST(MovePath, withoutBothPathsTheUsageIsTold) {
-  const std::string usage = "Usage: move path --source <path> --destination <path> [--yes] [--progress]";
   const std::vector<std::string> rows[] = {{},
                                            {"--source", "/a"},
                                            {"--destination", "/a"},
@@ -93,9 +93,21 @@ TEST(MovePath, aMissingSourceIsNamedByItsWholePath) {
   EXPECT_EQ(shown(movePath("~/Nope", destination)), failed("Source path does not exist: /Users/me/Nope"));
   EXPECT_EQ(shown(movePath("Nope/./x//y", destination)),
             failed("Source path does not exist: /Users/me/Nope/x/y"));
-  EXPECT_EQ(
-      shown(movePath("", destination, {"--yes"}, {.input = "", .folder = "/Volumes/X9/"})).find("linked"),
-      std::string::npos);
+}
+
+TEST(MovePath, anEmptyPathIsAMissingOneAndNeverTheCurrentFolder) {
+  scene::write(source + "/a.mov", "film");
+  const auto before = scene::tree("/Users/me");
+  const std::vector<std::string> rows[] = {{"--source", "", "--destination", destination},
+                                           {"--source", source, "--destination", ""},
+                                           {"--source", "", "--destination", ""}};
+  for (const auto& words : rows) {
+    std::vector<std::string> command = {"move", "path", "--yes"};
+    command.insert(command.end(), words.begin(), words.end());
+    EXPECT_EQ(shown(quarn(command, {.input = "", .folder = source})), failed(usage));
+  }
+  EXPECT_EQ(scene::tree("/Users/me"), before);
+  EXPECT_FALSE(scene::exists(destination));
 }
 
 TEST(MovePath, onePathWrittenTwoWaysIsTheSame) {

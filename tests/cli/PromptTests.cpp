@@ -47,7 +47,7 @@ TEST(Prompt, aDeclinedMoveAllEndsWithoutFailureAndTakesNoSnapshot) {
     EXPECT_TRUE(run.out.ends_with(")\n" + question + "aborted.\n")) << run.out;
   }
   EXPECT_FALSE(scene::isLink(app));
-  EXPECT_FALSE(scene::exists("/var/db/quarn-room-snapshots"));
+  EXPECT_EQ(quarn({"snapshot", "list"}).out, "No local snapshots.\n");
 }
 
 TEST(Prompt, anAcceptedMoveAllTakesItsSnapshotAfterTheAnswer) {

@@ -34,7 +34,7 @@ TEST(RunningApp, isNotMoved) {
   EXPECT_EQ(shown(moveOne()), refused(bytes, running));
   EXPECT_EQ(scene::tree(app), before);
   EXPECT_FALSE(scene::exists(apps)) << "not even the folder for it is made";
-  EXPECT_EQ(::kill(process.pid(), 0), 0) << "it goes on running";
+  EXPECT_TRUE(scene::isAlive(process.pid())) << "it goes on running";
 }
 
 TEST(RunningApp, movesOnceItHasEnded) {
@@ -151,7 +151,7 @@ TEST(RunningApp, thatDoesNotQuitIsNotMovedAndNotForced) {
   EXPECT_EQ(shown(moveOne({"--quit-running"})), refused(bytes, running));
   EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::seconds(8));
   EXPECT_EQ(scene::tree(app), before);
-  EXPECT_EQ(::kill(process.pid(), 0), 0);
+  EXPECT_TRUE(scene::isAlive(process.pid()));
 }
 
 TEST(RunningApp, moveNextRefusedByItEndsWithOneAndMoveAllListsIt) {

@@ -3,6 +3,7 @@
 
 #include "QuarnCore/foundation/SizingService.h"
 #include "tests/support/FakeTree.h"
+#include "tests/support/NiceValue.h"
 #include "tests/support/Replacing.h"
 #include "tests/support/ScratchFolder.h"
 
@@ -76,6 +77,22 @@ TEST(SizingServiceAsync, runsOnAThreadOfItsOwn) {
   EXPECT_EQ(SizingService::sizeAsync(platform, Path("/Applications"), ThreadPriority::utility)->value(), 512);
   EXPECT_NE(walker, std::thread::id());
   EXPECT_NE(walker, std::this_thread::get_id());
+}
+
+TEST(SizingServiceAsync, runsAtThePriorityThatIsAskedFor) {
+  if (const int own = niceValue(); own != 0) GTEST_SKIP() << "the tests run at nice value " << own;
+  FakeTree files(hostPlatform().files);
+  files.items = {FakeTree::file("a", 512)};
+  int met = -1;
+  files.afterEach = [&](const FakeTree::Item&) { met = niceValue(); };
+  Platform platform = with(files);
+  const auto measured = [&](ThreadPriority priority) {
+    SizingService::sizeAsync(platform, Path("/Applications"), priority)->value();
+    return met;
+  };
+  EXPECT_EQ(measured(ThreadPriority::userInitiated), 0);
+  EXPECT_EQ(measured(ThreadPriority::utility), 5);
+  EXPECT_EQ(measured(ThreadPriority::background), 15);
 }
 
 TEST(SizingServiceAsync, severalAtATimeDoNotDisturbEachOther) {

@@ -1,6 +1,8 @@
 #include <filesystem>
+#include <sys/stat.h>
 
 #include "QuarnCore/installer/InstallerOptionLoader.h"
+#include "tests/support/Child.h"
 #include "tests/support/Doubles.h"
 #include "tests/support/Replacing.h"
 #include "tests/support/Scene.h"
@@ -103,8 +105,13 @@ TEST_F(InstallerOptions, thatAreBrokenDisappearWithoutAWord) {
 
 TEST_F(InstallerOptions, thatCannotBeReadDisappearLikewise) {
   scene::write(userFolder + "/1.toml", option("one", "Good"));
-  ASSERT_EQ(std::system(("mkfifo '" + userFolder + "/2.toml'").c_str()), 0);
-  EXPECT_EQ(labels(), List{"Good"});
+  ASSERT_EQ(::mkfifo((userFolder + "/2.toml").c_str(), 0600), 0);
+  scene::write(userFolder + "/3.toml", option("three", "Secret"));
+  scene::write(userFolder + "/closed/4.toml", option("four", "In a closed folder"));
+  EXPECT_EQ(labels(), (List{"Good", "In a closed folder", "Secret"}));
+  ASSERT_EQ(::chmod((userFolder + "/3.toml").c_str(), 0), 0);
+  ASSERT_EQ(::chmod((userFolder + "/closed").c_str(), 0), 0);
+  EXPECT_EQ(child::failuresWithoutRights([&] { EXPECT_EQ(labels(), List{"Good"}); }), "");
 }
 
 TEST_F(InstallerOptions, thatAreBrokenReplaceNothing) {

@@ -160,9 +160,17 @@ TEST(Looking, listGivesNamesOfAnyBytes) {
   EXPECT_EQ(sorted(*files().list(scratch.path(), Hidden::included)), names);
 }
 
+TEST(Looking, listLeavesOutNoNameButTheTwoDots) {
+  ScratchFolder scratch;
+  const std::vector<std::string> names =
+      sorted({"._file", "file", ".DS_Store", "...", "..x", ".x", "._", "__MACOSX", "file.", "file~"});
+  for (const auto& name : names) scratch.write(name);
+  EXPECT_EQ(sorted(*files().list(scratch.path(), Hidden::included)), names);
+}
+
 TEST(Looking, listLeavesOutHiddenNames) {
   ScratchFolder scratch;
-  for (const char* name : {"seen", ".hidden", "..odd"}) scratch.write(name);
+  for (const char* name : {"seen", ".hidden", "..odd", "._seen", "..."}) scratch.write(name);
   EXPECT_EQ(*files().list(scratch.path(), Hidden::skipped), std::vector<std::string>{"seen"});
   EXPECT_EQ(*files().list(scratch.path(), Hidden::skippedDots), std::vector<std::string>{"seen"});
 }

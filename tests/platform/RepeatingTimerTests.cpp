@@ -39,6 +39,26 @@ TEST(RepeatingTimer, callsFirstAfterOneInterval) {
   EXPECT_GE(first.load(), 100ms);
 }
 
+TEST(RepeatingTimer, neverCatchesUpInABurstAfterALongCall) {
+  // The long call covers twenty intervals. Only lower bounds are looked at: a busy machine makes calls later.
+  constexpr auto interval = 20ms;
+  constexpr int callsAfterwards = 10;
+  std::atomic<int> calls{0};
+  std::chrono::steady_clock::time_point endOfTheLongOne, last;
+  RepeatingTimer timer(interval, [&] {
+    if (calls == 0) {
+      std::this_thread::sleep_for(20 * interval);
+      endOfTheLongOne = std::chrono::steady_clock::now();
+    }
+    if (calls <= callsAfterwards) last = std::chrono::steady_clock::now();
+    ++calls;
+  });
+  ASSERT_TRUE(eventually([&] { return calls > callsAfterwards; }));
+  timer.cancel();
+  // The first of them may come at once, and every other one an interval behind the one before.
+  EXPECT_GE(last - endOfTheLongOne, (callsAfterwards - 1) * interval);
+}
+
 TEST(RepeatingTimer, callsNothingOnceCancelled) {
   std::atomic<int> calls{0};
   RepeatingTimer timer(1ms, [&] { ++calls; });

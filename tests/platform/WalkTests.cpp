@@ -64,6 +64,7 @@ TEST(Walk, showsAFolderBeforeItsContents) {
     EXPECT_TRUE(seen.count(slash == std::string::npos ? "" : path.substr(0, slash))) << path;
     seen.insert(path);
   }
+  EXPECT_EQ(seen, (Names{"", "a", "a/b", "a/b/c", "a/b/c/f", "a/d", "a/d/e", "g", "g/h"}));
 }
 
 TEST(Walk, tellsKindsWithoutFollowingLinks) {

@@ -88,6 +88,19 @@ TEST_P(EveryRoom, greetsItsUserAsMe) {
   EXPECT_NE(finished.out.find(":/Users/me:/bin/bash\n"), std::string::npos);
 }
 
+TEST_P(EveryRoom, passesTheCallersVariablesOnButNotThoseThatChangeHowProgramsRun) {
+  const std::pair<const char*, const char*> variables[] = {
+      {"QUARN_TEST_KEPT", "kept"}, {"LD_PRELOAD", "/nowhere/none.so"}, {"LD_LIBRARY_PATH", "/nowhere"},
+      {"LD_BIND_NOW", "1"},        {"LC_ALL", "de_DE.UTF-8"},          {"XDG_CONFIG_HOME", "/nowhere"},
+      {"ICU_DATA", "/nowhere"},    {"POSIXLY_CORRECT", "1"},           {"BASH_ENV", "/nowhere/rc"},
+  };
+  for (const auto& [name, value] : variables) ::setenv(name, value, 1);
+  const Finished finished =
+      room("env | grep -E '^(QUARN_TEST|LD_|LC_|XDG_|ICU_|POSIXLY_|BASH_ENV)' | sort; /bin/true");
+  for (const auto& [name, value] : variables) ::unsetenv(name);
+  EXPECT_EQ(finished.out, "QUARN_TEST_KEPT=kept\n");
+}
+
 TEST_P(EveryRoom, startsInTheFolderThatIsAskedFor) {
   EXPECT_EQ(room("pwd", {"--cwd", "/Library/Logs"}).out, "/Library/Logs\n");
 }

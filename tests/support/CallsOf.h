@@ -22,7 +22,7 @@ struct TracedRun {
 /// Runs a program as an ordinary person, its output thrown away. The calls of its first thread alone, not
 /// those of the tools that it starts. Absent where `whyNotTraced` tells a reason.
 std::optional<TracedRun> callsOf(const std::vector<std::string>& command);
-/// The same of a piece of this program, run in a child.
+/// The same of a piece of this program, run in a child with the rights of the test.
 std::optional<TracedRun> callsOf(const std::function<void()>& body);
 
 }  // namespace scene

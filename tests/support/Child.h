@@ -11,6 +11,13 @@ std::string failures(const std::function<void()>& body);
 
 /// Permissions bind the body, also when the tests run as root.
 std::string failuresWithoutRights(const std::function<void()>& body);
+/// Lets permissions bind the calling process from now on. For a child that does nothing else.
+bool dropRights();
+
+/// A system call of that number fails in the body with that error, as on a system that doesn't know it.
+/// Only where `canRefuseCalls()`.
+std::string failuresRefusing(long call, int error, const std::function<void()>& body);
+bool canRefuseCalls();
 
 /// What the body mounts is seen by it alone. Only where `canMount()`.
 std::string failuresWithOwnMounts(const std::function<void()>& body);

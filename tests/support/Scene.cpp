@@ -9,7 +9,6 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <linux/capability.h>
 #include <poll.h>
 #include <sqlite3.h>
@@ -21,6 +20,8 @@
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
+
+#include "tests/support/Content.h"
 
 namespace scene {
 namespace {
@@ -347,8 +348,7 @@ std::string target(const std::string& link) {
 }
 
 std::string read(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  return contentOf(path);
 }
 
 std::vector<std::string> tree(const std::string& path) {
@@ -371,6 +371,14 @@ bool appears(const std::string& path, double seconds) {
     std::this_thread::sleep_for(std::chrono::milliseconds(5));
   }
   return true;
+}
+
+bool isAlive(pid_t process) {
+  std::this_thread::sleep_for(std::chrono::milliseconds(100));
+  const std::string status = read("/proc/" + std::to_string(process) + "/stat");
+  // The name of the program, in brackets, may hold anything; the state stands behind it, as in proc(5).
+  const auto bracket = status.rfind(") ");
+  return bracket != std::string::npos && status[bracket + 2] != 'Z' && status[bracket + 2] != 'X';
 }
 
 }  // namespace scene

@@ -108,5 +108,7 @@ std::string read(const std::string& path);
 std::vector<std::string> tree(const std::string& path);
 /// Waits up to `seconds` for something to exist; whether it does.
 bool appears(const std::string& path, double seconds = 10);
+/// Neither gone nor ended and only waiting to be collected. A signal sent a moment ago has had its effect.
+bool isAlive(pid_t process);
 
 }  // namespace scene

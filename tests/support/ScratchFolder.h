@@ -10,6 +10,7 @@
 #include <sys/stat.h>
 
 #include "Platform/Path.h"
+#include "tests/support/Content.h"
 
 /// A fresh folder for one test, removed with all that is in it.
 class ScratchFolder {
@@ -39,10 +40,7 @@ class ScratchFolder {
   void link(const std::string& name, const std::string& target) const {
     std::filesystem::create_symlink(target, at(name));
   }
-  std::string read(const std::string& name) const {
-    std::ifstream file(at(name), std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-  }
+  std::string read(const std::string& name) const { return contentOf(at(name)); }
   /// A dangling link stands there too.
   bool stands(const std::string& name) const {
     return std::filesystem::exists(std::filesystem::symlink_status(at(name)));

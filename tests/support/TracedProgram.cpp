@@ -15,6 +15,7 @@ namespace scene {
 namespace {
 
 [[noreturn]] void execute(std::vector<std::string> command) {
+  becomeOrdinary();
   std::vector<char*> words;
   for (std::string& word : command) words.push_back(word.data());
   words.push_back(nullptr);
@@ -25,7 +26,6 @@ namespace {
 }
 
 [[noreturn]] void becomeTraced(const std::function<void()>& body) {
-  becomeOrdinary();
   const int nothing = ::open("/dev/null", O_RDWR);
   for (const int stream : {0, 1, 2}) ::dup2(nothing, stream);
   ::close(nothing);

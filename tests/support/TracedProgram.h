@@ -12,12 +12,13 @@ namespace scene {
 using CallStop = __ptrace_syscall_info;
 
 /// A child that is stopped where it enters a system call and where it comes back from it. Its first
-/// thread alone: neither the other threads nor the tools that it starts. It runs as an ordinary person,
-/// its output thrown away, and is killed when this goes.
+/// thread alone: neither the other threads nor the tools that it starts. Its output is thrown away, and
+/// it is killed when this goes.
 class TracedProgram {
  public:
+  /// A program run as an ordinary person.
   explicit TracedProgram(const std::vector<std::string>& command);
-  /// A child that does no more than the body.
+  /// A child that does no more than the body, with the rights of the test.
   explicit TracedProgram(const std::function<void()>& body);
   ~TracedProgram();
   TracedProgram(const TracedProgram&) = delete;

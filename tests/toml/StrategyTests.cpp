@@ -198,6 +198,18 @@ TEST(DateDecoding, theCalendarsDifferBeforeTheReform) {
   EXPECT_EQ(seconds(proleptic, "0000-03-01"), -62'162'035'200);
 }
 
+TEST(DateDecoding, theDaysThatTheReformLeftOutAreCountedAsJulianOnes) {
+  const auto seconds = [](DateStrategy strategy, int day) {
+    const std::string text = (day < 10 ? "1582-10-0" : "1582-10-") + std::to_string(day);
+    return decoded<Date>(counting(strategy), text).seconds;
+  };
+  for (int day = 5; day < 15; ++day) {
+    EXPECT_EQ(seconds(DateStrategy::gregorianCalendar(), day),
+              seconds(DateStrategy::prolepticGregorianCalendar(), day + 10))
+        << day;
+  }
+}
+
 TEST(DateDecoding, aCalendarIsKnownByItsIdentifier) {
   const auto seconds = [](const char* identifier, const std::string& text) {
     return decoded<Date>(counting(DateStrategy::calendar(identifier)), text).seconds;
