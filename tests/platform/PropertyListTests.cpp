@@ -78,6 +78,16 @@ TEST(PropertyList, containersMayBe512DeepAndNoDeeper) {
   EXPECT_EQ(PropertyList::texts(xmlTower(1'000'000)), std::nullopt);
 }
 
+TEST(PropertyList, containersBesideEachOtherAreNotDeep) {
+  const std::size_t count = 600;
+  std::string elements, references;
+  for (std::size_t i = 0; i < count; ++i) elements += "<array><dict></dict></array>";
+  for (std::size_t i = 0; i < count; ++i) references += reference(1);
+  EXPECT_TRUE(PropertyList::parse(xml("<array>" + elements + "</array>")));
+  const std::string root = object(0xAF, "\x11" + bigEndian(count, 2) + references);
+  EXPECT_TRUE(PropertyList::parse(binary({root, object(0xA1, reference(2)), object(0xD0)})));
+}
+
 TEST(PropertyList, everyTruncationGivesNothing) {
   const std::string document = xml("<dict><key>a</key><string>x&amp;</string></dict>");
   const auto end = document.rfind('>');

@@ -93,8 +93,8 @@ TEST(XMLPropertyList, theElementAroundTheValueMayBeMissing) {
 }
 
 TEST(XMLPropertyList, theElementAroundTheValueHoldsExactlyOne) {
-  expectRefused({"<plist/>", "<plist></plist>", "<plist> <!-- c --> </plist>", xml("<dict/><dict/>"),
-                 xml("<dict/><string>x</string>"), xml("<dict/>x"), xml("x<dict/>"),
+  expectRefused({"<plist/>", "<plist/><dict/></plist>", "<plist></plist>", "<plist> <!-- c --> </plist>",
+                 xml("<dict/><dict/>"), xml("<dict/><string>x</string>"), xml("<dict/>x"), xml("x<dict/>"),
                  xml("<plist><dict/></plist>"), "<plist><dict/>", "<plist><dict/></PLIST>"});
 }
 
@@ -106,7 +106,7 @@ TEST(XMLPropertyList, beforeTheFirstElementOnlyRemarksStand) {
             Texts{});
   expectRefused({"x<dict/>", "&amp;<dict/>", "\v<dict/>", "\u00A0<dict/>", "<![CDATA[ ]]><dict/>",
                  "<!ELEMENT a><dict/>", "<!DOCTYPE plist [ x ]><dict/>", "<!DOCTYPE plist [ <dict/> ]>",
-                 "<!-- <dict/>", "<?xml <dict/>", "<!DOCTYPE plist <dict/"});
+                 "<!-- <dict/>", "<?<dict/>", "<!DOCTYPE plist <dict/"});
 }
 
 TEST(XMLPropertyList, betweenElementsOnlyBlanksAndRemarksStand) {
@@ -142,7 +142,8 @@ TEST(XMLPropertyList, elementsCloseEachOther) {
   expectValuesRefused({"<string>x</array>", "<array><string>x</array></string>", "<string>x",
                        "<string>x</string", "<array>", "<array/></array>", "<string>x</ string>",
                        "<string>x</stringx>", "<true></false>", "<string a=\">x</string>"});
-  expectRefused({xml("</dict>"), xml("<dict></dict></dict>"), xml("<dict>")});
+  expectRefused({xml("</dict>"), xml("<dict></<key>a</key><string>1</string></dict>"),
+                 xml("<dict></dict></dict>"), xml("<dict>")});
 }
 
 TEST(XMLPropertyList, everyKeyHasAValueAndEveryValueAKey) {
@@ -177,8 +178,9 @@ TEST(XMLPropertyList, entitiesAndSectionsAreReplaced) {
 TEST(XMLPropertyList, anUnknownEntityFailsTheWholeList) {
   std::vector<std::string> documents;
   for (const std::string content :
-       {"&foo;", "&AMP;", "x & y", "&", "&;", "&#;", "&#x;", "&#X41;", "&#-1;", "&#0;", "&#xD800;",
-        "&#x110000;", "&#99999999999;", "&amp", "&nbsp;", "<![CDATA[x", "<!-- c -->"}) {
+       {"&foo;",    "&AMP;",      "x & y",          "&",       "&;",          "&#;",        "&#x;",
+        "&#X41;",   "&#65x;",     "&#6 5;",         "&#x41g;", "&#x4010041;", "&#-1;",      "&#0;",
+        "&#xD800;", "&#x110000;", "&#99999999999;", "&amp",    "&nbsp;",      "<![CDATA[x", "<!-- c -->"}) {
     documents.push_back(text(content));
     documents.push_back(xml("<array><string>" + std::string(content) + "</string></array>"));
     documents.push_back(xml("<dict><key>" + std::string(content) + "</key><true/></dict>"));
@@ -292,8 +294,8 @@ TEST(XMLPropertyList, data) {
 }
 
 TEST(XMLPropertyList, wrongDataFailTheWholeList) {
-  expectValuesRefused(
-      {"<data/>", "<data>QU\u00E9JD</data>", "<data>\xFF</data>", "<data>QUJD", "<data><x/></data>"});
+  expectValuesRefused({"<data/>", "<data>QU\u00E9JD</data>", "<data>\xFF</data>", "<data/></data>",
+                       "<data>QUJD", "<data><x/></data>"});
 }
 
 TEST(XMLPropertyList, truthIsWrittenInTwoWays) {
@@ -358,6 +360,7 @@ TEST(XMLPropertyList, withoutAMarkTheDeclarationDecides) {
     EXPECT_EQ(PropertyList::texts(document("encoding=\"" + name + "\"", "\u00E9")), expected) << name;
   }
   EXPECT_EQ(PropertyList::texts(document("", "\u00E9")), expected);
+  EXPECT_EQ(PropertyList::texts("<!-- encoding='nonsense' --><dict/>"), Texts{});
   EXPECT_EQ(PropertyList::texts(document("encoding='iso-8859-1'", "\xE9")), expected);
   EXPECT_EQ(PropertyList::texts(document("encoding='US-ASCII'", "e")), (Texts{{"a", "e"}}));
   expectRefused({document("encoding='US-ASCII'", "\xE9"), document("encoding='nonsense'", "e"),
