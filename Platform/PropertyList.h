@@ -11,6 +11,9 @@
 /// Property lists, XML and binary, as `man 5 plist` has them. Read the same way on every system, and pure.
 namespace quarn::PropertyList {
 
+/// Of containers within each other.
+constexpr int deepestNesting = 512;
+
 struct Value;
 using Array = std::vector<Value>;
 using Dictionary = std::map<std::string, Value>;
@@ -60,8 +63,8 @@ struct Value {
 /// XML, the first in a binary list. White space alone is an empty dictionary, and no bytes at all are no
 /// list. The old format without tags is refused.
 ///
-/// Refused as well: containers more than 512 deep; a list whose values, each copied to every place that
-/// refers to it and counted as 64 bytes beside its content, fill more than 64 MiB beyond the size of the
+/// Refused as well: containers deeper than `deepestNesting`; a list whose values, each copied to every place
+/// that refers to it and counted as 64 bytes beside its content, fill more than 64 MiB beyond the size of the
 /// list; a key of a binary list that is no text; a key with a NUL; a NUL in a text of XML.
 std::optional<Value> parse(std::string_view bytes);
 

@@ -9,8 +9,6 @@ namespace {
 
 using namespace quarn::PropertyList;
 
-constexpr int deepestNesting = 512;
-
 void expectText(const std::string& text) {
   if (!quarn::Text::isUTF8(text)) std::abort();
 }

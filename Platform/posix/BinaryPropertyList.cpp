@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <bit>
 
-#include "Platform/posix/PropertyListScalars.h"
+#include "Platform/posix/BinaryCursor.h"
 #include "Platform/posix/XMLEncoding.h"
 
 // The signature, the values, a table of their offsets, and a trailer of 32 bytes. A value begins with a
@@ -26,13 +26,6 @@ bool isText(std::string_view bytes) {
   return std::all_of(bytes.begin(), bytes.end(), [](char c) { return static_cast<signed char>(c) >= 0; });
 }
 
-/// Up to 8 bytes.
-std::uint64_t numberFrom(std::string_view bytes) {
-  std::uint64_t value = 0;
-  for (const char byte : bytes) value = value << 8 | static_cast<unsigned char>(byte);
-  return value;
-}
-
 /// Numbers of up to 4 bytes have no sign.
 Integer integerFrom(std::string_view bytes) {
   if (bytes.size() == 16) {
@@ -45,41 +38,6 @@ Integer integerFrom(std::string_view bytes) {
 double doubleFrom(std::string_view bytes) {
   return std::bit_cast<double>(numberFrom(bytes));
 }
-
-/// Takes bytes from the front; nothing if there are too few.
-class Cursor {
- public:
-  explicit Cursor(std::string_view bytes) : rest_(bytes) {}
-
-  std::optional<std::string_view> bytes(std::uint64_t count) {
-    if (count > rest_.size()) return std::nullopt;
-    const auto taken = rest_.substr(0, count);
-    rest_.remove_prefix(count);
-    return taken;
-  }
-
-  /// A count of 15 or more is an integer of its own.
-  std::optional<std::uint64_t> count(unsigned inMarker) {
-    if (inMarker != 0xF) return inMarker;
-    const auto marker = bytes(1);
-    if (!marker) return std::nullopt;
-    const auto kindAndWidth = numberFrom(*marker);
-    if (kindAndWidth < 0x10 || kindAndWidth > 0x13) return std::nullopt;
-    const auto number = bytes(std::uint64_t{1} << (kindAndWidth & 0xF));
-    if (!number) return std::nullopt;
-    return numberFrom(*number);
-  }
-
-  /// As many bytes as `elements` of a width take.
-  std::optional<std::string_view> counted(unsigned inMarker, std::size_t width) {
-    const auto elements = count(inMarker);
-    if (!elements || *elements > rest_.size() / width) return std::nullopt;
-    return bytes(*elements * width);
-  }
-
- private:
-  std::string_view rest_;
-};
 
 /// Whatever answers nothing has met an error, and reading ends there.
 class Reader {
@@ -117,7 +75,7 @@ class Reader {
     const auto offset = numberFrom(table_.substr(number * offsetWidth_, offsetWidth_));
     if (offset < signature.size() || offset >= values_.size()) return std::nullopt;
     const auto marker = static_cast<unsigned char>(values_[offset]);
-    Cursor content(values_.substr(offset + 1));
+    BinaryCursor content(values_.substr(offset + 1));
     if (!pay(sizeOfValue)) return std::nullopt;
     switch (marker >> 4) {
       case 0x0:
@@ -152,14 +110,14 @@ class Reader {
     return std::nullopt;
   }
 
-  static std::optional<Value> integer(Cursor& content, unsigned marker) {
+  static std::optional<Value> integer(BinaryCursor& content, unsigned marker) {
     const auto bytes = marker <= 0x14 ? content.bytes(std::uint64_t{1} << (marker & 0xF)) : std::nullopt;
     if (!bytes) return std::nullopt;
     return Value{integerFrom(*bytes)};
   }
 
   /// A date is a number of seconds.
-  static std::optional<Value> real(Cursor& content, unsigned marker) {
+  static std::optional<Value> real(BinaryCursor& content, unsigned marker) {
     const auto bytes = content.bytes(marker == 0x22 ? 4 : 8);
     if (!bytes) return std::nullopt;
     if (marker == 0x22)
@@ -169,17 +127,17 @@ class Reader {
     return std::nullopt;
   }
 
-  static std::optional<Value> uid(Cursor& content, unsigned marker) {
+  static std::optional<Value> uid(BinaryCursor& content, unsigned marker) {
     const auto bytes = content.bytes((marker & 0xF) + 1);
     if (!bytes || bytes->size() > 8 || numberFrom(*bytes) >> 32 != 0) return std::nullopt;
     return Value{UID{static_cast<std::uint32_t>(numberFrom(*bytes))}};
   }
 
   /// Or data.
-  std::optional<Value> text(Cursor& content, unsigned marker) {
+  std::optional<Value> text(BinaryCursor& content, unsigned marker) {
     const auto kind = marker >> 4;
     if (kind < 0x4 || kind > 0x6) return std::nullopt;
-    const auto bytes = content.counted(marker & 0xF, kind == 0x6 ? 2 : 1);
+    const auto bytes = content.counted(marker, kind == 0x6 ? 2 : 1);
     if (!bytes || !pay(bytes->size())) return std::nullopt;
     if (kind == 0x4) return Value{Data{std::string(*bytes)}};
     if (kind == 0x5 && !isText(*bytes)) return std::nullopt;
@@ -188,9 +146,9 @@ class Reader {
     return Value{*std::move(decoded)};
   }
 
-  std::optional<Value> array(Cursor& content, unsigned marker) {
-    const auto items = content.counted(marker & 0xF, referenceWidth_);
-    if (!items || ++nesting_ > PropertyListScalars::deepestNesting) return std::nullopt;
+  std::optional<Value> array(BinaryCursor& content, unsigned marker) {
+    const auto items = content.counted(marker, referenceWidth_);
+    if (!items || ++nesting_ > deepestNesting) return std::nullopt;
     Array result;
     for (std::size_t start = 0; start < items->size(); start += referenceWidth_) {
       auto item = referred(*items, start);
@@ -202,9 +160,9 @@ class Reader {
   }
 
   /// All keys come before all values.
-  std::optional<Value> dictionary(Cursor& content, unsigned marker) {
-    const auto pairs = content.counted(marker & 0xF, 2 * referenceWidth_);
-    if (!pairs || ++nesting_ > PropertyListScalars::deepestNesting) return std::nullopt;
+  std::optional<Value> dictionary(BinaryCursor& content, unsigned marker) {
+    const auto pairs = content.counted(marker, 2 * referenceWidth_);
+    if (!pairs || ++nesting_ > deepestNesting) return std::nullopt;
     Dictionary result;
     for (std::size_t start = 0; start < pairs->size() / 2; start += referenceWidth_) {
       auto key = referred(*pairs, start);

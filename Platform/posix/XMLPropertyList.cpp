@@ -1,6 +1,6 @@
 #include "Platform/posix/XMLPropertyList.h"
 
-#include "Platform/posix/PropertyListScalars.h"
+#include "Platform/posix/XMLScalars.h"
 #include "Platform/posix/XMLScanner.h"
 
 namespace quarn::XMLPropertyList {
@@ -21,7 +21,7 @@ Value dictionaryOrUID(Dictionary members) {
   if (members.size() == 1 && members.begin()->first == "CF$UID") {
     const Value& number = members.begin()->second;
     if (const auto* whole = number.as<Integer>()) return {UID{static_cast<std::uint32_t>(whole->low)}};
-    if (const auto* real = number.as<double>()) return {PropertyListScalars::uid(*real)};
+    if (const auto* real = number.as<double>()) return {XMLScalars::uid(*real)};
   }
   return {std::move(members)};
 }
@@ -59,10 +59,10 @@ class Reader {
     if (tag.name == "array") return array(tag);
     if (tag.name == "true") return boolean(tag, true);
     if (tag.name == "false") return boolean(tag, false);
-    if (tag.name == "integer") return scalar(tag, PropertyListScalars::integer);
-    if (tag.name == "real") return scalar(tag, PropertyListScalars::real);
-    if (tag.name == "date") return scalar(tag, PropertyListScalars::date);
-    if (tag.name == "data") return scalar(tag, PropertyListScalars::data);
+    if (tag.name == "integer") return scalar(tag, XMLScalars::integer);
+    if (tag.name == "real") return scalar(tag, XMLScalars::real);
+    if (tag.name == "date") return scalar(tag, XMLScalars::date);
+    if (tag.name == "data") return scalar(tag, XMLScalars::data);
     return std::nullopt;
   }
 
@@ -94,7 +94,7 @@ class Reader {
   /// Calls `element` at each tag up to the one that closes the container.
   template <class Element>
   bool elements(const Tag& tag, const Element& element) {
-    if (nesting_ == PropertyListScalars::deepestNesting) return false;
+    if (nesting_ == deepestNesting) return false;
     if (tag.isEmpty) return true;
     ++nesting_;
     while (scanner_.skipToTag()) {

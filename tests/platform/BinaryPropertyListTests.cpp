@@ -117,6 +117,12 @@ TEST(BinaryPropertyList, aKeyIsATextWithoutANul) {
   }
 }
 
+TEST(BinaryPropertyList, aTextThatIsNoKeyMayHoldANul) {
+  const std::string nul("a\0b", 3), wideNul("\0a\0\0", 4);
+  expectRead(object(0x53, nul), Value{nul});
+  expectRead(object(0x62, wideNul), Value{std::string("a\0", 2)});
+}
+
 TEST(BinaryPropertyList, aFewBytesThatStandForMoreThanMemoryHoldsAreRefused) {
   EXPECT_EQ(PropertyList::texts(binaryTower(8, 2)), Texts{});
   EXPECT_EQ(PropertyList::texts(binaryTower(60, 2)), std::nullopt);

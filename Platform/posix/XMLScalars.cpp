@@ -1,7 +1,6 @@
-#include "Platform/posix/PropertyListScalars.h"
+#include "Platform/posix/XMLScalars.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <chrono>
 #include <cstdlib>
@@ -10,7 +9,7 @@
 #include "Platform/Text.h"
 #include "Platform/posix/XMLScanner.h"
 
-namespace quarn::PropertyListScalars {
+namespace quarn::XMLScalars {
 
 namespace {
 
@@ -123,4 +122,4 @@ PropertyList::UID uid(double number) {
   return {fits ? static_cast<std::uint32_t>(number) : 0};
 }
 
-}  // namespace quarn::PropertyListScalars
+}  // namespace quarn::XMLScalars

@@ -6,10 +6,7 @@
 #include "Platform/PropertyList.h"
 
 /// The plain values of XML property lists, from the text between their tags; nothing for a wrong one.
-namespace quarn::PropertyListScalars {
-
-/// Of containers within each other, in either format.
-constexpr int deepestNesting = 512;
+namespace quarn::XMLScalars {
 
 /// Decimal, or hexadecimal behind "0x", with a sign; blanks may stand in front.
 std::optional<PropertyList::Integer> integer(std::string_view text);
@@ -22,4 +19,4 @@ std::optional<PropertyList::Data> data(std::string_view text);
 /// The whole part of a number; 0 for one that no UID can be.
 PropertyList::UID uid(double number);
 
-}  // namespace quarn::PropertyListScalars
+}  // namespace quarn::XMLScalars
