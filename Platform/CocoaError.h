@@ -31,7 +31,7 @@ PlatformError fromCode(Operation operation, int code, const Path& item, const Pa
 
 /// A tool that can't be started.
 PlatformError toolNotStarted(const Path& executable);
-/// The system has no descriptor, process or memory left.
+/// The system has no descriptor, process or memory left for a tool, or can't hand it its words.
 PlatformError outOfResources(int errnoValue);
 /// The Trash of a volume that has none.
 PlatformError noTrash(const Path& item, const std::string& volumeName);

@@ -5,6 +5,7 @@
 
 #include "Platform/Json.h"
 #include "Platform/Text.h"
+#include "Platform/posix/UTF8Text.h"
 
 namespace quarn {
 
@@ -14,22 +15,6 @@ constexpr int deepestNesting = 512;
 
 bool isDigit(char c) {
   return c >= '0' && c <= '9';
-}
-
-void appendUTF8(std::string& text, std::uint32_t scalar) {
-  const auto tail = [&](int shift) { text += static_cast<char>(0x80 | ((scalar >> shift) & 0x3F)); };
-  if (scalar < 0x80) {
-    text += static_cast<char>(scalar);
-  } else if (scalar < 0x800) {
-    text += static_cast<char>(0xC0 | (scalar >> 6));
-    tail(0);
-  } else if (scalar < 0x10000) {
-    text += static_cast<char>(0xE0 | (scalar >> 12));
-    tail(6), tail(0);
-  } else {
-    text += static_cast<char>(0xF0 | (scalar >> 18));
-    tail(12), tail(6), tail(0);
-  }
 }
 
 /// Reads from the front of a text of valid UTF-8. Whatever answers false or nothing has met an error, and
@@ -149,7 +134,7 @@ class Reader {
     } else if (*scalar >= 0xDC00 && *scalar <= 0xDFFF) {
       return false;
     }
-    appendUTF8(content, *scalar);
+    UTF8Text::append(content, *scalar);
     return true;
   }
 

@@ -14,6 +14,8 @@ class Path {
   explicit Path(std::string_view text);
 
   const std::string& text() const { return text_; }
+  /// No item has such a path, and a system call would take it for the text before the NUL.
+  bool holdsNul() const { return text_.find('\0') != std::string::npos; }
   bool isAbsolute() const { return !text_.empty() && text_.front() == '/'; }
 
   /// "/" for the root, "b" for "/a///b".

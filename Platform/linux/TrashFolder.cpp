@@ -10,6 +10,8 @@
 #include <vector>
 
 #include "Platform/linux/MountTable.h"
+#include "Platform/posix/PathAt.h"
+#include "Platform/posix/ResolvedPath.h"
 
 namespace quarn {
 namespace {
@@ -19,8 +21,9 @@ constexpr mode_t ownersOnly = 0700;
 constexpr mode_t everybodysOwn = 01333;
 
 std::optional<dev_t> device(const Path& folder) {
+  const PathAt at(folder);
   struct stat status;
-  if (::stat(folder.text().c_str(), &status) != 0) return std::nullopt;
+  if (at.error() || ::fstatat(at.folder(), at.name(), &status, 0) != 0) return std::nullopt;
   return status.st_dev;
 }
 
@@ -31,13 +34,21 @@ bool isMountPoint(const std::vector<MountedVolume>& volumes, const Path& folder)
 
 /// By the devices, which tell of every mount, and by the table, which may name a volume that shares the
 /// device of the folder above it.
-Path topOfVolume(Path folder) {
-  const auto volumes = MountTable::volumes().value_or(std::vector<MountedVolume>{});
+Path topOfVolume(const std::vector<MountedVolume>& volumes, Path folder) {
   const auto volume = device(folder);
   while (!isMountPoint(volumes, folder) && folder.parent() != folder && device(folder.parent()) == volume) {
     folder = folder.parent();
   }
   return folder;
+}
+
+Descriptor openFolder(const Path& folder) {
+  const PathAt at(folder);
+  if (at.error()) {
+    errno = at.error();
+    return {};
+  }
+  return Descriptor(::openat(at.folder(), at.name(), O_PATH | O_DIRECTORY | O_CLOEXEC));
 }
 
 /// A link is no Trash: it could lead anywhere.
@@ -54,13 +65,13 @@ TrashFolder result(Path path, Descriptor descriptor) {
 }
 
 TrashFolder homeTrash(const Path& home) {
-  const Descriptor parent(::open(home.text().c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+  const Descriptor parent = openFolder(home);
   if (!parent.isOpen()) return result({}, {});
   return result(home.appending(".Trash"), openOrMake(parent.number(), ".Trash", ownersOnly));
 }
 
 TrashFolder volumeTrash(const Path& top) {
-  const Descriptor parent(::open(top.text().c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+  const Descriptor parent = openFolder(top);
   if (!parent.isOpen()) return result({}, {});
   const Descriptor all = openOrMake(parent.number(), ".Trashes", everybodysOwn);
   if (!all.isOpen()) return result({}, {});
@@ -71,7 +82,10 @@ TrashFolder volumeTrash(const Path& top) {
 }  // namespace
 
 TrashFolder TrashFolder::forItemsIn(const Path& folder, const Path& home) {
-  return device(folder) == device(home) ? homeTrash(home) : volumeTrash(topOfVolume(folder));
+  const auto volumes = MountTable::volumes().value_or(std::vector<MountedVolume>{});
+  const Path top = topOfVolume(volumes, folder);
+  const bool isOnHomeVolume = top == topOfVolume(volumes, resolved(home).value_or(home));
+  return isOnHomeVolume ? homeTrash(home) : volumeTrash(top);
 }
 
 }  // namespace quarn

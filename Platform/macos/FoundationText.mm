@@ -12,8 +12,7 @@ std::string bytesOf(NSString* text) {
 }
 
 NSString* foundationPath(const Path& path) {
-  // A zero byte would silently name another item, the one before it.
-  if (path.text().empty() || path.text().find('\0') != std::string::npos) return nil;
+  if (path.text().empty() || path.holdsNul()) return nil;
   return foundationText(path.text());
 }
 

@@ -4,6 +4,8 @@
 #include <array>
 #include <unistd.h>
 
+#include "Platform/posix/PathAt.h"
+
 namespace quarn {
 namespace {
 
@@ -22,13 +24,18 @@ bool isOwn(std::string_view path) {
   return std::any_of(ownFolders.begin(), ownFolders.end(), [&](auto folder) { return liesIn(folder, path); });
 }
 
+bool isThere(const Path& path) {
+  const PathAt at(path);
+  return !at.error() && ::faccessat(at.folder(), at.name(), F_OK, 0) == 0;
+}
+
 }  // namespace
 
 Path withoutPrivateFolder(const Path& path) {
   for (const std::string_view prefix : prefixes) {
     if (!path.text().starts_with(prefix)) continue;
-    const std::string shorter = path.text().substr(prefix.size() - 1);
-    return !isOwn(shorter) && ::access(shorter.c_str(), F_OK) == 0 ? Path(shorter) : path;
+    const Path shorter(std::string_view(path.text()).substr(prefix.size() - 1));
+    return !isOwn(shorter.text()) && isThere(shorter) ? shorter : path;
   }
   return path;
 }

@@ -39,6 +39,7 @@ void Database::Close::operator()(sqlite3* handle) const {
 }
 
 std::optional<Database> Database::open(const Path& file, Access access) {
+  if (file.holdsNul()) return std::nullopt;
   struct stat status;
   // Opening a FIFO would wait for another process, for ever if none comes.
   if (::stat(file.text().c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;

@@ -7,8 +7,7 @@
 namespace quarn {
 
 PathAt::PathAt(const Path& path) : rest_(path.text()) {
-  // A zero byte would silently name another item, the one before it.
-  if (rest_.find('\0') != std::string::npos) {
+  if (path.holdsNul()) {
     error_ = EINVAL;
     rest_.clear();
     return;

@@ -21,10 +21,11 @@ void mindEndsOfChildren() {
   if (::sigaction(SIGCHLD, nullptr, &action) == 0 && action.sa_handler == SIG_IGN) ::signal(SIGCHLD, SIG_DFL);
 }
 
-/// The tool may well be there when the system has no room for one more process.
+/// The tool may well be there when the system has no room for one more process, or its words can't be handed
+/// over.
 PlatformError notStarted(const Path& executable, int errnoValue) {
-  for (const int shortage : {EMFILE, ENFILE, EAGAIN, ENOMEM, E2BIG}) {
-    if (errnoValue == shortage) return CocoaError::outOfResources(errnoValue);
+  for (const int otherReason : {EMFILE, ENFILE, EAGAIN, ENOMEM, E2BIG, EINVAL}) {
+    if (errnoValue == otherReason) return CocoaError::outOfResources(errnoValue);
   }
   return CocoaError::toolNotStarted(executable);
 }

@@ -14,6 +14,7 @@ struct Free {
 }  // namespace
 
 std::optional<Path> resolved(const Path& path) {
+  if (path.holdsNul()) return std::nullopt;
   const std::unique_ptr<char, Free> text(::realpath(path.text().c_str(), nullptr));
   if (!text) return std::nullopt;
   return Path(text.get());

@@ -6,7 +6,7 @@
 
 namespace quarn {
 
-/// Every link resolved; nothing if a component is missing.
+/// Every link resolved; nothing if a component is missing, or if the path holds a zero byte.
 std::optional<Path> resolved(const Path& path);
 
 /// Whether "..", the one component that can leave a link another way than it was entered, occurs.

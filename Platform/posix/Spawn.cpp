@@ -1,5 +1,7 @@
 #include "Platform/posix/Spawn.h"
 
+#include <algorithm>
+#include <cerrno>
 #include <fcntl.h>
 #include <signal.h>
 #include <spawn.h>
@@ -69,10 +71,15 @@ class Attributes {
   posix_spawnattr_t attributes_;
 };
 
+bool holdsNul(const std::string& word) {
+  return word.find('\0') != std::string::npos;
+}
+
 }  // namespace
 
 int spawn(const Path& executable, const std::vector<std::string>& arguments, int output, int error,
           pid_t& process) {
+  if (executable.holdsNul() || std::any_of(arguments.begin(), arguments.end(), holdsNul)) return EINVAL;
   FileActions actions;
   actions.hand(output, STDOUT_FILENO);
   actions.hand(error, STDERR_FILENO);

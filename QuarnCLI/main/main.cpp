@@ -18,11 +18,8 @@ ExitStatus failed(const std::string& description) {
 ExitStatus run() {
   try {
     const ExitStatus status = cli.run(quarn::hostPlatform());
-    // A report that was cut must not pass for a whole one.
-    if (status == ExitStatus::success && !quarn::Console::allWasWritten()) {
-      return failed("Standard output could not be written.");
-    }
-    return status;
+    // A report that was cut must not pass for a whole one, nor a run for one that found nothing to do.
+    return quarn::Console::allWasWritten() ? status : failed("Standard output could not be written.");
   } catch (const quarn::LocalizedError& error) {
     return failed(error.localizedDescription());
   } catch (const std::exception& error) {

@@ -3,9 +3,13 @@
 #include <gtest/gtest.h>
 
 #include "QuarnCLI/move/MoveRunner.h"
+#include "tests/cli/Expected.h"
 #include "tests/support/Scene.h"
 
 namespace {
+
+using expected::failed;
+using expected::shown;
 
 const std::string app = "/Applications/Foo.app";
 const std::string moved = "/Volumes/X9/ExternalQuarn/Apps/Foo.app";
@@ -140,6 +144,19 @@ TEST(Output, thatCannotBeWrittenIsAFailure) {
   const scene::Run run = scene::shell("quarn move drives > /dev/full");
   EXPECT_EQ(run.status, 1);
   EXPECT_EQ(run.err, "error\tStandard output could not be written.\n");
+}
+
+TEST(Output, thatCannotBeWrittenIsAFailureWhateverTheRunEndedWith) {
+  const auto lost = shown({1, "", "error\tStandard output could not be written.\n"});
+  EXPECT_EQ(shown(scene::shell("quarn move next > /dev/full")), lost);
+  scene::makeApp(app);
+  EXPECT_EQ(shown(scene::shell("quarn move next </dev/null > /dev/full")), lost);
+}
+
+TEST(Output, thatCannotBeWrittenDoesNotHideWhatEndedTheRun) {
+  scene::makeApp(app);
+  EXPECT_EQ(shown(scene::shell("quarn move one " + app + " --target-drive Nope > /dev/full")),
+            failed("Target drive not found: Nope. Run `move drives` to list mounts."));
 }
 
 TEST(Output, anErrorStandsBehindWhatWasPrintedBeforeIt) {

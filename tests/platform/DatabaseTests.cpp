@@ -103,6 +103,11 @@ TEST_F(DatabaseTest, changedRowsAreCounted) {
   EXPECT_EQ(paths("1"), Texts{});
 }
 
+TEST_F(DatabaseTest, aZeroByteInItsPathOpensNothing) {
+  const Path cut(file().text() + std::string("\0x", 2));
+  EXPECT_FALSE(Database::open(cut, Database::Access::reading));
+}
+
 TEST_F(DatabaseTest, aReaderCannotWrite) {
   EXPECT_FALSE(canDo("DELETE FROM files;", Database::Access::reading));
   EXPECT_EQ(paths("1").size(), 2u);

@@ -5,6 +5,7 @@
 #include <sys/un.h>
 
 #include "Platform/Platform.h"
+#include "Platform/posix/ResolvedPath.h"
 #include "tests/support/Child.h"
 #include "tests/support/Scene.h"
 #include "tests/support/ScratchFolder.h"
@@ -233,6 +234,19 @@ TEST(Looking, aZeroByteInAPathNamesNothing) {
   EXPECT_FALSE(files().exists(cut));
   EXPECT_FALSE(files().remove(cut));
   EXPECT_TRUE(scratch.stands("file"));
+}
+
+TEST(Looking, aZeroByteInAPathLeadsNowhere) {
+  ScratchFolder scratch;
+  const Path home = files().resolvingLinks(scratch.path());
+  scratch.write("folder/file");
+  scratch.link("link", "folder");
+  const std::string cut("\0x", 2);
+  const Path link = home.appending("link" + cut);
+  EXPECT_EQ(files().resolvingLinks(link), link);
+  const Path up = home.appending("link" + cut + "/../file");
+  EXPECT_EQ(files().standardized(up), home.appending("file"));
+  EXPECT_EQ(withParentResolved(link.appending("file")), link.appending("file"));
 }
 
 }  // namespace

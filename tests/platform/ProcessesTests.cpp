@@ -117,6 +117,17 @@ TEST(Processes, aToolThatCannotBeStartedIsAnError) {
   }
 }
 
+TEST(Processes, aToolIsNotStartedWithWordsThatAZeroByteWouldCut) {
+  const std::string cut("\0x", 2);
+  for (const auto& [tool, argument] :
+       std::vector<std::pair<std::string, std::string>>{{"/bin/echo", "a" + cut}, {"/bin/echo" + cut, "a"}}) {
+    const auto child = start(Path(tool), {argument});
+    ASSERT_FALSE(child) << tool;
+    EXPECT_EQ(child.error().domain, "NSPOSIXErrorDomain");
+    EXPECT_EQ(child.error().code, EINVAL);
+  }
+}
+
 TEST(Processes, theSearchPathIsNotUsed) {
   EXPECT_FALSE(start(Path("sh"), {"-c", "exit 0"}));
 }

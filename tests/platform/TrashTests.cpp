@@ -20,6 +20,30 @@ struct Scene {
   doubles::FakePlaces places{scratch / "home"};
 };
 
+std::string repeated(const std::string& character, int count) {
+  std::string text;
+  for (int i = 0; i < count; ++i) text += character;
+  return text;
+}
+
+/// The room's own table of mounts for a while.
+class MountTableOf {
+ public:
+  explicit MountTableOf(const std::string& lines) {
+    std::filesystem::rename("/etc/mtab", kept_);
+    std::ofstream("/etc/mtab") << lines;
+  }
+  ~MountTableOf() {
+    std::error_code ignored;
+    std::filesystem::rename(kept_, "/etc/mtab", ignored);
+  }
+  MountTableOf(const MountTableOf&) = delete;
+  MountTableOf& operator=(const MountTableOf&) = delete;
+
+ private:
+  const std::string kept_ = "/etc/mtab.kept";
+};
+
 TEST(Trash, takesAnItemOfTheHomeVolumeToTheHomeTrash) {
   Scene scene;
   scene.scratch.write("tree/file");
@@ -45,7 +69,11 @@ TEST(Trash, aTakenNameWithoutExtensionOrOfFullLengthGetsANumberToo) {
   Scene scene;
   const std::string longest = std::string(251, 'n') + ".app";
   for (const auto& [name, second] : std::vector<std::pair<std::string, std::string>>{
-           {".hidden", ".hidden 2"}, {"plain", "plain 2"}, {longest, std::string(249, 'n') + " 2.app"}}) {
+           {".hidden", ".hidden 2"},
+           {"plain", "plain 2"},
+           {longest, std::string(249, 'n') + " 2.app"},
+           // The cut would fall into the last character of two bytes.
+           {repeated("\u00E9", 125) + "n.app", repeated("\u00E9", 124) + " 2.app"}}) {
     scene.scratch.write(name);
     ASSERT_TRUE(scene.trash(name));
     scene.scratch.write(name);
@@ -120,20 +148,39 @@ TEST(Trash, aDriveHasATrashForEachUser) {
             "");
 }
 
+TEST(Trash, aDriveThatOnlyTheTableTellsFromTheHomeVolumeHasItsOwn) {
+  const MountTableOf table("room / ext4 rw 0 0\nroom /Volumes/Shared ext4 rw 0 0\n");
+  ::scene::write("/Volumes/Shared/a/x", "content");
+  Scene scene;
+  const std::string own = "/Volumes/Shared/.Trashes/" + std::to_string(::getuid());
+  EXPECT_EQ(*scene.trash(Path("/Volumes/Shared/a/x")), Path(own + "/x"));
+  EXPECT_EQ(::scene::read(own + "/x"), "content");
+  EXPECT_FALSE(scene.scratch.stands("home/.Trash"));
+}
+
+TEST(Trash, aHomeOnADriveHasTheTrashOfTheDriveItself) {
+  const MountTableOf table("room / ext4 rw 0 0\nroom /Volumes/Shared ext4 rw 0 0\n");
+  ::scene::write("/Volumes/Shared/x", "content");
+  ::scene::makeFolder("/Volumes/Shared/me");
+  ::scene::link("/Users/moved", "/Volumes/Shared/me");
+  const doubles::FakePlaces places{Path("/Users/moved")};
+  EXPECT_EQ(*LinuxTrash(places).moveToTrash(Path("/Volumes/Shared/x")), Path("/Users/moved/.Trash/x"));
+}
+
 TEST(Trash, aReadOnlyDriveHasNone) {
   if (!child::canMount()) GTEST_SKIP() << "no right to mount a drive";
   Scene scene;
-  scene.scratch.folder("drive");
+  const std::string drive = "/Volumes/Locked";
+  ::scene::makeFolder(drive);
   EXPECT_EQ(child::failuresWithOwnMounts([&] {
-              ASSERT_TRUE(child::mountMemory(scene.scratch.at("drive"), "size=1m"));
-              scene.scratch.write("drive/x");
-              ASSERT_TRUE(child::makeReadOnly(scene.scratch.at("drive")));
-              const auto result = scene.trash("drive/x");
+              ASSERT_TRUE(child::mountMemory(drive, "size=1m"));
+              ::scene::write(drive + "/x", "content");
+              ASSERT_TRUE(child::makeReadOnly(drive));
+              const auto result = scene.trash(Path(drive + "/x"));
               ASSERT_FALSE(result);
               EXPECT_EQ(result.error().code, 3328);
               EXPECT_EQ(result.error().description,
-                        "“x” couldn’t be moved to the trash because the volume “Macintosh HD” doesn’t have "
-                        "one.");
+                        "“x” couldn’t be moved to the trash because the volume “Locked” doesn’t have one.");
             }),
             "");
 }

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+#include "Platform/PropertyList.h"
+
+namespace quarn::BinaryPropertyList {
+
+constexpr std::string_view signature = "bplist00";
+
+/// See `PropertyList::parse`. For bytes that begin with the signature.
+std::optional<PropertyList::Value> parse(std::string_view bytes);
+
+}  // namespace quarn::BinaryPropertyList
