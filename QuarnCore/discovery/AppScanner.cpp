@@ -10,7 +10,6 @@
 #include "QuarnCore/discovery/DataLocator.h"
 #include "QuarnCore/discovery/InfoPlist.h"
 #include "QuarnCore/discovery/LauncherShim.h"
-#include "QuarnCore/discovery/RememberedFolders.h"
 #include "QuarnCore/foundation/SizingService.h"
 
 namespace quarn::AppScanner {
@@ -25,10 +24,8 @@ std::string displayName(const InfoPlist::Texts& texts, const Path& bundle) {
 }
 
 /// By path, so that the order of the disk never shows in a list with equal names.
-std::map<std::string, AppEntry> entriesByPath(Platform& host) {
+std::map<std::string, AppEntry> entriesByPath(Platform& platform) {
   std::map<std::string, AppEntry> entries;
-  RememberedFolders folders(host.files);
-  Platform platform = with(host, folders);
   for (const Path& root : scanRoots(platform)) {
     std::vector<Path> bundles;
     AppBundleEnumerator::walk(platform, root, 0, AppBundleEnumerator::defaultMaxDepth, bundles);
