@@ -24,12 +24,6 @@ struct Platform {
   Locks& locks;
 };
 
-/// `platform` with another answer to all that concerns files. Both must outlive it.
-inline Platform with(const Platform& platform, FileSystem& files) {
-  return {files,          platform.processes, platform.volumes, platform.applications,
-          platform.trash, platform.clock,     platform.places,  platform.locks};
-}
-
 /// The operating system that this program runs on.
 Platform& hostPlatform();
 

@@ -140,4 +140,24 @@ std::vector<std::string_view> nonEmptyLines(std::string_view text) {
   return lines;
 }
 
+std::vector<std::string_view> nonEmptyLinesOfAnyEnd(std::string_view text) {
+  std::vector<std::string_view> lines;
+  std::size_t begin = 0;
+  std::size_t end = 0;
+  const auto finishLine = [&] {
+    if (end > begin) lines.push_back(text.substr(begin, end - begin));
+  };
+  while (end < text.size()) {
+    const auto newline = lengthOfOne(
+        newlines, [&](std::string_view character) { return text.substr(end).starts_with(character); });
+    if (newline > 0) {
+      finishLine();
+      begin = end + newline;
+    }
+    end += std::max<std::size_t>(newline, 1);
+  }
+  finishLine();
+  return lines;
+}
+
 }  // namespace quarn::Text

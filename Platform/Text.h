@@ -39,5 +39,7 @@ std::string prefix(std::string_view text, std::size_t count);
 
 /// Pieces between line feeds, empty ones left out.
 std::vector<std::string_view> nonEmptyLines(std::string_view text);
+/// The same between line ends of every kind: CR LF and CR alone, and those of Unicode.
+std::vector<std::string_view> nonEmptyLinesOfAnyEnd(std::string_view text);
 
 }  // namespace quarn::Text

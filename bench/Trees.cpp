@@ -66,6 +66,13 @@ void makeTree(const std::string& root, int files, int folders) {
   ::waitpid(maker, nullptr, 0);
 }
 
+void makeNames(const std::string& folder, int count) {
+  fs::create_directories(folder);
+  for (int number = 0; number < count; ++number) {
+    fs::create_directory(fs::path(folder) / ("org.example.other" + std::to_string(number)));
+  }
+}
+
 void makeApp(const std::string& bundle, const std::string& identifier) {
   const fs::path contents = fs::path(bundle) / "Contents";
   fs::create_directories(contents / "MacOS");

@@ -9,6 +9,9 @@ namespace bench {
 /// one file in fifty is a link, one a hard link and one a hidden file.
 void makeTree(const std::string& root, int files, int folders);
 
+/// A folder that holds so many empty folders.
+void makeNames(const std::string& folder, int count);
+
 /// A small application bundle.
 void makeApp(const std::string& bundle, const std::string& identifier);
 

@@ -1,9 +1,10 @@
 // One service in a process of its own, so that its time and its peak of memory can be told from outside:
-// bench-subject measure|size|measure-each PATH, bench-subject verify SOURCE COPY.
+// bench-subject measure|size|measure-each PATH, bench-subject verify SOURCE COPY, bench-subject running.
 
 #include <cstdio>
 #include <cstring>
 
+#include "QuarnCore/discovery/RunningAppsDetector.h"
 #include "QuarnCore/foundation/SizeCalculator.h"
 #include "QuarnCore/foundation/SizingService.h"
 #include "QuarnCore/move/MoveVerifier.h"
@@ -31,6 +32,9 @@ int main(int count, char** values) {
         quarn::MoveVerifier::failureReason(platform, quarn::Path(values[2]), quarn::Path(values[3]));
     if (reason) std::fprintf(stderr, "%s\n", reason->c_str());
     return reason ? 1 : 0;
+  }
+  if (count == 2 && std::strcmp(values[1], "running") == 0) {
+    return quarn::RunningAppsDetector::bundlePaths(platform).empty() ? 1 : 0;
   }
   return 2;
 }

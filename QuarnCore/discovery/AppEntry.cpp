@@ -31,6 +31,11 @@ std::vector<std::string> AppEntry::warnings() const {
   return sentences;
 }
 
+std::optional<std::int64_t> AppEntry::sizeOfDataPath(std::size_t number) const {
+  if (number >= dataPathSizes.size() || dataPathSizes[number].url != dataPaths[number]) return std::nullopt;
+  return dataPathSizes[number].size;
+}
+
 std::optional<DataPathSize> AppEntry::dominantDataPath() const {
   const auto largest = std::max_element(dataPathSizes.begin(), dataPathSizes.end(),
                                         [](const auto& a, const auto& b) { return a.size < b.size; });

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -36,6 +37,8 @@ struct AppEntry {
   RiskLevel riskLevel() const;
   /// Sentences for people, in a fixed order.
   std::vector<std::string> warnings() const;
+  /// Of the data path of that number, as it was measured; nothing if it wasn't.
+  std::optional<std::int64_t> sizeOfDataPath(std::size_t number) const;
   /// The largest, the first of equals.
   std::optional<DataPathSize> dominantDataPath() const;
   /// In display order of the categories, the largest item of each first.

@@ -10,7 +10,6 @@
 #include "QuarnCore/discovery/DataLocator.h"
 #include "QuarnCore/discovery/InfoPlist.h"
 #include "QuarnCore/discovery/LauncherShim.h"
-#include "QuarnCore/discovery/RememberedFolders.h"
 #include "QuarnCore/foundation/SizingService.h"
 
 namespace quarn::AppScanner {
@@ -24,29 +23,13 @@ std::string displayName(const InfoPlist::Texts& texts, const Path& bundle) {
   return bundle.nameWithoutExtension();
 }
 
-/// By path, so that the order of the disk never shows in a list with equal names.
-std::map<std::string, AppEntry> entriesByPath(Platform& host) {
-  std::map<std::string, AppEntry> entries;
-  RememberedFolders folders(host.files);
-  Platform platform = with(host, folders);
-  for (const Path& root : scanRoots(platform)) {
-    std::vector<Path> bundles;
-    AppBundleEnumerator::walk(platform, root, 0, AppBundleEnumerator::defaultMaxDepth, bundles);
-    for (const Path& bundle : bundles) {
-      if (auto entry = metadataEntry(platform, bundle)) {
-        entries.insert_or_assign(Text::canonical(bundle.text()), *std::move(entry));
-      }
-    }
-  }
-  return entries;
-}
-
 InfoPlist::Texts textsOf(Platform& platform, const Path& bundle) {
   return InfoPlist::read(platform, bundle).value_or(InfoPlist::Texts{});
 }
 
 /// `texts` are those of the application itself, which for a launcher is its target.
-AppEntry describe(Platform& platform, const Path& bundle, const InfoPlist::Texts& texts, bool isLauncher) {
+AppEntry describe(Platform& platform, const ProtectedPlaces& places, const Path& bundle,
+                  const InfoPlist::Texts& texts, bool isLauncher) {
   AppEntry entry;
   entry.bundlePath = bundle;
   entry.bundleIdentifier = InfoPlist::value(texts, "CFBundleIdentifier");
@@ -54,12 +37,39 @@ AppEntry describe(Platform& platform, const Path& bundle, const InfoPlist::Texts
   entry.name = displayName(texts, bundle);
   entry.version = InfoPlist::value(texts, "CFBundleShortVersionString");
   entry.isAlreadySymlinked = isLauncher || isSymbolicLinkOrInsideOne(platform, bundle);
-  entry.dataPaths = DataLocator::locate(platform, entry.bundleIdentifier, entry.name, bundle,
-                                        InfoPlist::value(texts, "CFBundleExecutable"));
+  entry.dataPaths = DataLocator::locate(
+      platform, places,
+      {bundle.text(), entry.name, entry.bundleIdentifier, InfoPlist::value(texts, "CFBundleExecutable")});
   entry.isMacAppStore = AppFlags::isMacAppStore(platform, bundle);
   entry.hasLoginItems = AppFlags::hasLoginItems(platform, bundle);
   entry.hasSystemExtension = AppFlags::hasSystemExtension(platform, bundle);
   return entry;
+}
+
+std::optional<AppEntry> entryOf(Platform& platform, const ProtectedPlaces& places, const Path& bundle) {
+  const auto texts = textsOf(platform, bundle);
+  if (!LauncherShim::isExternalAppLauncher(platform, bundle, texts)) {
+    return describe(platform, places, bundle, texts, false);
+  }
+  const auto target = LauncherShim::target(platform, bundle);
+  if (!target) return std::nullopt;
+  return describe(platform, places, bundle, textsOf(platform, *target), true);
+}
+
+/// By path, so that the order of the disk never shows in a list with equal names.
+std::map<std::string, AppEntry> entriesByPath(Platform& platform) {
+  std::map<std::string, AppEntry> entries;
+  const ProtectedPlaces places(platform);
+  for (const Path& root : scanRoots(platform)) {
+    std::vector<Path> bundles;
+    AppBundleEnumerator::walk(platform, root, 0, AppBundleEnumerator::defaultMaxDepth, bundles);
+    for (const Path& bundle : bundles) {
+      if (auto entry = entryOf(platform, places, bundle)) {
+        entries.insert_or_assign(Text::canonical(bundle.text()), *std::move(entry));
+      }
+    }
+  }
+  return entries;
 }
 
 }  // namespace
@@ -78,13 +88,7 @@ std::vector<AppEntry> discoverMetadata(Platform& platform) {
 }
 
 std::optional<AppEntry> metadataEntry(Platform& platform, const Path& bundle) {
-  const auto texts = textsOf(platform, bundle);
-  if (!LauncherShim::isExternalAppLauncher(platform, bundle, texts)) {
-    return describe(platform, bundle, texts, false);
-  }
-  const auto target = launcherShimTarget(platform, bundle);
-  if (!target) return std::nullopt;
-  return describe(platform, bundle, textsOf(platform, *target), true);
+  return entryOf(platform, ProtectedPlaces(platform), bundle);
 }
 
 AppEntry computeSizes(Platform& platform, const AppEntry& entry) {

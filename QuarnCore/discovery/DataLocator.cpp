@@ -10,8 +10,19 @@
 namespace quarn::DataLocator {
 namespace {
 
-bool isBundleOrInside(const std::string& path, const std::string& bundle) {
-  return Text::equal(path, bundle) || Text::hasPrefix(path, bundle + "/");
+/// Without what is data of no application. What names a data path was written by others: a row of the ledger,
+/// or the property list of a bundle. What lies in a folder of this tool has been moved already.
+std::vector<Path> dataAmong(Platform& platform, const ProtectedPlaces& places, const std::vector<Path>& paths,
+                            const Path& bundlePath) {
+  if (paths.empty()) return {};
+  const Sighting bundle = sight(platform.files, bundlePath);
+  std::vector<Path> data;
+  for (const Path& path : paths) {
+    const Sighting item = sight(platform.files, path);
+    if (item.isAtOrIn(bundle) || bundle.isAtOrIn(item)) continue;
+    if (!places.isOneOrAroundOne(item) && !places.isInOwnFolder(item)) data.push_back(path);
+  }
+  return data;
 }
 
 std::vector<Path> trackedDataPaths(Platform& platform, const AppIdentity& identity) {
@@ -21,13 +32,11 @@ std::vector<Path> trackedDataPaths(Platform& platform, const AppIdentity& identi
                          ? InstallsDB::entryForBundleId(platform, *identity.bundleIdentifier, database)
                          : InstallsDB::entryForAppName(platform, identity.displayName, database);
   if (!entry) return {};
-  const std::string bundle = platform.files.standardized(Path(identity.bundlePath)).text();
-  std::vector<Path> outside;
+  std::vector<Path> paths;
   for (const std::string& file : InstallsDB::trackedFiles(platform, entry->installId, database)) {
-    if (isBundleOrInside(file, bundle) || !platform.files.exists(Path(file))) continue;
-    outside.push_back(PathText::fileURL(platform.places, file));
+    if (platform.files.exists(Path(file))) paths.push_back(PathText::fileURL(platform.places, file));
   }
-  return outside;
+  return paths;
 }
 
 std::vector<Path> firstOfEach(Platform& platform, const std::vector<Path>& paths) {
@@ -41,15 +50,20 @@ std::vector<Path> firstOfEach(Platform& platform, const std::vector<Path>& paths
 
 }  // namespace
 
-std::vector<Path> locate(Platform& platform, const std::optional<std::string>& bundleId,
-                         const std::string& appName, const Path& bundlePath,
-                         const std::optional<std::string>& executableName) {
-  const AppIdentity identity{bundlePath.text(), appName, bundleId, executableName};
-  const std::vector<Path> associated = AssociatedDataPaths::locate(platform, identity);
-  std::vector<Path> paths = trackedDataPaths(platform, identity);
+std::vector<Path> locate(Platform& platform, const ProtectedPlaces& places, const AppIdentity& identity) {
+  const Path bundle(identity.bundlePath);
+  const auto associated =
+      dataAmong(platform, places, AssociatedDataPaths::locate(platform, identity), bundle);
+  auto paths = dataAmong(platform, places, trackedDataPaths(platform, identity), bundle);
   if (paths.empty()) return associated;
   paths.insert(paths.end(), associated.begin(), associated.end());
   return firstOfEach(platform, paths);
+}
+
+std::vector<Path> locate(Platform& platform, const std::optional<std::string>& bundleId,
+                         const std::string& appName, const Path& bundlePath,
+                         const std::optional<std::string>& executableName) {
+  return locate(platform, ProtectedPlaces(platform), {bundlePath.text(), appName, bundleId, executableName});
 }
 
 }  // namespace quarn::DataLocator

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "Platform/RegularExpression.h"
 #include "Platform/Text.h"
+#include "QuarnCore/discovery/NamedBundles.h"
 #include "QuarnCore/discovery/ProcessList.h"
 
 namespace quarn::RunningAppsDetector {
@@ -13,10 +13,6 @@ using namespace std::chrono_literals;
 
 constexpr auto pollInterval = 200ms;
 constexpr double secondsAfterForce = 3.0;
-
-/// The shortest path up to an ".app" that ends there or leads on into the bundle, so that a helper
-/// inside names its outer bundle. Blanks belong to the path.
-constexpr const char* bundlePattern = "(/[^\"\\n]+?\\.app)(?:/Contents/|\\s|$)";
 
 bool leavesWithin(double seconds, Platform& platform, const Path& bundle) {
   const auto deadline = platform.clock.after(seconds);
@@ -43,11 +39,8 @@ BundlePaths bundlePaths(Platform& platform) {
     if (application.bundlePath) paths.insert(platform.files.standardized(*application.bundlePath));
   }
   const auto mentionsBundle = [](const std::string& line) { return line.find(".app") != std::string::npos; };
-  const auto lines = ProcessList::lines(platform, mentionsBundle);
-  if (lines.empty()) return paths;  // the expression isn't cheap to make
-  const RegularExpression bundleInLine(bundlePattern);
-  for (const std::string& line : lines) {
-    for (const std::string& path : bundleInLine.captures(line, 1)) {
+  for (const std::string& line : ProcessList::lines(platform, mentionsBundle)) {
+    for (const std::string_view path : NamedBundles::inLine(line)) {
       paths.insert(platform.files.standardized(Path(path)));
     }
   }

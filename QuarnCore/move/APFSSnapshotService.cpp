@@ -10,6 +10,8 @@ namespace {
 constexpr const char* tmutil = "/usr/bin/tmutil";
 constexpr std::string_view dateMark = "date: ";
 constexpr std::string_view namePrefix = "com.apple.TimeMachine";
+/// Of a date as `tmutil` writes it. The date formatter of a Mac ignores what follows one.
+constexpr std::size_t dateLength = 17;
 
 /// The first piece between points that could hold a date, or the whole text.
 std::string datePiece(const std::string& text) {
@@ -24,11 +26,11 @@ std::string datePiece(const std::string& text) {
 }
 
 std::optional<Moment> timestamp(const std::string& text) {
-  return DateText::parsingLocalDashed(Text::prefix(datePiece(text), 19));
+  return DateText::parsingLocalDashed(Text::prefix(datePiece(text), dateLength));
 }
 
 std::optional<Snapshot> createdSnapshot(const std::string& output) {
-  for (const std::string_view line : Text::nonEmptyLines(output)) {
+  for (const std::string_view line : Text::nonEmptyLinesOfAnyEnd(output)) {
     const auto mark = line.find(dateMark);
     if (mark == std::string_view::npos) continue;
     const std::string date = Text::trimmingBlanks(line.substr(mark + dateMark.size()));
@@ -54,7 +56,7 @@ std::vector<Snapshot> list(Platform& platform) {
   if (!isSupported(platform)) return {};
   const CommandResult result = CommandRunner::run(platform, tmutil, {"listlocalsnapshots", "/"});
   std::vector<Snapshot> snapshots;
-  for (const std::string_view line : Text::nonEmptyLines(result.standardOutput)) {
+  for (const std::string_view line : Text::nonEmptyLinesOfAnyEnd(result.standardOutput)) {
     if (line.find(namePrefix) == std::string_view::npos) continue;
     snapshots.push_back({std::string(line), timestamp(std::string(line))});
   }

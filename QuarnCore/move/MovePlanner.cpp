@@ -63,11 +63,13 @@ void appendDataJobs(Platform& platform, const AppEntry& entry, const DriveInfo& 
                     std::vector<MoveJob>& jobs) {
   const Path dataRoot = AppStorageNames::dataRoot(drive.mountPath);
   std::set<std::string> seen;
-  for (const Path& path : entry.dataPaths) {
+  for (std::size_t number = 0; number < entry.dataPaths.size(); ++number) {
+    const Path& path = entry.dataPaths[number];
     if (!mayMove(platform, path, stops) || !seen.insert(Text::canonical(path.text())).second) continue;
+    const auto known = entry.sizeOfDataPath(number);
     jobs.push_back(job(entry.name + " — " + path.lastComponent(), path,
                        MoveDestination::dataDestination(platform, path, dataRoot),
-                       SizingService::measure(platform, path)));
+                       known ? *known : SizingService::measure(platform, path)));
   }
 }
 

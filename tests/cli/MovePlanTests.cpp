@@ -85,4 +85,25 @@ TEST(MovePlan, nothingIsChanged) {
   EXPECT_EQ(scene::tree(scene::drive), drive);
 }
 
+TEST(MovePlan, aLedgerThatNamesEverythingPlansNothingMore) {
+  scene::makeApp("/Applications/Foo.app");
+  scene::writeBytes(support + "Foo/a.db", 30'000);
+  scene::makeInstallsDB();
+  scene::sql(
+      "INSERT INTO installs (install_id, app_name, bundle_id) VALUES ('i', 'Foo', 'com.example.foo');");
+  for (const std::string& row :
+       {std::string("/Applications//Foo.app"), std::string("/Applications/./Foo.app/Contents"), scene::home,
+        std::string("/Applications"), std::string("/"), scene::drive, scene::home + "/Library"}) {
+    scene::sql("INSERT INTO tracked_files (install_id, file_path) VALUES ('i', '" + row + "');");
+  }
+  const std::int64_t total = allocated("/Applications/Foo.app") + allocated(support + "Foo");
+  const std::string both = line("/Applications/Foo.app", "Apps/Foo.app") +
+                           line(support + "Foo", "Data/Library/Application Support/Foo");
+  EXPECT_EQ(shown(quarn({"move", "plan"})), printed(summary(1, 2, total) + header + both));
+  const auto contents = scene::tree("/Applications/Foo.app");
+  EXPECT_EQ(quarn({"move", "all", "--yes"}).status, 0);
+  EXPECT_EQ(scene::tree("/Volumes/X9/ExternalQuarn/Apps/Foo.app"), contents) << "whole, and nothing torn out";
+  EXPECT_FALSE(scene::isLink(scene::home));
+}
+
 }  // namespace

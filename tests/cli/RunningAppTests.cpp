@@ -2,6 +2,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <sstream>
 #include <thread>
 
 #include "tests/cli/Faults.h"
@@ -184,6 +185,33 @@ TEST(RunningApp, onlyOneNamedLikeItDoesNotCount) {
   scene::Background process({other, "60"});
   std::this_thread::sleep_for(std::chrono::milliseconds(200));
   EXPECT_EQ(shown(moveOne()), succeeded(bytes));
+}
+
+/// How often a command looks at the list of all processes.
+std::size_t looks(const std::vector<std::string>& command) {
+  std::filesystem::remove("/tmp/looks");
+  scene::replaceTool("/bin/ps", "#!/bin/sh\necho \"$*\" >>/tmp/looks\n");
+  const auto run = scene::quarn(command);
+  EXPECT_EQ(run.status, 0) << run.err;
+  std::istringstream lines(scene::exists("/tmp/looks") ? scene::read("/tmp/looks") : "");
+  std::size_t count = 0;
+  for (std::string line; std::getline(lines, line);) count += line == "-axo comm,args";
+  return count;
+}
+
+TEST(RunningApp, isLookedForOnceInAPlanAndOnceBeforeEachBundleIsMoved) {
+  for (const std::string name : {"One", "Two", "Three"}) {
+    scene::makeApp("/Applications/" + name + ".app", {.identifier = "org." + name},
+                   name == "One" ? 90'000 : 9'000);
+    scene::writeBytes(scene::home + "/Library/Caches/org." + name + "/a", 1'000);
+    scene::writeBytes(scene::home + "/Library/Logs/" + name + "/b", 1'000);
+  }
+  EXPECT_EQ(looks({"move", "plan"}), 1U);
+  EXPECT_EQ(looks({"move", "plan", "--include-running"}), 0U);
+  EXPECT_EQ(looks({"move", "all", "--dry-run"}), 1U);
+  EXPECT_EQ(looks({"move", "one", "/Applications/One.app", "--yes"}), 1U) << "data folders don't run";
+  EXPECT_EQ(looks({"move", "next", "--yes"}), 2U);
+  EXPECT_EQ(looks({"move", "all", "--yes"}), 2U);
 }
 
 }  // namespace

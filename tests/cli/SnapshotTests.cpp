@@ -87,6 +87,20 @@ TEST(Snapshot, whatWasCreatedIsListed) {
                     "---\nRestore (from macOS Recovery): tmutil restore /Volumes/<disk>/.<snapshot>\n"));
 }
 
+TEST(Snapshot, aCarriageReturnBelongsToNoName) {
+  scene::replaceTool(tmutil,
+                     tool("printf 'x date: 2026-01-31-090500\\r\\ncom.apple.TimeMachine.a.local\\r\\n'"));
+  EXPECT_EQ(shown(quarn({"snapshot", "create"})),
+            printed("Created snapshot: com.apple.TimeMachine.2026-01-31-090500.local\n"));
+  EXPECT_EQ(shown(quarn({"snapshot", "list"})),
+            printed("com.apple.TimeMachine.a.local\n---\n"
+                    "Restore (from macOS Recovery): tmutil restore /Volumes/<disk>/.<snapshot>\n"));
+  scene::makeApp("/Applications/Foo.app");
+  EXPECT_NE(
+      quarn({"move", "all", "--yes"}).out.find("\nsnapshot: com.apple.TimeMachine.2026-01-31-090500.local\n"),
+      std::string::npos);
+}
+
 TEST(Snapshot, wordsBehindTheActionDontMatter) {
   EXPECT_EQ(shown(quarn({"snapshot", "list", "--format", "toml", "x"})), printed("No local snapshots.\n"));
 }

@@ -2,7 +2,9 @@
 #include <functional>
 #include <sys/stat.h>
 
+#include "Platform/FileSystemDecorator.h"
 #include "QuarnCore/discovery/AppScanner.h"
+#include "tests/support/Replacing.h"
 #include "tests/support/Scene.h"
 
 namespace quarn {
@@ -205,6 +207,37 @@ TEST(AppScanner, discoveringTakesNoSizes) {
   EXPECT_EQ(found[0].totalSize(), 0);
   EXPECT_TRUE(found[0].dataPathSizes.empty());
   EXPECT_EQ(found[0].dataPaths.size(), 1U);
+}
+
+/// Notes which folders are listed.
+class NotingLists : public FileSystemDecorator {
+ public:
+  using FileSystemDecorator::FileSystemDecorator;
+  Result<std::vector<std::string>> list(const Path& folder, Hidden hidden) const override {
+    listed.push_back(folder.text());
+    return FileSystemDecorator::list(folder, hidden);
+  }
+  mutable List listed;
+};
+
+TEST(AppScanner, lookingForDataListsNoFolder) {
+  scene::makeInstallsDB();
+  scene::sql(
+      "INSERT INTO installs (install_id, app_name, bundle_id) VALUES ('i', 'Foo', 'com.example.foo0');");
+  scene::sql("INSERT INTO tracked_files (install_id, file_path) VALUES ('i', '/Users/me/Documents/Foo');");
+  scene::makeFolder("/Users/me/Documents/Foo");
+  for (int number = 0; number < 10; ++number) {
+    const std::string identifier = "com.example.foo" + std::to_string(number);
+    scene::makeApp("/Applications/Foo " + std::to_string(number) + ".app", {.identifier = identifier});
+    scene::makeFolder("/Users/me/Library/Caches/" + identifier);
+  }
+  NotingLists files(hostPlatform().files);
+  Platform platform = replacing({.files = &files});
+  std::size_t dataPaths = 0;
+  for (const AppEntry& found : AppScanner::discoverMetadata(platform)) dataPaths += found.dataPaths.size();
+  EXPECT_EQ(dataPaths, 11U);
+  EXPECT_EQ(files.listed, (List{"/Applications", "/Applications/Utilities", "/Users/me/Applications"}))
+      << "only where applications are looked for";
 }
 
 TEST(AppScanner, sizesAreThoseOfTheBundleAndOfEachDataPath) {

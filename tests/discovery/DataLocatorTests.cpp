@@ -94,6 +94,103 @@ TEST_F(DataLocatorWithLedger, theBundlePathIsStandardizedBeforeItIsCompared) {
   EXPECT_EQ(locate("com.example.foo", "Foo", "/Applications//./Foo.app"), (List{cache}));
 }
 
+TEST_F(DataLocatorWithLedger, theBundleAndWhatIsInItAreNoDataHoweverSpelled) {
+  scene::link("/Users/me/to bundle", bundle);
+  install("i1");
+  for (const char* row : {"/Applications//Foo.app", "/Applications/./Foo.app/Contents",
+                          "/Applications/Foo.app/../Foo.app/Contents", "/Applications/Foo.app/.",
+                          "/Users/me/to bundle", "/Users/me/to bundle/Contents"}) {
+    track("i1", row);
+  }
+  EXPECT_EQ(locate(), (List{cache}));
+}
+
+TEST_F(DataLocatorWithLedger, whatIsAroundTheBundleIsNoData) {
+  const std::string suite = "/Users/me/Suites/Foo Suite";
+  scene::makeApp(suite + "/Foo.app");
+  scene::makeFolder(suite + "/Presets");
+  install("i1");
+  for (const std::string& row : {suite, std::string("/Users/me/Suites"), suite + "/Presets"})
+    track("i1", row);
+  EXPECT_EQ(locate("com.example.foo", "Foo", suite + "/Foo.app"), (List{suite + "/Presets", cache}));
+  EXPECT_EQ(locate(), (List{suite, "/Users/me/Suites", suite + "/Presets", cache})) << "around another one";
+}
+
+TEST_F(DataLocatorWithLedger, theBundleIsKnownWhereItsLinkLeads) {
+  const std::string moved = "/Volumes/X9/Elsewhere/Foo.app";
+  scene::makeApp(moved);
+  std::filesystem::remove_all(bundle);
+  scene::link(bundle, moved);
+  install("i1");
+  for (const std::string& row : {moved, moved + "/Contents", std::string("/Volumes/X9/Elsewhere"), tracked})
+    track("i1", row);
+  EXPECT_EQ(locate(), (List{tracked, cache}));
+}
+
+TEST_F(DataLocatorWithLedger, aFolderThatIsNoApplicationsIsDataOfNone) {
+  scene::makeFolder("/Users/me/Library/Application Support/Quarn/InstallerSessions");
+  scene::makeFolder("/Volumes/X9/ExternalQuarn/Data/Library/Foo");
+  scene::link("/Users/me/to home", "/Users/me");
+  scene::link("/Users/me/Library/Foo", "/Volumes/X9/ExternalQuarn/Data/Library/Foo");
+  install("i1");
+  for (const char* row : {"/",
+                          "/.",
+                          "/Users",
+                          "/Users/me",
+                          "/Users/me/",
+                          "//Users/./me",
+                          "/Applications",
+                          "/Applications/../Applications",
+                          "/Users/me/Applications",
+                          "/System/Applications",
+                          "/Volumes",
+                          "/Volumes/X9",
+                          "/Volumes/X9/ExternalQuarn",
+                          "/Volumes/X9/ExternalQuarn/Data",
+                          "/Volumes/X9/ExternalQuarn/Data/Library/Foo",
+                          "/Users/me/Library",
+                          "/Users/me/Library/Application Support",
+                          "/Users/me/Library/Application Support/Quarn",
+                          "/Users/me/Library/Application Support/Quarn/InstallerSessions",
+                          "/Users/me/to home",
+                          "/Users/me/to home/Library"}) {
+    track("i1", row);
+  }
+  scene::makeFolder("/System/Applications");
+  EXPECT_EQ(locate(), (List{cache}));
+  track("i1", "/Users/me/Library/Foo");
+  EXPECT_EQ(locate(), (List{"/Users/me/Library/Foo", cache}))
+      << "what has been moved stays its application's";
+}
+
+TEST_F(DataLocatorWithLedger, rowsThatNameNoPathAreDropped) {
+  install("i1");
+  track("i1", "");
+  scene::sql("INSERT INTO tracked_files (install_id, file_path) VALUES ('i1', NULL);");
+  for (const char* row : {"char(0)", "'/Users/me' || char(0) || '/Documents/Foo Data'", "x'00FF'", "'~'",
+                          "'~/Documents/Foo Data'", "' /Users/me/Documents/Foo Data'"}) {
+    scene::sql(std::string("INSERT INTO tracked_files (install_id, file_path) VALUES ('i1', ") + row + ");");
+  }
+  EXPECT_EQ(locate(), (List{cache}));
+}
+
+TEST_F(DataLocatorWithLedger, aRelativePathIsJudgedByWhereItLeads) {
+  install("i1");
+  for (const char* row : {".", "..", "Library/..", "../me", "Library", "../../Applications/Foo.app/Contents"})
+    track("i1", row);
+  EXPECT_EQ(child::failures([] {
+              std::filesystem::current_path("/Users/me");
+              EXPECT_EQ(locate(), (List{cache}));
+            }),
+            "");
+}
+
+TEST(DataLocator, anApplicationThatIsCalledAsThisToolDoesNotOwnTheFolderOfThisTool) {
+  scene::makeFolder("/Users/me/Library/Application Support/Quarn");
+  scene::makeFolder("/Users/me/Library/Caches/Quarn");
+  EXPECT_EQ(locate("com.example.foo", "Quarn"), (List{"/Users/me/Library/Caches/Quarn"}));
+}
+
 TEST_F(DataLocatorWithLedger, aNeighbourWhoseNameBeginsLikeTheBundleIsData) {
   scene::makeFolder("/Applications/Foo.app Support");
   install("i1");

@@ -101,12 +101,32 @@ TEST(APFSSnapshotService, aListKeepsTheSnapshotsInTheirOrderAndKnowsNoDates) {
                                    {" com.apple.TimeMachine.2025-01-31-090500.local", std::nullopt}}));
 }
 
-TEST(APFSSnapshotService, aLongPieceWithADashGivesItsFirst19CharactersAsTheDate) {
-  // Seventeen characters are a date; two more make the piece long enough and the date unreadable.
+TEST(APFSSnapshotService, aDateWithMoreBehindItInOnePieceOfTheNameIsRead) {
   tmutil(
-      "echo com.apple.TimeMachine.2026-01-31-090500xx.local; echo 2026-01-31-090500-com.apple.TimeMachine");
-  for (const Snapshot& snapshot : APFSSnapshotService::list(hostPlatform())) {
-    EXPECT_EQ(snapshot.createdAt, std::nullopt) << snapshot.name;
+      "echo com.apple.TimeMachine.2026-01-31-090500xx.local\n"
+      "echo com.apple.TimeMachine.2026-01-31-090500x.local\n"
+      "echo com.apple.TimeMachine.xx2026-01-31-090500.local\n"
+      "echo com.apple.TimeMachine.a-name-that-is-long-enough.2026-01-31-090500xx");
+  EXPECT_EQ(APFSSnapshotService::list(hostPlatform()),
+            (std::vector<Snapshot>{
+                {"com.apple.TimeMachine.2026-01-31-090500xx.local", localMoment()},
+                {"com.apple.TimeMachine.2026-01-31-090500x.local", std::nullopt},
+                {"com.apple.TimeMachine.xx2026-01-31-090500.local", std::nullopt},
+                {"com.apple.TimeMachine.a-name-that-is-long-enough.2026-01-31-090500xx", std::nullopt}}))
+      << "a piece counts from 19 characters on, and the first one decides";
+}
+
+TEST(APFSSnapshotService, noLineEndBelongsToAName) {
+  for (const std::string end : {"\\r\\n", "\\r", "\\n", "\\302\\205", "\\342\\200\\250"}) {
+    EXPECT_EQ(createdFrom("note" + end + "date: 2026-01-31-090500" + end + end),
+              (Snapshot{"com.apple.TimeMachine.2026-01-31-090500.local", localMoment()}))
+        << end;
+    tmutil("printf 'header" + end + end + "com.apple.TimeMachine.a.local" + end +
+           "com.apple.TimeMachine.b.local" + end + "'");
+    EXPECT_EQ(APFSSnapshotService::list(hostPlatform()),
+              (std::vector<Snapshot>{{"com.apple.TimeMachine.a.local", std::nullopt},
+                                     {"com.apple.TimeMachine.b.local", std::nullopt}}))
+        << end;
   }
 }
 

@@ -2,6 +2,9 @@
 #include <set>
 #include <sys/stat.h>
 
+#include "Platform/FileSystemDecorator.h"
+#include "QuarnCore/discovery/AppScanner.h"
+#include "QuarnCore/foundation/SizingService.h"
 #include "QuarnCore/move/MovePlanner.h"
 #include "QuarnCore/move/MoverEngine.h"
 #include "tests/support/Replacing.h"
@@ -99,6 +102,43 @@ TEST(MovePlanner, aDataJobIsAsLargeAsItsFolderMeasures) {
   ASSERT_EQ(queue.size(), 2u);
   EXPECT_GT(allocated, 0);
   EXPECT_EQ(queue[1].bytesTotal, allocated);
+}
+
+/// Notes what is walked.
+class NotingWalks : public FileSystemDecorator {
+ public:
+  using FileSystemDecorator::FileSystemDecorator;
+  void walk(const Path& root, Hidden hidden, WalkVisitor& visitor) const override {
+    walked.push_back(root.text());
+    FileSystemDecorator::walk(root, hidden, visitor);
+  }
+  mutable Lines walked;
+};
+
+TEST(MovePlanner, measuresNothingThatHasBeenMeasured) {
+  scene::makeApp("/Applications/Foo.app");
+  scene::writeBytes(caches + "/foo/a", 70'000);
+  scene::writeBytes(caches + "/other/b", 9'000);
+  NotingWalks files(hostPlatform().files);
+  Platform platform = replacing({.files = &files});
+  AppEntry app = AppScanner::computeSizes(
+      platform, entry("Foo", "/Applications/Foo.app", {caches + "/foo", caches + "/other"}));
+  EXPECT_EQ(files.walked, (Lines{"/Applications/Foo.app", caches + "/foo", caches + "/other"}));
+  const auto queue = MovePlanner::buildAppJobs(platform, {app}, x9(), true);
+  EXPECT_EQ(files.walked.size(), 3U) << "each once";
+  ASSERT_EQ(queue.size(), 3U);
+  EXPECT_EQ(queue[1].bytesTotal, SizingService::measure(hostPlatform(), Path(caches + "/foo")));
+  EXPECT_EQ(queue[2].bytesTotal, SizingService::measure(hostPlatform(), Path(caches + "/other")));
+
+  app.dataPathSizes.pop_back();
+  const auto partlyMeasured = MovePlanner::buildAppJobs(platform, {app}, x9(), true);
+  EXPECT_EQ(files.walked.size(), 4U) << "what has no size yet is measured";
+  EXPECT_EQ(files.walked.back(), caches + "/other");
+  EXPECT_EQ(partlyMeasured[2].bytesTotal, queue[2].bytesTotal);
+
+  std::swap(app.dataPaths[0], app.dataPaths[1]);
+  const auto otherOrder = MovePlanner::buildAppJobs(platform, {app}, x9(), true);
+  EXPECT_EQ(otherOrder[1].bytesTotal, queue[2].bytesTotal) << "a size counts for its own path alone";
 }
 
 TEST(MovePlanner, withoutDataAnEntryGivesAtMostOneJob) {

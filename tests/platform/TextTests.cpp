@@ -184,6 +184,18 @@ TEST(Text, linesAreWhatIsBetweenLineFeeds) {
   EXPECT_EQ(Text::nonEmptyLines("\n a"), (Lines{" a"}));
   EXPECT_EQ(Text::nonEmptyLines(""), Lines{});
   EXPECT_EQ(Text::nonEmptyLines("\n\n"), Lines{});
+  EXPECT_EQ(Text::nonEmptyLines("a\r\nb"), (Lines{"a\r", "b"}));
+}
+
+TEST(Text, linesOfAnyEndAreWhatIsBetweenLineEndsOfEveryKind) {
+  using Lines = std::vector<std::string_view>;
+  for (const std::string end : {"\n", "\v", "\f", "\r", "\r\n", "\u0085", "\u2028", "\u2029"}) {
+    EXPECT_EQ(Text::nonEmptyLinesOfAnyEnd("a" + end + end + " b\u00E9" + end), (Lines{"a", " b\u00E9"}))
+        << end;
+    EXPECT_EQ(Text::nonEmptyLinesOfAnyEnd(end + "a" + end + "b"), (Lines{"a", "b"})) << end;
+  }
+  EXPECT_EQ(Text::nonEmptyLinesOfAnyEnd("a\tb\u00A0c\u200Bd"), (Lines{"a\tb\u00A0c\u200Bd"}));
+  EXPECT_EQ(Text::nonEmptyLinesOfAnyEnd(""), Lines{});
 }
 
 }  // namespace quarn

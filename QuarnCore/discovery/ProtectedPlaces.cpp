@@ -1,0 +1,95 @@
+#include "QuarnCore/discovery/ProtectedPlaces.h"
+
+#include <algorithm>
+#include <string_view>
+
+#include "QuarnCore/discovery/AppBundleScanRoots.h"
+#include "QuarnCore/foundation/AppStorageNames.h"
+
+namespace quarn {
+namespace {
+
+using Paths = std::vector<Path>;
+using Sightings = std::vector<Sighting>;
+
+void append(Paths& list, const Paths& more) {
+  list.insert(list.end(), more.begin(), more.end());
+}
+
+Paths ownFoldersOn(const Path& drive) {
+  return {AppStorageNames::externalRootPath(drive), drive.appending(AppStorageNames::backupsRoot)};
+}
+
+/// The drive itself, and the folders that make up the tree on it.
+Paths placesOn(const Path& drive) {
+  Paths places = ownFoldersOn(drive);
+  places.push_back(drive);
+  for (const auto name : {AppStorageNames::apps, AppStorageNames::data, AppStorageNames::folders,
+                          AppStorageNames::installerCache}) {
+    places.push_back(AppStorageNames::externalRootPath(drive).appending(name));
+  }
+  return places;
+}
+
+/// What stands directly below "/Volumes" on the way to a path; nothing if the way leads elsewhere.
+Paths driveByName(const Path& path) {
+  constexpr std::string_view volumes = "/Volumes/";
+  if (!path.text().starts_with(volumes)) return {};
+  return {Path(std::string_view(path.text()).substr(0, path.text().find('/', volumes.size())))};
+}
+
+Sightings seen(const FileSystem& files, const Paths& paths) {
+  Sightings sightings;
+  for (const Path& path : paths) sightings.push_back(sight(files, path));
+  return sightings;
+}
+
+bool isAroundAny(const Sighting& item, const Sightings& places) {
+  return std::any_of(places.begin(), places.end(),
+                     [&item](const Sighting& place) { return place.isAtOrIn(item); });
+}
+
+bool isInAny(const Sighting& item, const Sightings& folders) {
+  return std::any_of(folders.begin(), folders.end(),
+                     [&item](const Sighting& folder) { return item.isAtOrIn(folder); });
+}
+
+/// What `onDrive` gives for a drive that may be no longer, or not yet, mounted where the item says that it
+/// is.
+Sightings onNamedDrive(const Sighting& item, Paths (*onDrive)(const Path& drive)) {
+  Sightings unseenPlaces;
+  for (const Path& form : {item.spelled, item.leadsTo}) {
+    for (const Path& drive : driveByName(form)) {
+      for (const Path& place : onDrive(drive)) unseenPlaces.push_back(unseen(place));
+    }
+  }
+  return unseenPlaces;
+}
+
+}  // namespace
+
+ProtectedPlaces::ProtectedPlaces(Platform& platform) : files_(platform.files) {
+  Paths ownFolders = {AppStorageNames::supportRoot(platform.places)};
+  Paths places = AppBundleScanRoots::standardApplicationRoots(platform, true);
+  append(places, {platform.places.home(), ownFolders.front()});
+  Paths drives = platform.volumes.mounted().valueOr({});
+  drives.emplace_back("/");
+  for (const Path& drive : drives) {
+    append(places, placesOn(drive));
+    append(ownFolders, ownFoldersOn(drive));
+  }
+  places_ = seen(files_, places);
+  ownFolders_ = seen(files_, ownFolders);
+}
+
+bool ProtectedPlaces::isOneOrAroundOne(const Sighting& item) const {
+  return isAroundAny(item, places_) || isAroundAny(item, onNamedDrive(item, placesOn));
+}
+
+bool ProtectedPlaces::isInOwnFolder(const Sighting& item) const {
+  // A link is where its folder is, whatever it leads to.
+  const Sighting where = item.isLink ? sight(files_, item.spelled.parent()) : item;
+  return isInAny(where, ownFolders_) || isInAny(where, onNamedDrive(where, ownFoldersOn));
+}
+
+}  // namespace quarn

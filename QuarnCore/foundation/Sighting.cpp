@@ -1,0 +1,54 @@
+#include "QuarnCore/foundation/Sighting.h"
+
+#include <algorithm>
+
+#include "Platform/Text.h"
+
+namespace quarn {
+namespace {
+
+bool isAtOrInByText(const Path& item, const Path& folder) {
+  if (Text::equal(item.text(), folder.text())) return true;
+  return Text::hasPrefix(item.text(), folder.text() == "/" ? "/" : folder.text() + "/");
+}
+
+/// The path itself or the nearest folder around it that exists.
+Path nearestThatExists(const FileSystem& files, const Path& path) {
+  Path current = path;
+  while (!files.exists(current) && current.parent() != current) current = current.parent();
+  return current;
+}
+
+std::vector<FileIdentity> identitiesUpFrom(const FileSystem& files, const Path& resolved) {
+  std::vector<FileIdentity> identities;
+  for (Path current = resolved;; current = current.parent()) {
+    if (const auto attributes = files.attributes(current)) identities.push_back(attributes->identity);
+    if (current.parent() == current) return identities;
+  }
+}
+
+}  // namespace
+
+bool Sighting::isAtOrIn(const Sighting& folder) const {
+  if (isAtOrInByText(spelled, folder.spelled) || isAtOrInByText(leadsTo, folder.leadsTo)) return true;
+  return folder.exists && !folder.identities.empty() &&
+         std::find(identities.begin(), identities.end(), folder.identities.front()) != identities.end();
+}
+
+Sighting sight(const FileSystem& files, const Path& item) {
+  const Path spelled = files.standardized(item);
+  const Path existing = nearestThatExists(files, spelled);
+  const Path resolved = files.resolvingLinks(existing);
+  return {.spelled = spelled,
+          .leadsTo = resolved.appending(spelled.text().substr(existing.text().size())),
+          .isLink = files.isSymbolicLink(spelled),
+          .exists = existing == spelled,
+          .identities = identitiesUpFrom(files, resolved)};
+}
+
+Sighting unseen(const Path& standardized) {
+  return {
+      .spelled = standardized, .leadsTo = standardized, .isLink = false, .exists = false, .identities = {}};
+}
+
+}  // namespace quarn
