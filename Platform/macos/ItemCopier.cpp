@@ -1,0 +1,142 @@
+#include "Platform/posix/ItemCopier.h"
+
+#include <cerrno>
+#include <copyfile.h>
+#include <fcntl.h>
+#include <memory>
+#include <sys/acl.h>
+#include <sys/attr.h>
+#include <unistd.h>
+
+#include "Platform/macos/ExtendedAttributes.h"
+#include "Platform/posix/Descriptor.h"
+#include "Platform/posix/LinkText.h"
+
+namespace quarn {
+namespace {
+
+constexpr mode_t permissions = 07777;
+constexpr mode_t foreignIdentity = S_ISUID | S_ISGID;
+
+/// The flags that a person sets (chflags(1)); the others tell how the system keeps the item.
+constexpr std::uint32_t ownersFlags = UF_NODUMP | UF_IMMUTABLE | UF_APPEND | UF_OPAQUE | UF_HIDDEN;
+constexpr std::uint32_t rootsFlags = SF_ARCHIVED | SF_IMMUTABLE | SF_APPEND;
+
+struct FreeList {
+  void operator()(acl_t list) const { ::acl_free(list); }
+};
+
+/// How a volume says that it has no place for something. FAT says EINVAL of flags.
+bool isUnsupported(int errnoValue) {
+  return errnoValue == ENOTSUP || errnoValue == EOPNOTSUPP || errnoValue == ENOSYS || errnoValue == EINVAL;
+}
+
+/// The owner is kept where that is allowed.
+bool mayKeepOwner(int errnoValue) {
+  return errnoValue == EPERM || errnoValue == EACCES || isUnsupported(errnoValue);
+}
+
+int copyTimes(const struct stat& status, int destination) {
+  const timespec times[]{status.st_atimespec, status.st_mtimespec};
+  if (::futimens(destination, times) != 0 && !isUnsupported(errno)) return errno;
+  attrlist which{};
+  which.bitmapcount = ATTR_BIT_MAP_COUNT;
+  which.commonattr = ATTR_CMN_CRTIME;
+  timespec creation = status.st_birthtimespec;
+  // Last, since a time of writing that lies before it moves it; many volumes have no place for it.
+  static_cast<void>(::fsetattrlist(destination, &which, &creation, sizeof creation, 0));
+  return 0;
+}
+
+int copyAccessList(int source, int destination) {
+  const std::unique_ptr<std::remove_pointer_t<acl_t>, FreeList> list(::acl_get_fd(source));
+  // ENOENT: there is none (acl_get_fd(3)).
+  if (!list) return errno == ENOENT || isUnsupported(errno) ? 0 : errno;
+  return ::acl_set_fd(destination, list.get()) == 0 || isUnsupported(errno) ? 0 : errno;
+}
+
+int copyFlags(const struct stat& source, int destination) {
+  struct stat status;
+  if (::fstat(destination, &status) != 0) return errno;
+  const std::uint32_t copied = ownersFlags | (::geteuid() == 0 ? rootsFlags : 0);
+  const std::uint32_t flags = (status.st_flags & ~copied) | (source.st_flags & copied);
+  if (flags == status.st_flags || ::fchflags(destination, flags) == 0) return 0;
+  return isUnsupported(errno) ? 0 : errno;
+}
+
+/// Takes back the copy that was begun, if it failed.
+int completed(int error, const EntryAt& copy) {
+  if (error != 0) ::unlinkat(copy.folder, copy.name, 0);
+  return error;
+}
+
+int copyRegular(const EntryAt& source, const EntryAt& destination) {
+  const Descriptor from(::openat(source.folder, source.name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+  struct stat status;
+  if (!from.isOpen() || ::fstat(from.number(), &status) != 0) return errno;
+  const Descriptor to(::openat(destination.folder, destination.name,
+                               O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
+  if (!to.isOpen()) return errno;
+  // With holes where both volumes know them, else in full (copyfile(3)).
+  constexpr copyfile_flags_t content = COPYFILE_DATA | COPYFILE_DATA_SPARSE;
+  int error = ::fcopyfile(from.number(), to.number(), nullptr, content) == 0 ? 0 : errno;
+  if (error == 0) error = copyMetadata(from.number(), status, to.number());
+  return completed(error, destination);
+}
+
+/// The link itself; without O_SYMLINK it would be followed.
+Descriptor openLink(const EntryAt& link) {
+  return Descriptor(::openat(link.folder, link.name, O_RDONLY | O_SYMLINK | O_NONBLOCK | O_CLOEXEC));
+}
+
+int copyLinkMetadata(const EntryAt& source, const EntryAt& destination) {
+  const Descriptor from = openLink(source);
+  struct stat status;
+  if (!from.isOpen() || ::fstat(from.number(), &status) != 0) return errno;
+  const Descriptor to = openLink(destination);
+  return to.isOpen() ? copyMetadata(from.number(), status, to.number()) : errno;
+}
+
+int copyLink(const EntryAt& source, const EntryAt& destination) {
+  const auto target = linkText(source.folder, source.name);
+  if (!target) return errno;
+  if (::symlinkat(target->c_str(), destination.folder, destination.name) != 0) return errno;
+  return completed(copyLinkMetadata(source, destination), destination);
+}
+
+/// Opening the source could wake the program that waits at its other end.
+int copyFifo(const struct stat& status, const EntryAt& destination) {
+  const auto [folder, name] = destination;
+  if (::mkfifoat(folder, name, 0600) != 0) return errno;
+  const timespec times[]{status.st_atimespec, status.st_mtimespec};
+  int error = ::fchownat(folder, name, status.st_uid, status.st_gid, AT_SYMLINK_NOFOLLOW) == 0 ? 0 : errno;
+  if (mayKeepOwner(error)) error = 0;
+  if (error == 0 && ::fchmodat(folder, name, status.st_mode & permissions, AT_SYMLINK_NOFOLLOW) != 0)
+    error = errno;
+  if (error == 0 && ::utimensat(folder, name, times, AT_SYMLINK_NOFOLLOW) != 0) error = errno;
+  return completed(error, destination);
+}
+
+}  // namespace
+
+int copyFile(const EntryAt& source, const struct stat& status, const EntryAt& destination) {
+  if (S_ISREG(status.st_mode)) return copyRegular(source, destination);
+  if (S_ISLNK(status.st_mode)) return copyLink(source, destination);
+  if (S_ISFIFO(status.st_mode)) return copyFifo(status, destination);
+  return ENOTSUP;
+}
+
+// A list of rights and a lock come last, since they can forbid all the rest.
+int copyMetadata(int source, const struct stat& status, int destination) {
+  const bool owned = ::fchown(destination, status.st_uid, status.st_gid) == 0;
+  if (!owned && !mayKeepOwner(errno)) return errno;
+  if (const int error = copyExtendedAttributes(source, destination)) return error;
+  // Under another owner these bits would lend rights that the source didn't lend.
+  const mode_t mode = status.st_mode & permissions & ~(owned ? 0 : foreignIdentity);
+  if (::fchmod(destination, mode) != 0 && !isUnsupported(errno)) return errno;
+  if (const int error = copyTimes(status, destination)) return error;
+  if (const int error = copyAccessList(source, destination)) return error;
+  return copyFlags(status, destination);
+}
+
+}  // namespace quarn
