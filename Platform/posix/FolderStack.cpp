@@ -6,7 +6,9 @@
 namespace quarn {
 namespace {
 
-constexpr std::size_t keptOpen = 128;
+// A copy holds two chains, and a shell on a Mac grants no more than 256 descriptors (getrlimit(2)), some of
+// which are taken already.
+constexpr std::size_t keptOpen = 16;
 constexpr int folderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 
 }  // namespace
