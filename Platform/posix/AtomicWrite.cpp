@@ -5,9 +5,10 @@
 #include <cstdio>
 #include <fcntl.h>
 #include <optional>
-#include <string>
 #include <sys/stat.h>
 
+#include "Platform/posix/FileSync.h"
+#include "Platform/posix/LeftoverFiles.h"
 #include "Platform/posix/PathAt.h"
 
 namespace quarn {
@@ -26,8 +27,7 @@ class TemporaryFile {
   int create() {
     static std::atomic<unsigned> count{0};
     do {
-      at_.emplace(
-          folder_.appending(".dat.nosync" + std::to_string(::getpid()) + "." + std::to_string(++count)));
+      at_.emplace(folder_.appending(temporaryName(::getpid(), ++count)));
       if (at_->error()) return at_->error();
       file_ = Descriptor(
           ::openat(at_->folder(), at_->name(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666));
@@ -43,7 +43,8 @@ class TemporaryFile {
       content.remove_prefix(static_cast<std::size_t>(count));
     }
     // Without this a power cut can leave the new name on an empty file.
-    return ::fsync(file_.number()) == 0 || errno == EINVAL ? 0 : errno;
+    const int error = syncFile(file_.number());
+    return error == EINVAL ? 0 : error;
   }
 
   int setMode(mode_t mode) { return ::fchmod(file_.number(), mode) == 0 ? 0 : errno; }
@@ -67,6 +68,7 @@ int writeAtomically(const Path& file, std::string_view content) {
   if (target.error()) return target.error();
   struct stat existing;
   const bool replaces = ::fstatat(target.folder(), target.name(), &existing, AT_SYMLINK_NOFOLLOW) == 0;
+  removeLeftoverFiles(file.parent());
   TemporaryFile temporary(file.parent());
   int error = temporary.create();
   if (error == 0) error = temporary.write(content);
