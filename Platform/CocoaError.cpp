@@ -175,9 +175,12 @@ PlatformError toolNotStarted(const Path& executable) {
 }
 
 PlatformError outOfResources(int errnoValue) {
-  const std::string domain = "NSPOSIXErrorDomain";
-  const std::string number = std::to_string(errnoValue);
-  return {domain, errnoValue, "The operation couldn’t be completed. (" + domain + " error " + number + ".)"};
+  return ofDomain("NSPOSIXErrorDomain", errnoValue);
+}
+
+PlatformError ofDomain(const std::string& domain, int code) {
+  const std::string which = domain + " error " + std::to_string(code);
+  return {domain, code, "The operation couldn’t be completed. (" + which + ".)"};
 }
 
 PlatformError noTrash(const Path& item, const std::string& volumeName) {

@@ -33,6 +33,8 @@ PlatformError fromCode(Operation operation, int code, const Path& item, const Pa
 PlatformError toolNotStarted(const Path& executable);
 /// The system has no descriptor, process or memory left for a tool, or can't hand it its words.
 PlatformError outOfResources(int errnoValue);
+/// Of a domain whose sentences aren't known here.
+PlatformError ofDomain(const std::string& domain, int code);
 /// The Trash of a volume that has none.
 PlatformError noTrash(const Path& item, const std::string& volumeName);
 /// A file that isn't UTF-8 text.

@@ -3,19 +3,15 @@
 #include <cerrno>
 #include <cstdlib>
 #include <fcntl.h>
-#include <memory>
 #include <pwd.h>
 #include <unistd.h>
 #include <vector>
 
+#include "Platform/posix/CurrentFolder.h"
 #include "Platform/posix/LinkText.h"
 
 namespace quarn {
 namespace {
-
-struct Free {
-  void operator()(char* text) const { std::free(text); }
-};
 
 /// `find` is one of the re-entrant look-ups with the key bound.
 template <class Find>
@@ -47,9 +43,7 @@ std::optional<Path> LinuxPlaces::home(const std::string& user) const {
 }
 
 Path LinuxPlaces::currentFolder() const {
-  const std::unique_ptr<char, Free> text(::getcwd(nullptr, 0));
-  // A folder that was removed has no path any more.
-  return Path(text ? text.get() : "/");
+  return quarn::currentFolder();
 }
 
 Path LinuxPlaces::executable() const {

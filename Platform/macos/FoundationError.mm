@@ -12,9 +12,12 @@ PlatformError foundationError(CocoaError::Operation operation, NSError* error, c
                               const Path& destination) {
   if (!error) return writeError(operation, EINVAL, item, destination);
   const int code = static_cast<int>(error.code);
+  // Foundation speaks the language of the person, where all else that is printed is English: its own sentence
+  // is never taken.
+  if ([error.domain isEqualToString:NSPOSIXErrorDomain])
+    return writeError(operation, code, item, destination);
   if (![error.domain isEqualToString:NSCocoaErrorDomain])
-    return PlatformError(bytesOf(error.domain), code, bytesOf(error.localizedDescription));
-  // Foundation speaks the language of the person, where all else that is printed is English.
+    return CocoaError::ofDomain(bytesOf(error.domain), code);
   const Path& written = destination.text().empty() ? item : destination;
   return CocoaError::fromCode(operation, code, item, destination, [&] { return volumeName(written); });
 }

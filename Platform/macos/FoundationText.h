@@ -8,7 +8,7 @@
 
 namespace quarn {
 
-/// Null if the bytes are no UTF-8.
+/// All of them, a byte-order mark at the beginning too. Null if the bytes are no UTF-8.
 NSString* _Nullable foundationText(std::string_view bytes);
 std::string bytesOf(NSString* _Nonnull text);
 

@@ -1,9 +1,21 @@
 #include "Platform/macos/FoundationText.h"
 
 namespace quarn {
+namespace {
+
+constexpr std::string_view byteOrderMark = "\uFEFF";
+
+}  // namespace
 
 NSString* foundationText(std::string_view bytes) {
-  return [[NSString alloc] initWithBytes:bytes.data() length:bytes.size() encoding:NSUTF8StringEncoding];
+  // The decoder drops a mark at the beginning, which would make the text another one, and shorter.
+  NSMutableString* marks = [NSMutableString string];
+  for (; bytes.starts_with(byteOrderMark); bytes.remove_prefix(byteOrderMark.size()))
+    [marks appendString:@"\uFEFF"];
+  NSString* rest = [[NSString alloc] initWithBytes:bytes.data()
+                                            length:bytes.size()
+                                          encoding:NSUTF8StringEncoding];
+  return rest ? [marks stringByAppendingString:rest] : nil;
 }
 
 std::string bytesOf(NSString* text) {

@@ -1,6 +1,7 @@
 #include "Platform/macos/MacPlaces.h"
 
 #include "Platform/macos/FoundationText.h"
+#include "Platform/posix/CurrentFolder.h"
 #include "Platform/posix/ResolvedPath.h"
 
 namespace quarn {
@@ -21,11 +22,7 @@ std::optional<Path> MacPlaces::home(const std::string& user) const {
 }
 
 Path MacPlaces::currentFolder() const {
-  @autoreleasepool {
-    NSString* folder = NSFileManager.defaultManager.currentDirectoryPath;
-    // A folder that was removed has no path any more.
-    return Path(folder.length > 0 ? bytesOf(folder) : "/");
-  }
+  return quarn::currentFolder();
 }
 
 Path MacPlaces::executable() const {

@@ -31,6 +31,14 @@ TEST_P(CocoaErrorRows, givesTheNumberAndTheSentenceOfTheSystem) {
   EXPECT_EQ(error.localizedDescription(), row.sentence);
 }
 
+TEST(CocoaError, anotherDomainHasNoSentenceButItsNumber) {
+  const auto error = CocoaError::ofDomain("NSOSStatusErrorDomain", -43);
+  EXPECT_EQ(error.domain, "NSOSStatusErrorDomain");
+  EXPECT_EQ(error.code, -43);
+  EXPECT_EQ(error.localizedDescription(),
+            "The operation couldn’t be completed. (NSOSStatusErrorDomain error -43.)");
+}
+
 INSTANTIATE_TEST_SUITE_P(
     Reading, CocoaErrorRows,
     testing::Values(Row{Operation::readFile, ENOENT, 260,

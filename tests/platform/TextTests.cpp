@@ -167,6 +167,9 @@ TEST(Text, aPrefixCountsCharactersAsPeopleDo) {
   EXPECT_EQ(Text::prefix("abc", 3), "abc");
   EXPECT_EQ(Text::prefix("abc", 80), "abc");
   EXPECT_EQ(Text::prefix("", 3), "");
+  // A byte-order mark is a character like any other, also at the beginning.
+  EXPECT_EQ(Text::prefix("\uFEFFabc", 3), "\uFEFFab");
+  EXPECT_EQ(Text::prefix("\uFEFF\uFEFF\u00E9a", 3), "\uFEFF\uFEFF\u00E9");
   EXPECT_EQ(Text::prefix(composed + "b", 0), "");
   EXPECT_EQ(Text::prefix(composed + "b", 1), composed);
   EXPECT_EQ(Text::prefix(composed + "b", 80), composed + "b");

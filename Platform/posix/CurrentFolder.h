@@ -1,0 +1,10 @@
+#pragma once
+
+#include "Platform/Path.h"
+
+namespace quarn {
+
+/// `Places::currentFolder`.
+Path currentFolder();
+
+}  // namespace quarn
