@@ -17,14 +17,19 @@ only_help() {
   exit 2
 }
 
-# Builds the program and the room, quietly unless something is wrong.
-build_release() {
-  packaging/prepare build
-  if [ -x "$release/bin/quarn" ]; then
+# say_building PROGRAM: a build is quiet, and somebody who waits for it should know what for.
+say_building() {
+  if [ -x "$1" ]; then
     echo "quarn: building what has changed" >&2
   else
     echo "quarn: building; the first time, that takes a few minutes" >&2
   fi
+}
+
+# Builds the program and the room, quietly unless something is wrong.
+build_release() {
+  packaging/prepare build
+  say_building "$release/bin/quarn"
   build_log=$(mktemp)
   if ! { cmake --preset "$shown" && cmake --build --preset "$shown"; } >"$build_log" 2>&1; then
     cat "$build_log" >&2
