@@ -1,7 +1,7 @@
 #!/bin/sh
 # An include goes down the floors or stays on its own, and nothing above the platform looks past it.
 set -u
-cd "$(dirname "$0")/../.."
+cd "$(dirname "$0")/../.." || exit 1
 status=0
 
 # floor FOLDER: the number of a folder's floor.
@@ -22,6 +22,7 @@ complain() {
   status=1
 }
 
+# shellcheck disable=SC2044,SC2013  # no name here has a blank
 for file in $(find Platform TOMLDecoder QuarnCore QuarnCLI -name '*.h' -o -name '*.cpp' -o -name '*.mm' 2>/dev/null); do
   own=$(floor "$file")
   for included in $(sed -n 's/^#include "\(.*\)"$/\1/p' "$file"); do

@@ -3,17 +3,9 @@
 # Usage: readme-session.sh TOP QUARN-ROOM QUARN
 set -u
 top=$1 room=$2 quarn=$3
+. "$top/tests/house/plain.sh"
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
-
-plain() {
-  tr '\r' '\n' | sed -E \
-    -e 's/[0-9]+(,[0-9]{3})*(\.[0-9]+)? (KB|MB|GB)/SIZE/g' \
-    -e 's/[0-9]+\.[0-9]s/TIME/g' \
-    -e 's/[0-9]{4}-[0-9]{2}-[0-9]{2}T[0-9:]+Z/DATE/g' \
-    -e 's/"sizeBytes" : [0-9]+/"sizeBytes" : SIZE/' |
-    grep -vE '^ +SIZE / SIZE  [0-9]+%|^$'
-}
 
 sed -n '/<!-- session -->/,/<!-- end of session -->/p' "$top/README.md" | grep -vE '^(<!--|```)' | plain >"$work/readme"
 "$room" --drive X9=64m --bind "$top" --bind "$(dirname "$quarn")" --quarn "$quarn" -- \
