@@ -87,6 +87,9 @@ needs_mounts() { [ "$QUARN_ROOM" = mounts ] || skip "this room can't mount a vol
 scene_session() { furnished; }
 after_session() { expect_app "$app"; expect_data "$dataCopy"; }
 
+scene_know() { furnished; }
+after_know() { expect_link "/Applications/Tape Loft.app" "$drive/ExternalQuarn/Apps/Tape Loft.app"; }
+
 scene_moving() { furnished; }
 after_moving() {
   expect_home
