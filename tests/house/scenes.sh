@@ -61,7 +61,6 @@ is_recorded() { grep -qsF '"sourcePath" : "\/Applications\/Paper Garden.app"' "$
 
 # quietly COMMAND…: for what a scene does and the document doesn't show.
 quietly() { "$@" >/dev/null 2>&1; }
-moved() { quietly quarn move one com.example.papergarden --yes; expect_moved; }
 
 # killed_when CONDITION AFRESH COMMAND…: kills a command at its first, its second, … changing call, the scene set anew
 # each time, until the condition holds.
