@@ -16,6 +16,7 @@ show() {
   "$@"
 }
 
+# shellcheck source=macroom/scene.sh
 . "$(dirname "$0")/scene.sh"
 furnish
 

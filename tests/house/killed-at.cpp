@@ -1,5 +1,6 @@
 // Kills a program at its n-th call that changes the file system: killed-at N COMMAND [ARGUMENT]...
-// Ends with 137 if it was killed, with 77 and the reason where programs can't be traced, else with its status.
+// Ends with 137 if it was killed, with 77 and the reason where programs can't be traced, else with the
+// program's own status.
 
 #include <cstdio>
 #include <cstdlib>

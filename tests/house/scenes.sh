@@ -61,7 +61,6 @@ is_recorded() { grep -qsF '"sourcePath" : "\/Applications\/Paper Garden.app"' "$
 
 # quietly COMMAND…: for what a scene does and the document doesn't show.
 quietly() { "$@" >/dev/null 2>&1; }
-moved() { quietly quarn move one com.example.papergarden --yes; expect_moved; }
 
 # killed_when CONDITION AFRESH COMMAND…: kills a command at its first, its second, … changing call, the scene set anew
 # each time, until the condition holds.
@@ -86,6 +85,9 @@ needs_mounts() { [ "$QUARN_ROOM" = mounts ] || skip "this room can't mount a vol
 
 scene_session() { furnished; }
 after_session() { expect_app "$app"; expect_data "$dataCopy"; }
+
+scene_know() { furnished; }
+after_know() { expect_link "/Applications/Tape Loft.app" "$drive/ExternalQuarn/Apps/Tape Loft.app"; }
 
 scene_moving() { furnished; }
 after_moving() {
