@@ -133,6 +133,29 @@ after_pipe_inside() {
   expect_app "$drive/.Trashes/$(id -u)/Paper Garden.app"
 }
 
+scene_unwritable_inside() {
+  furnished
+  chmod a-w "$app/Contents/Resources"
+  appLocked=$(tree "$app")
+}
+then_look_at_the_source() { is_whole "$app" "$appLocked" || fail "the source was touched"; }
+after_unwritable_inside() {
+  expect_moved
+  [ -d "$drive/.Trashes/$(id -u)/Paper Garden.app" ] || fail "the copy isn't in the Trash"
+}
+
+scene_mounted_inside() {
+  needs_mounts
+  furnished
+  mkdir "$app/Contents/Sounds"
+  mount -t tmpfs sounds "$app/Contents/Sounds"
+}
+then_look_at_the_drive() { expect_free "$copy"; }
+after_mounted_inside() {
+  rmdir "$copy/Contents/Sounds"
+  expect_moved
+}
+
 is_partly_removed() { [ -d "$app" ] && [ ! -L "$app" ] && ! is_whole "$app" "$appTree"; }
 is_unlinked() { is_free "$app"; }
 
@@ -187,6 +210,39 @@ after_killed_leaving_the_drive() {
   is_recorded || fail "the record is gone"
   quietly "${move_one[@]}"
   expect_moved
+}
+
+# Sockets are made by programs alone; this one only makes it.
+make_socket() { perl -MSocket -e 'socket(S, PF_UNIX, SOCK_STREAM, 0) && bind(S, sockaddr_un($ARGV[0])) or die $!' "$1"; }
+
+scene_socket_on_the_drive() {
+  furnished
+  on_drive
+  make_socket "$copy/Contents/socket"
+}
+after_socket_on_the_drive() { expect_home; }
+
+# A small application that opens the one on the drive, in the place of the link.
+afresh_with_launcher() {
+  rm -rf /Applications/.quarn-launcher-*
+  afresh_on_drive
+  rm "$app"
+  put_up "Paper Garden" com.example.papergarden.externallauncher ExternalAppLauncher 0
+  printf '%s\n' "$copy" >"$app/Contents/Resources/ExternalAppTarget.txt"
+  launcherTree=$(tree "$app")
+}
+is_launcher_aside() {
+  local aside=(/Applications/.quarn-launcher-*)
+  is_free "$app" && is_whole "${aside[0]}" "$launcherTree"
+}
+
+scene_killed_launcher() {
+  killed_when is_launcher_aside afresh_with_launcher quarn move restore "$app"
+  expect_app "$copy"
+}
+after_killed_launcher() {
+  expect_home
+  [ -z "$(find /Applications -name '.quarn-launcher-*')" ] || fail "the launcher is still there"
 }
 
 scene_no_room_at_home() {
