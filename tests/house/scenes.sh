@@ -299,6 +299,13 @@ scene_killed_linking_a_path() {
 }
 after_killed_linking_a_path() { expect_samples_moved; }
 
+# --- Records
+
+is_writing_a_record() { [ -n "$(find "$records" -name '.*.nosync*' 2>/dev/null)" ]; }
+
+scene_killed_recording() { killed_when is_writing_a_record afresh "${move_one[@]}"; }
+after_killed_recording() { expect_moved; }
+
 # --- A drive under another name
 
 sudo() { "$@"; }
