@@ -22,7 +22,7 @@ constexpr std::size_t largestExcess = std::size_t{1} << 26;
 /// Beside its content.
 constexpr std::size_t sizeOfValue = 64;
 
-bool isText(std::string_view bytes) {
+bool isASCII(std::string_view bytes) {
   return std::all_of(bytes.begin(), bytes.end(), [](char c) { return static_cast<signed char>(c) >= 0; });
 }
 
@@ -66,8 +66,7 @@ class Reader {
   /// The table fills the place between the values and the trailer.
   bool isTable(std::uint64_t start, std::uint64_t count) const {
     const auto end = bytes_.size() - trailerSize;
-    if (start < signature.size() || start > end) return false;
-    return count <= end / offsetWidth_ && count * offsetWidth_ == end - start;
+    return start <= end && count <= end / offsetWidth_ && count * offsetWidth_ == end - start;
   }
 
   std::optional<Value> value(std::uint64_t number) {
@@ -140,7 +139,7 @@ class Reader {
     const auto bytes = content.counted(marker, kind == 0x6 ? 2 : 1);
     if (!bytes || !pay(bytes->size())) return std::nullopt;
     if (kind == 0x4) return Value{Data{std::string(*bytes)}};
-    if (kind == 0x5 && !isText(*bytes)) return std::nullopt;
+    if (kind == 0x5 && !isASCII(*bytes)) return std::nullopt;
     auto decoded = kind == 0x5 ? std::string(*bytes) : XMLEncoding::decodedUTF16(*bytes);
     if (!decoded) return std::nullopt;
     return Value{*std::move(decoded)};

@@ -80,6 +80,8 @@ TEST(BinaryPropertyList, aCountOf15OrMoreIsANumberOfItsOwn) {
   expectRead(object(0x5F, "\x11" + bigEndian(300, 2) + many), Value{many});
   expectRead(object(0x5F, "\x13" + bigEndian(300, 8) + many), Value{many});
   expectRefused({object(0x5F, "\x10\xFF" + fifteen), object(0x5F, "\x20\x0F" + fifteen),
+                 object(0x5F, std::string("\0\x0F", 2) + fifteen),
+                 object(0x5F, "\x14" + bigEndian(0, 8) + bigEndian(15, 8) + fifteen),
                  object(0x5F, "\x13" + bigEndian(~std::uint64_t{0}, 8) + many),
                  object(0x6F, "\x13" + bigEndian(std::uint64_t{1} << 63, 8) + many),
                  object(0xDF, "\x13" + bigEndian(std::uint64_t{1} << 62, 8) + many)});

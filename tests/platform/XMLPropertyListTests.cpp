@@ -251,9 +251,9 @@ TEST(XMLPropertyList, realNumbers) {
 TEST(XMLPropertyList, aWrongRealNumberFailsTheWholeList) {
   expectValuesRefused({"<real/>", "<real></real>", "<real> </real>", "<real>x</real>", "<real>1x</real>",
                        "<real>1 </real>", "<real>.</real>", "<real>e1</real>", "<real>1e</real>",
-                       "<real>--1</real>", "<real>+-1</real>", "<real>0x10</real>", "<real>1.2.3</real>",
-                       "<real>1,5</real>", "<real>nan(1)</real>", "<real>infinit</real>",
-                       "<real>- 1</real>"});
+                       "<real>--1</real>", "<real>+-1</real>", "<real>-+1</real>", "<real>0x10</real>",
+                       "<real>1.2.3</real>", "<real>1,5</real>", "<real>nan(1)</real>",
+                       "<real>infinit</real>", "<real>- 1</real>"});
 }
 
 TEST(XMLPropertyList, dates) {
@@ -307,7 +307,8 @@ TEST(XMLPropertyList, truthIsWrittenInTwoWays) {
 TEST(XMLPropertyList, aDictionaryOfOneNumberOfThatKeyIsAUID) {
   EXPECT_EQ(read("<dict><key>CF$UID</key><integer>7</integer></dict>"), Value{UID{7}});
   EXPECT_EQ(read("<dict><key>CF$UID</key><real>7.5</real></dict>"), Value{UID{7}});
-  EXPECT_EQ(read("<dict><key>CF$UID</key><real>-1e99</real></dict>"), Value{UID{0}});
+  EXPECT_EQ(read("<dict><key>CF$UID</key><real>-1</real></dict>"), Value{UID{0}});
+  EXPECT_EQ(read("<dict><key>CF$UID</key><real>1e99</real></dict>"), Value{UID{0}});
   EXPECT_EQ(PropertyList::texts(xml("<dict><key>CF$UID</key><integer>7</integer></dict>")), std::nullopt);
   EXPECT_EQ(PropertyList::texts(xml("<dict><key>CF$UID</key><string>7</string></dict>")),
             (Texts{{"CF$UID", "7"}}));
