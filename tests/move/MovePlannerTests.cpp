@@ -182,6 +182,14 @@ TEST(MovePlanner, ofTwoBundlesOfOneNameOnlyTheFirstIsQueued) {
             (Lines{"Mine | " + scene::home + "/Applications/Foo.app | " + apps + "/Foo.app"}));
 }
 
+TEST(MovePlanner, twoSpellingsOfOneDestinationAreOneJob) {
+  scene::makeApp("/Applications/\u00c9tude.app");
+  scene::makeApp(scene::home + "/Applications/E\u0301tude.app");
+  EXPECT_EQ(lines(jobs({entry("One", "/Applications/\u00c9tude.app", {}),
+                        entry("Two", scene::home + "/Applications/E\u0301tude.app", {})})),
+            (Lines{"One | /Applications/\u00c9tude.app | " + apps + "/\u00c9tude.app"}));
+}
+
 TEST(MovePlanner, aDataPathInsideALinkIsNotQueued) {
   scene::makeApp("/Applications/Foo.app");
   scene::makeFolder(data + "/Library/Caches/foo/inner");
