@@ -82,6 +82,29 @@ std::vector<MoveJob> firstOfEachDestination(const std::vector<MoveJob>& jobs) {
   return kept;
 }
 
+std::string key(Platform& platform, const Path& source) {
+  return Text::canonical(platform.files.standardized(source).text());
+}
+
+bool isInside(const Path& item, const std::set<std::string>& sources) {
+  for (Path around = item.parent(); around.parent() != around; around = around.parent()) {
+    if (sources.contains(around.text())) return true;
+  }
+  return false;
+}
+
+/// What lies in a folder moves with it. A job of its own would find it behind the link of that folder, and
+/// tear it out of the copy; before that folder, it would take its place on the drive.
+std::vector<MoveJob> withoutNested(Platform& platform, const std::vector<MoveJob>& jobs) {
+  std::set<std::string> sources;
+  for (const MoveJob& job : jobs) sources.insert(key(platform, job.source));
+  std::vector<MoveJob> kept;
+  for (const MoveJob& job : jobs) {
+    if (!isInside(Path(key(platform, job.source)), sources)) kept.push_back(job);
+  }
+  return kept;
+}
+
 }  // namespace
 
 std::vector<MoveJob> buildAppJobs(Platform& platform, const std::vector<AppEntry>& entries,
@@ -92,7 +115,7 @@ std::vector<MoveJob> buildAppJobs(Platform& platform, const std::vector<AppEntry
     appendBundleJob(platform, entry, drive, stops, jobs);
     if (includeData) appendDataJobs(platform, entry, drive, stops, jobs);
   }
-  return firstOfEachDestination(jobs);
+  return withoutNested(platform, firstOfEachDestination(jobs));
 }
 
 bool shouldMove(Platform& platform, const Path& source) {

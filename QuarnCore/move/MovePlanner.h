@@ -12,7 +12,8 @@
 namespace quarn::MovePlanner {
 
 /// A job for each bundle, followed by one for each of its data paths if asked for. Of several jobs
-/// with one destination the first stays. A data path that the entry has no size of is measured.
+/// with one destination the first stays; what lies in the source of another job goes with that one.
+/// A data path that the entry has no size of is measured.
 std::vector<MoveJob> buildAppJobs(Platform& platform, const std::vector<AppEntry>& entries,
                                   const DriveInfo& drive, bool includeData);
 

@@ -46,6 +46,16 @@ TEST(MoveNext, theLargestGoesFirstWhenAskedFor) {
             printed(next("Big", bytes) + done("Big", bytes)));
 }
 
+TEST(MoveNext, dataCountsInWhatIsSmallestAndLargest) {
+  makeApp("Middle", 50'000);
+  makeApp("Small", 10'000);
+  scene::writeBytes(scene::home + "/Library/Caches/org.Small/a", 200'000);
+  EXPECT_TRUE(quarn({"move", "next"}).out.starts_with("next: Middle ("));
+  EXPECT_TRUE(quarn({"move", "next", "--largest-first"}).out.starts_with("next: Small ("));
+  EXPECT_TRUE(quarn({"move", "next", "--no-data"}).out.starts_with("next: Middle ("))
+      << "whether it moves or not";
+}
+
 TEST(MoveNext, equalSizesKeepTheOrderOfTheNamesBothWays) {
   for (const std::string name : {"delta", "Bravo", "alpha", "Charlie"}) makeApp(name, 10'000);
   for (const bool largestFirst : {false, true}) {

@@ -106,4 +106,20 @@ TEST(MovePlan, aLedgerThatNamesEverythingPlansNothingMore) {
   EXPECT_FALSE(scene::isLink(scene::home));
 }
 
+TEST(MovePlan, aFolderThatTheLedgerNamesWithItsContentsMovesWhole) {
+  scene::makeApp("/Applications/Foo.app");
+  scene::write("/opt/foo/sub/x", "x");
+  scene::write("/opt/foo/y", "y");
+  scene::makeInstallsDB();
+  scene::sql(
+      "INSERT INTO installs (install_id, app_name, bundle_id) VALUES ('i', 'Foo', 'com.example.foo');");
+  for (const std::string row : {"/opt/foo", "/opt/foo/sub", "/opt/foo/sub/x", "/opt/foo/y"}) {
+    scene::sql("INSERT INTO tracked_files (install_id, file_path) VALUES ('i', '" + row + "');");
+  }
+  const auto before = scene::tree("/opt/foo");
+  const auto run = quarn({"move", "all", "--yes"});
+  EXPECT_NE(run.out.find("\nmoved:  2 / 2 ("), std::string::npos) << run.out;
+  EXPECT_EQ(scene::tree("/Volumes/X9/ExternalQuarn/Data/foo"), before);
+}
+
 }  // namespace

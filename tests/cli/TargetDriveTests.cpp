@@ -34,6 +34,17 @@ TEST(TargetDrive, isNamedByItsMountPathOrItsName) {
             planned("My Drive", "/Volumes/My Drive"));
 }
 
+TEST(TargetDrive, isNamedInAnySpellingOfItsLetters) {
+  if (!scene::hasMounts()) GTEST_SKIP() << "needs real mounts";
+  const std::string onDisk = "Caf\u00e9";
+  const std::string typed = "Cafe\u0301";
+  scene::plug(onDisk, "1m");
+  for (const std::string& wanted : {onDisk, typed, "/Volumes/" + onDisk, "/Volumes/" + typed}) {
+    EXPECT_EQ(shown(quarn({"move", "plan", "--target-drive", wanted})),
+              planned(onDisk, "/Volumes/" + onDisk));
+  }
+}
+
 TEST(TargetDrive, mayBeTheBootVolumeByItsName) {
   if (!scene::hasMounts()) GTEST_SKIP() << "needs real mounts";
   EXPECT_EQ(shown(quarn({"move", "plan", "--target-drive", "Macintosh HD"})), planned("Macintosh HD", "/"));

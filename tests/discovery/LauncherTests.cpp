@@ -102,6 +102,12 @@ TEST(Launcher, marksThatAreAlmostRightAreNone) {
   EXPECT_FALSE(entry()->isAlreadySymlinked);
 }
 
+TEST(Launcher, theEndingOfAnIdentifierBeginsWithAPoint) {
+  scene::makeApp(launcher, {.identifier = "com.example.anyexternallauncher", .executable = "Any"});
+  ASSERT_TRUE(entry());
+  EXPECT_FALSE(entry()->isAlreadySymlinked);
+}
+
 TEST(Launcher, theTargetIsTheTrimmedTextStandardized) {
   scene::makeApp(moved);
   EXPECT_EQ(targetFor(moved), moved);

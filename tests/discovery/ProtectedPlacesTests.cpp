@@ -101,6 +101,18 @@ TEST(ProtectedPlaces, areAlsoOnADriveThatIsNotMounted) {
   EXPECT_TRUE(isOwn("/Volumes/Never/QuarnBackups/b"));
 }
 
+TEST(ProtectedPlaces, areKnownThroughALinkBeforeTheyExist) {
+  scene::link("/Users/me/to home", "/Users/me");
+  scene::makeFolder("/Volumes/Gone");
+  scene::link("/Users/me/to gone", "/Volumes/Gone");
+  const std::string throughLink = "/Users/me/to home/Library/Application Support/Quarn";
+  EXPECT_FALSE(scene::exists(throughLink));
+  EXPECT_TRUE(isProtected(throughLink));
+  EXPECT_TRUE(isOwn(throughLink + "/health-manifest.json"));
+  EXPECT_TRUE(isProtected("/Users/me/to gone/ExternalQuarn/Data"));
+  EXPECT_TRUE(isOwn("/Users/me/to gone/ExternalQuarn/Data/x"));
+}
+
 TEST(ProtectedPlaces, areKnownWithoutTheListOfVolumes) {
   doubles::FakeVolumes volumes;
   volumes.listable = false;

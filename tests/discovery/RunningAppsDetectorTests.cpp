@@ -163,6 +163,19 @@ TEST_F(RunningAppsDetectorTest, instancesAreThoseOfTheBundleItself) {
   EXPECT_EQ(numbers, (std::vector<int>{1, 4}));
 }
 
+TEST_F(RunningAppsDetectorTest, instancesWhoseBundleDiffersInSpellingAloneAreOfTheBundle) {
+  addInstance(1, Path("/Applications/\u00c9tude.app"));
+  addInstance(2, Path("/Applications/E\u0301tude.app"));
+  addInstance(3, Path("/Applications/Etude.app"));
+  Platform made = platform();
+  for (const char* bundle : {"/Applications/\u00c9tude.app", "/Applications/E\u0301tude.app"}) {
+    const auto found = RunningAppsDetector::runningInstances(made, Path(bundle));
+    ASSERT_EQ(found.size(), 2U) << bundle;
+    EXPECT_EQ(found[0].processIdentifier, 1);
+    EXPECT_EQ(found[1].processIdentifier, 2);
+  }
+}
+
 TEST_F(RunningAppsDetectorTest, aProcessIsFoundByAnyPartOfItsLineInAnyLetterCase) {
   ps.all = "COMMAND         COMMAND\nnode            node /opt/CURSOR-server/x\nvim vim notes.txt\n";
   Platform made = platform();

@@ -182,6 +182,32 @@ TEST(MovePlanner, ofTwoBundlesOfOneNameOnlyTheFirstIsQueued) {
             (Lines{"Mine | " + scene::home + "/Applications/Foo.app | " + apps + "/Foo.app"}));
 }
 
+TEST(MovePlanner, twoSpellingsOfOneDestinationAreOneJob) {
+  scene::makeApp("/Applications/\u00c9tude.app");
+  scene::makeApp(scene::home + "/Applications/E\u0301tude.app");
+  EXPECT_EQ(lines(jobs({entry("One", "/Applications/\u00c9tude.app", {}),
+                        entry("Two", scene::home + "/Applications/E\u0301tude.app", {})})),
+            (Lines{"One | /Applications/\u00c9tude.app | " + apps + "/\u00c9tude.app"}));
+}
+
+TEST(MovePlanner, whatLiesInAFolderThatMovesGoesWithIt) {
+  scene::makeApp("/Applications/Foo.app");
+  scene::makeApp("/Applications/Bar.app");
+  scene::makeFolder(caches + "/foo/inner/deeper");
+  scene::makeFolder(caches + "/foo2");
+  scene::makeFolder(caches + "/alone/inner");
+  EXPECT_EQ(
+      lines(jobs(
+          {entry("Foo", "/Applications/Foo.app",
+                 {caches + "/foo/inner/deeper", caches + "/foo", caches + "//foo/./inner", caches + "/foo2"}),
+           entry("Bar", "/Applications/Bar.app", {caches + "/foo/inner", caches + "/alone/inner"})})),
+      (Lines{"Foo | /Applications/Foo.app | " + apps + "/Foo.app",
+             "Foo — foo | " + caches + "/foo | " + data + "/Library/Caches/foo",
+             "Foo — foo2 | " + caches + "/foo2 | " + data + "/Library/Caches/foo2",
+             "Bar | /Applications/Bar.app | " + apps + "/Bar.app",
+             "Bar — inner | " + caches + "/alone/inner | " + data + "/Library/Caches/alone/inner"}));
+}
+
 TEST(MovePlanner, aDataPathInsideALinkIsNotQueued) {
   scene::makeApp("/Applications/Foo.app");
   scene::makeFolder(data + "/Library/Caches/foo/inner");
