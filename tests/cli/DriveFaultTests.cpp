@@ -63,6 +63,28 @@ TEST(DriveFault, aDrivePulledOutInTheMiddleOfTheCopyLeavesTheSourceWhole) {
   }
 }
 
+TEST(DriveFault, aDrivePulledOutBeforeTheNextJobGetsNoFolderInItsPlace) {
+  if (!scene::hasMounts()) GTEST_SKIP() << "needs real mounts";
+  scene::makeApp(app);
+  scene::makeApp("/Applications/Next.app", {.identifier = "com.example.next"});
+  const auto before = scene::tree("/Applications");
+  makeDittoThatMeetsTheEndOfTheDrive("exit 0");
+  scene::Background run({"/bin/sh", "-c", "quarn move all --yes --no-snapshot >/tmp/said 2>&1"});
+  ASSERT_TRUE(scene::appears("/tmp/half"));
+  scene::unplug("X9");
+  scene::write("/tmp/out", "");
+  EXPECT_EQ(run.wait(), 0);
+  const std::string said = scene::read("/tmp/said");
+  EXPECT_NE(
+      said.find("[2/2] Next (" + sizeOf("/Applications/Next.app") +
+                ")\n    FAIL: The drive is no longer mounted: /Volumes/X9\n---\nmoved:  0 / 2 (Zero KB)\n"
+                "failed: 2\n"),
+      std::string::npos)
+      << said;
+  EXPECT_EQ(scene::tree("/Applications"), before);
+  EXPECT_FALSE(scene::exists("/Volumes/X9"));
+}
+
 TEST(DriveFault, theRealToolMeetingTheEndOfTheDriveLeavesTheSourceWhole) {
   if (!scene::hasMounts()) GTEST_SKIP() << "needs real mounts";
   scene::makeApp(app);

@@ -206,6 +206,19 @@ TEST(MovePath, theMinimumIsNinetyFivePercentWithTheRemainderDropped) {
   }
 }
 
+TEST(MovePath, theFirstWordOfTheMeasureCountsWhateverSeparatesIt) {
+  for (const std::string body :
+       {"printf '19\\t/a b\\n'", "printf ' \\n\\t19\\n20\\n'", "echo 19", "printf '19 20'", "printf 19"}) {
+    scene::write(source + "/a.mov", "film");
+    scene::replaceTool("/usr/bin/du", "#!/bin/sh\n" + body + "\n");
+    const auto run = movePath(source, destination);
+    EXPECT_EQ(run.status, 0) << run.err;
+    EXPECT_TRUE(run.out.starts_with(heading(source, destination, 19))) << run.out;
+    std::filesystem::remove(source);
+    std::filesystem::remove_all(destination);
+  }
+}
+
 TEST(MovePath, withProgressTheToolsOwnOutputIsSeen) {
   scene::writeBytes(source + "/a.mov", 30'000);
   scene::replaceTool("/usr/bin/rsync",

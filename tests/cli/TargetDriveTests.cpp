@@ -73,6 +73,12 @@ TEST(TargetDrive, aLeadingTildeIsExpandedInThePath) {
             planned("X9", "/Volumes/X9"));
 }
 
+TEST(TargetDrive, aLeadingTildeIsNotExpandedInTheName) {
+  if (!scene::hasMounts()) GTEST_SKIP() << "needs real mounts";
+  scene::plug("~", "1m");
+  EXPECT_EQ(shown(quarn({"move", "plan", "--target-drive", "~"})), planned("~", "/Volumes/~"));
+}
+
 TEST(TargetDrive, aLeadingTildeIsNotExpandedInTheRefusal) {
   for (const std::string word : {"~", "~/X9", "~/"}) {
     EXPECT_EQ(shown(quarn({"move", "plan", "--target-drive", word})),
