@@ -81,6 +81,26 @@ TEST_F(FailedMove, ofACopyThatMadeNothingIsFoundByTheCheck) {
   EXPECT_TRUE(scene::exists(app + "/Contents/Info.plist"));
 }
 
+TEST_F(FailedMove, findsWhatChangedInTheSourceWhileTheCopyWasWrittenOut) {
+  const std::vector<std::pair<std::function<void()>, std::string>> rows = {
+      {[] { scene::write(app + "/Contents/late", "x"); }, "Foo.app copied with 7 of 8 entries — 1 missing."},
+      {[] { scene::writeBytes(app + "/Contents/Resources/data.bin", 40'001); },
+       "Contents/Resources/data.bin copied with a different file size."},
+  };
+  for (const auto& [change, reason] : rows) {
+    fs::remove_all(app);
+    scene::makeApp(app);
+    GatedPlatform gated([&change = change](const std::string& operation) {
+      if (operation.starts_with("flush")) change();
+      return Result<void>();
+    });
+    EXPECT_EQ(move(gated.platform()), "Verification failed: " + reason);
+    EXPECT_FALSE(scene::isLink(app));
+    EXPECT_TRUE(scene::exists(app + "/Contents/Info.plist"));
+    EXPECT_FALSE(scene::exists(movedApp));
+  }
+}
+
 TEST_F(FailedMove, ofTheRemovalLeavesTheCopyInTheTrash) {
   const NothingLost oracle(app);
   Refusing refusing({"remove " + app});

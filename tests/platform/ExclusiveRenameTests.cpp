@@ -12,7 +12,7 @@ namespace {
 const char* const noFilter = "system calls can't be refused to a process here";
 
 int moved(const Path& source, const Path& destination) {
-  const auto result = hostPlatform().files.move(source, destination);
+  const auto result = hostPlatform().files.rename(source, destination);
   return result ? 0 : result.error().code;
 }
 
