@@ -9,6 +9,12 @@ using namespace fault;
 
 namespace {
 
+/// Until the copy is complete its top folder has the mode of a claim.
+std::vector<std::string> belowTheTop(std::vector<std::string> tree) {
+  tree.erase(tree.begin());
+  return tree;
+}
+
 /// A tool of quarn's kills it at a known stage; what must be found then, and what the next attempt does.
 class KilledByTool : public testing::Test {
  protected:
@@ -74,14 +80,14 @@ TEST_F(KilledByTool, whileTheToolGoesOnCopyingTheNextAttemptIsRefused) {
   replaceDitto("kill -9 $PPID; exec " + realDitto);
   expectKilled();
   ASSERT_TRUE(scene::appears(moved));
-  EXPECT_EQ(scene::tree(moved), before);
+  EXPECT_EQ(belowTheTop(scene::tree(moved)), belowTheTop(before));
   expectNextAttemptRefused();
 }
 
 TEST_F(KilledByTool, atTheEndOfTheCopyTheNextAttemptIsRefused) {
   replaceDitto(realDitto + "; kill -9 $PPID");
   expectKilled();
-  EXPECT_EQ(scene::tree(moved), before);
+  EXPECT_EQ(belowTheTop(scene::tree(moved)), belowTheTop(before));
   replaceDitto("exec " + realDitto);
   expectNextAttemptRefused();
 }

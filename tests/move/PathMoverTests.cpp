@@ -1,10 +1,9 @@
-#include "QuarnCore/move/PathMover.h"
-
 #include <csignal>
 #include <filesystem>
 #include <sys/stat.h>
 #include <sys/wait.h>
 
+#include "QuarnCore/move/PathMover.h"
 #include "tests/move/Moving.h"
 #include "tests/support/Child.h"
 #include "tests/support/GatedPlatform.h"
@@ -40,7 +39,7 @@ std::string movePath(const Platform& given = hostPlatform(), const std::string& 
 }
 
 void makeDiskUsage(const std::string& output) {
-  scene::replaceTool("/usr/bin/du", "#!/bin/sh\nprintf '" + output + "'\n");
+  scene::replaceTool("/usr/bin/du", "#!/bin/sh\nprintf -- '" + output + "'\n");
 }
 
 TEST(PathMover, copiesWritesOutComparesAndRemovesInThisOrder) {
@@ -51,13 +50,12 @@ TEST(PathMover, copiesWritesOutComparesAndRemovesInThisOrder) {
     return Result<void>();
   });
   EXPECT_EQ(movePath(gated.platform()), "nothing");
-  EXPECT_EQ(steps,
-            (Lines{"start /usr/bin/du -sk " + source, "createFolder /Volumes/X9/deep",
-                   "createFolder " + destination,
-                   "start /usr/bin/rsync -aH " + source + "/ " + destination + "/", "flush " + destination,
-                   "start /usr/bin/du -sk " + destination, "start /usr/bin/find " + source,
-                   "start /usr/bin/find " + destination, "remove " + source,
-                   "createLink " + source + " -> " + destination}));
+  EXPECT_EQ(steps, (Lines{"start /usr/bin/du -sk " + source, "createFolder /Volumes/X9/deep",
+                          "createFolder " + destination,
+                          "start /usr/bin/rsync -aH " + source + "/ " + destination + "/",
+                          "flush " + destination, "start /usr/bin/du -sk " + destination,
+                          "start /usr/bin/find " + source, "start /usr/bin/find " + destination,
+                          "remove " + source, "createLink " + source + " -> " + destination}));
 }
 
 TEST(PathMover, aFailureOfAnyOneOperationLosesNothing) {
@@ -171,7 +169,8 @@ TEST(PathMover, aFolderThatMayNotBeEmptiedIsFoundBeforeAnythingIsRemoved) {
 
 TEST(PathMover, aPlaceBelowADriveThatIsNotMountedIsRefused) {
   setUp();
-  EXPECT_EQ(movePath(hostPlatform(), "/Volumes/None/Movies"), "No drive is mounted there: /Volumes/None/Movies");
+  EXPECT_EQ(movePath(hostPlatform(), "/Volumes/None/Movies"),
+            "No drive is mounted there: /Volumes/None/Movies");
   EXPECT_EQ(movePath(hostPlatform(), "/Volumes/None"), "No drive is mounted there: /Volumes/None");
   EXPECT_FALSE(scene::exists("/Volumes/None"));
 }

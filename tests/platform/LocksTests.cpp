@@ -11,7 +11,8 @@ namespace {
 
 using LockResult = Result<std::shared_ptr<Lock>>;
 
-LockResult lock(const Path& folder, const std::function<void()>& waiting = [] {}) {
+LockResult lock(
+    const Path& folder, const std::function<void()>& waiting = [] {}) {
   return hostPlatform().locks.lock(folder, waiting);
 }
 
@@ -98,9 +99,7 @@ TEST(Locks, leaveNothingBehindAndNeedAFolder) {
 TEST(Locks, areNotHandedToTools) {
   const ScratchFolder scratch;
   auto held = lock(scratch.path()).orThrow();
-  auto tool = hostPlatform()
-                  .processes.start(Path("/bin/sleep"), {"0.5"}, OutputStreams::separate)
-                  .orThrow();
+  auto tool = hostPlatform().processes.start(Path("/bin/sleep"), {"0.5"}, OutputStreams::separate).orThrow();
   held.reset();
   EXPECT_EQ(takenByAnotherProgram(scratch.text()), 0) << "though the tool still runs";
   tool->waitForExit();

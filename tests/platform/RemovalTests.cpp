@@ -114,6 +114,7 @@ TEST(ObstacleToRemoval, isWhatTheRemovalWouldSay) {
 
 TEST(ObstacleToRemoval, isTheStickyBitOfAFolderWhoseItemsAreOthers) {
   const ScratchFolder scratch;
+  ::chmod(scratch.text().c_str(), 0755);
   scratch.folder("shared");
   scratch.write("shared/theirs");
   scratch.write("shared/mine");

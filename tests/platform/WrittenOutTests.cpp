@@ -1,6 +1,8 @@
+#include <cerrno>
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 
 #include "Platform/Platform.h"
 #include "tests/support/CallsOf.h"
@@ -91,6 +93,28 @@ TEST(WrittenOut, aFlushFindsAWayWhereTheFolderMayBeWrittenButNotRead) {
   const auto everything = flushed("folder/closed");
   EXPECT_EQ(everything.status, 0);
   EXPECT_EQ(everything.texts(), Lines{"sync"});
+}
+
+TEST(WrittenOut, aVolumeThatCannotBeAskedIsAskedForTheItem) {
+  if (!child::canRefuseCalls()) GTEST_SKIP() << "system calls can't be refused to a process here";
+  ScratchFolder scratch;
+  scratch.write("folder/file");
+  for (const int error : {ENOTSUP, EINVAL, ENOTTY, ENOSYS}) {
+    EXPECT_EQ(
+        child::failuresRefusing(SYS_syncfs, error, [&] { EXPECT_TRUE(files().flush(scratch / "folder")); }),
+        "")
+        << error;
+  }
+}
+
+TEST(WrittenOut, aVolumeThatFailedIsAnError) {
+  if (!child::canRefuseCalls()) GTEST_SKIP() << "system calls can't be refused to a process here";
+  ScratchFolder scratch;
+  for (const int error : {EIO, ENOSPC, EROFS}) {
+    EXPECT_EQ(
+        child::failuresRefusing(SYS_syncfs, error, [&] { EXPECT_FALSE(files().flush(scratch.path())); }), "")
+        << error;
+  }
 }
 
 TEST(WrittenOut, aFlushOfNothingIsAnError) {
