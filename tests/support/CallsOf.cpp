@@ -3,9 +3,10 @@
 namespace scene {
 namespace {
 
-/// The output of a traced program goes there.
-bool isPrinting(const Call& call) {
-  return call.name == "write" && call.paths[0] == "/dev/null";
+/// To a pipe, or to where the output of a traced program goes. UndefinedBehaviorSanitizer tries by a
+/// write to a pipe whether memory can be read.
+bool writesNoFile(const Call& call) {
+  return call.name == "write" && (!call.paths[0].starts_with("/") || call.paths[0] == "/dev/null");
 }
 
 int errorOf(const CallStop& stop) {
@@ -16,7 +17,7 @@ std::optional<TracedRun> follow(TracedProgram& program) {
   TracedRun run;
   bool isInside = false;
   while (const auto stop = program.next()) {
-    if (auto call = callEntered(program, *stop)) {
+    if (auto call = callEntered(program, *stop); call && !writesNoFile(*call)) {
       run.calls.push_back(*std::move(call));
       isInside = true;
     } else if (isInside && stop->op == PTRACE_SYSCALL_INFO_EXIT) {
@@ -33,9 +34,7 @@ std::optional<TracedRun> follow(TracedProgram& program) {
 
 std::vector<std::string> TracedRun::texts() const {
   std::vector<std::string> lines;
-  for (const Call& call : calls) {
-    if (!isPrinting(call)) lines.push_back(call.text());
-  }
+  for (const Call& call : calls) lines.push_back(call.text());
   return lines;
 }
 

@@ -12,10 +12,10 @@
 namespace scene {
 
 struct TracedRun {
-  int status = 0;  ///< exit status, or minus the number of the signal that ended it
-  std::vector<Call> calls;
+  int status = 0;           ///< exit status, or minus the number of the signal that ended it
+  std::vector<Call> calls;  ///< without writes to what is no file
 
-  /// A line each, without those that print.
+  /// A line each.
   std::vector<std::string> texts() const;
 };
 
