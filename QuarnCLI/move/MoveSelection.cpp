@@ -65,7 +65,7 @@ std::vector<AppEntry> eligibleApps(Platform& platform, const CLIArgs& args) {
     if (isThisTool(entry)) continue;
     if (!includesProtected && isProtectedLiveTool(platform, entry)) continue;
     if (!includesRisky && isRisky(entry)) continue;
-    if (running.contains(platform.files.standardized(entry.bundlePath))) continue;
+    if (RunningAppsDetector::isAmong(running, platform, entry.bundlePath)) continue;
     eligible.push_back(AppScanner::computeSizes(platform, entry));
   }
   return eligible;

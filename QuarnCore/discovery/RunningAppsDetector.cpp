@@ -47,17 +47,25 @@ BundlePaths bundlePaths(Platform& platform) {
   return paths;
 }
 
+bool isAmong(const BundlePaths& running, Platform& platform, const Path& bundle) {
+  if (running.empty()) return false;
+  return running.contains(platform.files.standardized(bundle)) ||
+         running.contains(platform.files.resolvingLinks(bundle));
+}
+
 bool isRunning(Platform& platform, const Path& bundle) {
-  return bundlePaths(platform).contains(platform.files.standardized(bundle));
+  return isAmong(bundlePaths(platform), platform, bundle);
 }
 
 std::vector<RunningApplication> runningInstances(Platform& platform, const Path& bundle) {
-  const Path wanted = platform.files.standardized(bundle);
+  BundlePaths wanted;
+  wanted.insert(platform.files.standardized(bundle));
+  wanted.insert(platform.files.resolvingLinks(bundle));
   std::vector<RunningApplication> instances;
   for (const RunningApplication& application : platform.applications.running()) {
     if (!application.bundlePath) continue;
-    const Path path = platform.files.standardized(*application.bundlePath);
-    if (Text::equal(path.text(), wanted.text())) instances.push_back(application);
+    if (wanted.contains(platform.files.standardized(*application.bundlePath)))
+      instances.push_back(application);
   }
   return instances;
 }

@@ -22,6 +22,9 @@ class BundlePaths {
 };
 
 BundlePaths bundlePaths(Platform& platform);
+/// By its standardized path, or by that of what the path leads to: through a link, or on a Mac with names in
+/// other letters. The system lists what runs by its real path.
+bool isAmong(const BundlePaths& running, Platform& platform, const Path& bundle);
 bool isRunning(Platform& platform, const Path& bundle);
 std::vector<RunningApplication> runningInstances(Platform& platform, const Path& bundle);
 
