@@ -98,7 +98,8 @@ class FileSystem {
   }
   /// The stored text of a link. Not a link: `fileReadUnknown`. Missing: `fileReadNoSuchFile`.
   virtual Result<std::string> readLink(const Path& path) const = 0;
-  /// Every link of the path resolved; the path unresolved if any component is missing. Standardized.
+  /// Every link of the path resolved, each name as the disk spells it, of several ways to one item the
+  /// customary one; the path unresolved if any component is missing. Standardized.
   virtual Path resolvingLinks(const Path& path) const = 0;
   /// Doubled slashes, "." and ".." removed. Links are resolved only when ".." occurs and the whole
   /// path exists; otherwise the disk isn't asked.

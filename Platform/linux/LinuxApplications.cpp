@@ -7,6 +7,7 @@
 #include <string_view>
 #include <thread>
 
+#include "Platform/posix/BundleOfExecutable.h"
 #include "Platform/posix/DirectoryReader.h"
 #include "Platform/posix/FileReader.h"
 #include "Platform/posix/LinkText.h"
@@ -15,7 +16,6 @@ namespace quarn {
 namespace {
 
 constexpr std::string_view ofDeleted = " (deleted)";
-constexpr std::string_view insideBundle = ".app/Contents/MacOS/";
 
 /// The kernel keeps telling where the executable was, also after it has been removed.
 std::string withoutRemark(std::string executable) {
@@ -31,17 +31,6 @@ std::string executable(int table, const std::string& process) {
   std::string arguments;
   if (readWhole(PathAt(Path("/proc/" + process + "/cmdline")), arguments) != 0) return {};
   return arguments.substr(0, arguments.find('\0'));
-}
-
-/// The innermost bundle that the executable lies in.
-std::optional<Path> bundle(const std::string& executablePath) {
-  const std::size_t found = executablePath.rfind(insideBundle);
-  if (executablePath.empty() || executablePath.front() != '/' || found == std::string::npos)
-    return std::nullopt;
-  const bool hasNames =
-      executablePath[found - 1] != '/' && found + insideBundle.size() < executablePath.size();
-  if (!hasNames) return std::nullopt;
-  return Path(std::string_view(executablePath).substr(0, found + std::string_view(".app").size()));
 }
 
 std::optional<int> identifier(std::string_view name) {
@@ -60,7 +49,7 @@ void signalIfStill(const RunningApplication& application, int signal) {
   const Descriptor table = openTable();
   const std::string process = std::to_string(application.processIdentifier);
   if (application.processIdentifier > 0 &&
-      bundle(executable(table.number(), process)) == application.bundlePath)
+      bundleOfExecutable(executable(table.number(), process)) == application.bundlePath)
     ::kill(application.processIdentifier, signal);
 }
 
@@ -75,7 +64,7 @@ std::vector<RunningApplication> LinuxApplications::running() const {
   while (const auto entry = reader.next()) {
     const auto process = identifier(entry->name);
     if (!process) continue;
-    if (auto found = bundle(executable(table.number(), entry->name)))
+    if (auto found = bundleOfExecutable(executable(table.number(), entry->name)))
       applications.push_back({*process, std::move(found)});
   }
   return applications;

@@ -1,5 +1,6 @@
 #include "Platform/macos/MacFileSystem.h"
 
+#include "Platform/macos/DataVolume.h"
 #include "Platform/macos/PrivateFolder.h"
 #include "Platform/posix/ResolvedPath.h"
 
@@ -8,7 +9,7 @@ namespace quarn {
 // Resolved and standardized by hand: Foundation decomposes every name in the path that it gives back.
 Path MacFileSystem::resolvingLinks(const Path& path) const {
   const auto found = resolved(path);
-  return found ? withoutPrivateFolder(*found) : standardized(path);
+  return found ? withoutPrivateFolder(withoutDataVolume(*found)) : standardized(path);
 }
 
 Path MacFileSystem::standardized(const Path& path) const {

@@ -1,0 +1,26 @@
+#include "Platform/macos/ProcessTable.h"
+
+#include <algorithm>
+#include <libproc.h>
+#include <sys/proc_info.h>
+
+namespace quarn {
+
+std::vector<int> processes() {
+  // With room for what starts in between; a table that was filled may have been cut.
+  for (std::vector<int> table(1024);; table.resize(table.size() * 2)) {
+    const int count = ::proc_listallpids(table.data(), static_cast<int>(table.size() * sizeof(int)));
+    if (count >= static_cast<int>(table.size())) continue;
+    table.resize(static_cast<std::size_t>(std::max(count, 0)));
+    return table;
+  }
+}
+
+std::string executableOf(int process) {
+  std::string path(PROC_PIDPATHINFO_MAXSIZE, '\0');
+  const int length = ::proc_pidpath(process, path.data(), static_cast<std::uint32_t>(path.size()));
+  path.resize(static_cast<std::size_t>(std::max(length, 0)));
+  return path;
+}
+
+}  // namespace quarn
