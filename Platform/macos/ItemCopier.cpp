@@ -31,8 +31,8 @@ bool isUnsupported(int errnoValue) {
   return errnoValue == ENOTSUP || errnoValue == EOPNOTSUPP || errnoValue == ENOSYS || errnoValue == EINVAL;
 }
 
-/// The owner is kept where that is allowed.
-bool mayKeepOwner(int errnoValue) {
+/// What is kept only where that is allowed. A network volume may refuse what its server doesn't grant.
+bool isRefused(int errnoValue) {
   return errnoValue == EPERM || errnoValue == EACCES || isUnsupported(errnoValue);
 }
 
@@ -61,7 +61,7 @@ int copyFlags(const struct stat& source, int destination) {
   const std::uint32_t copied = ownersFlags | (::geteuid() == 0 ? rootsFlags : 0);
   const std::uint32_t flags = (status.st_flags & ~copied) | (source.st_flags & copied);
   if (flags == status.st_flags || ::fchflags(destination, flags) == 0) return 0;
-  return isUnsupported(errno) ? 0 : errno;
+  return isRefused(errno) ? 0 : errno;
 }
 
 /// Takes back the copy that was begun, if it failed.
@@ -110,7 +110,7 @@ int copyFifo(const struct stat& status, const EntryAt& destination) {
   if (::mkfifoat(folder, name, 0600) != 0) return errno;
   const timespec times[]{status.st_atimespec, status.st_mtimespec};
   int error = ::fchownat(folder, name, status.st_uid, status.st_gid, AT_SYMLINK_NOFOLLOW) == 0 ? 0 : errno;
-  if (mayKeepOwner(error)) error = 0;
+  if (isRefused(error)) error = 0;
   if (error == 0 && ::fchmodat(folder, name, status.st_mode & permissions, AT_SYMLINK_NOFOLLOW) != 0)
     error = errno;
   if (error == 0 && ::utimensat(folder, name, times, AT_SYMLINK_NOFOLLOW) != 0) error = errno;
@@ -129,7 +129,7 @@ int copyFile(const EntryAt& source, const struct stat& status, const EntryAt& de
 // A list of rights and a lock come last, since they can forbid all the rest.
 int copyMetadata(int source, const struct stat& status, int destination) {
   const bool owned = ::fchown(destination, status.st_uid, status.st_gid) == 0;
-  if (!owned && !mayKeepOwner(errno)) return errno;
+  if (!owned && !isRefused(errno)) return errno;
   if (const int error = copyExtendedAttributes(source, destination)) return error;
   // Under another owner these bits would lend rights that the source didn't lend.
   const mode_t mode = status.st_mode & permissions & ~(owned ? 0 : foreignIdentity);

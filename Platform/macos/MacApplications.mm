@@ -32,7 +32,10 @@ void letListChange() {
 
 RunningApplication describe(NSRunningApplication* application) {
   RunningApplication description{application.processIdentifier, std::nullopt};
-  if (application.bundleURL) description.bundlePath = pathOf(application.bundleURL);
+  if (!application.bundleURL) return description;
+  const Path path = pathOf(application.bundleURL);
+  // Now and then it is the executable's.
+  description.bundlePath = path.extension() == "app" ? path : bundleOfExecutable(path.text()).value_or(path);
   return description;
 }
 

@@ -22,8 +22,7 @@ int makeOne(const Path& folder) {
   const PathAt at(folder);
   if (at.error()) return at.error();
   if (::mkdirat(at.folder(), at.name(), allLessMask) == 0) return 0;
-  // For the root a Mac says that it is a folder, and not that it exists.
-  if (errno != EEXIST && errno != EISDIR) return errno;
+  if (errno != EEXIST) return errno;
   struct stat status;
   const bool isFolder = ::fstatat(at.folder(), at.name(), &status, 0) == 0 && S_ISDIR(status.st_mode);
   return isFolder ? 0 : EEXIST;
