@@ -36,6 +36,13 @@ bool isRefused(int errnoValue) {
   return errnoValue == EPERM || errnoValue == EACCES || isUnsupported(errnoValue);
 }
 
+/// A volume that ignores owners takes every one and keeps none.
+bool hasOwnerOf(const struct stat& source, int destination) {
+  struct stat status;
+  return ::fstat(destination, &status) == 0 && status.st_uid == source.st_uid &&
+         status.st_gid == source.st_gid;
+}
+
 int copyTimes(const struct stat& status, int destination) {
   const timespec times[]{status.st_atimespec, status.st_mtimespec};
   if (::futimens(destination, times) != 0 && !isUnsupported(errno)) return errno;
@@ -128,11 +135,11 @@ int copyFile(const EntryAt& source, const struct stat& status, const EntryAt& de
 
 // A list of rights and a lock come last, since they can forbid all the rest.
 int copyMetadata(int source, const struct stat& status, int destination) {
-  const bool owned = ::fchown(destination, status.st_uid, status.st_gid) == 0;
-  if (!owned && !isRefused(errno)) return errno;
+  if (::fchown(destination, status.st_uid, status.st_gid) != 0 && !isRefused(errno)) return errno;
   if (const int error = copyExtendedAttributes(source, destination)) return error;
   // Under another owner these bits would lend rights that the source didn't lend.
-  const mode_t mode = status.st_mode & permissions & ~(owned ? 0 : foreignIdentity);
+  const mode_t lent = hasOwnerOf(status, destination) ? 0 : foreignIdentity;
+  const mode_t mode = status.st_mode & permissions & ~lent;
   if (::fchmod(destination, mode) != 0 && !isUnsupported(errno)) return errno;
   if (const int error = copyTimes(status, destination)) return error;
   if (const int error = copyAccessList(source, destination)) return error;
