@@ -118,6 +118,12 @@ int copyFile(const EntryAt& source, const struct stat& status, const EntryAt& de
   return ENOTSUP;
 }
 
+void unlockCopy(int folder, const char* name) {
+  struct stat status;
+  if (::fstatat(folder, name, &status, AT_SYMLINK_NOFOLLOW) == 0 && S_ISDIR(status.st_mode))
+    ::fchmodat(folder, name, S_IRWXU, 0);
+}
+
 int copyMetadata(int source, const struct stat& status, int destination) {
   const bool owned = ::fchown(destination, status.st_uid, status.st_gid) == 0;
   if (!owned && errno != EPERM && errno != EINVAL) return errno;

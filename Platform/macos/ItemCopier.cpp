@@ -133,6 +133,18 @@ int copyFile(const EntryAt& source, const struct stat& status, const EntryAt& de
   return ENOTSUP;
 }
 
+void unlockCopy(int folder, const char* name) {
+  struct stat status;
+  if (::fstatat(folder, name, &status, AT_SYMLINK_NOFOLLOW) != 0) return;
+  attrlist which{};
+  which.bitmapcount = ATTR_BIT_MAP_COUNT;
+  which.commonattr = ATTR_CMN_FLAGS;
+  std::uint32_t flags = status.st_flags & ~(ownersFlags | rootsFlags);
+  if (flags != status.st_flags)
+    static_cast<void>(::setattrlistat(folder, name, &which, &flags, sizeof flags, FSOPT_NOFOLLOW));
+  if (S_ISDIR(status.st_mode)) static_cast<void>(::fchmodat(folder, name, S_IRWXU, AT_SYMLINK_NOFOLLOW));
+}
+
 // A list of rights and a lock come last, since they can forbid all the rest.
 int copyMetadata(int source, const struct stat& status, int destination) {
   if (::fchown(destination, status.st_uid, status.st_gid) != 0 && !isRefused(errno)) return errno;

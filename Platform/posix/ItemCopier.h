@@ -23,4 +23,7 @@ int copyFile(const EntryAt& source, const struct stat& status, const EntryAt& de
 /// else that can't be given is a failure.
 int copyMetadata(int source, const struct stat& status, int destination);
 
+/// Takes from an item of a copy what it was given and what keeps it, or what it holds, from being removed.
+void unlockCopy(int folder, const char* name);
+
 }  // namespace quarn

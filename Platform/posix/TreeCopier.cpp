@@ -116,7 +116,7 @@ int copyTree(const PathAt& source, const PathAt& destination, const Path& destin
   if (const int error = checkNotInside(status, destinationParent)) return error;
   if (::mkdirat(destination.folder(), destination.name(), modeWhileFilling) != 0) return errno;
   const int error = fillFolder(status.st_dev, source, destination);
-  if (error != 0) removeTree(destination);
+  if (error != 0) removeCopy(destination);
   return error;
 }
 

@@ -4,6 +4,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include "Platform/posix/ItemCopier.h"
 #include "Platform/posix/MountBoundary.h"
 #include "Platform/posix/TreeDescent.h"
 
@@ -16,11 +17,14 @@ bool mayBeFolder(int errnoValue) {
   return errnoValue == EISDIR || errnoValue == EPERM;
 }
 
+enum class Item { any, ourCopy };
+
 class Removal : public TreeWork {
  public:
-  explicit Removal(dev_t device) : device_(device) {}
+  Removal(dev_t device, Item item) : device_(device), item_(item) {}
 
   Next entry(const FolderStack& at, const DirectoryReader::Entry& entry) override {
+    if (item_ == Item::ourCopy) unlockCopy(at.folder(), entry.name);
     if (entry.kind == FileKind::directory) return Next::enter;
     if (::unlinkat(at.folder(), entry.name, 0) == 0) return Next::goOn;
     // Another program removed it, or it belonged to a file removed before: a Mac keeps the attributes of
@@ -61,32 +65,42 @@ class Removal : public TreeWork {
   }
 
   dev_t device_;
+  Item item_;
   int error_ = 0;
 };
 
-int emptyFolder(const PathAt& folder) {
+int emptyFolder(const PathAt& folder, Item item) {
   Descriptor root(::openat(folder.folder(), folder.name(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
   struct stat status;
   if (!root.isOpen() || ::fstat(root.number(), &status) != 0) return errno;
   if (isMountedOver(status.st_dev, root.number())) return EBUSY;
-  Removal removal(status.st_dev);
+  Removal removal(status.st_dev, item);
   descend(std::move(root), removal);
   return removal.error();
 }
 
-}  // namespace
-
-int removeTree(const PathAt& item) {
+int removeItem(const PathAt& item, Item kind) {
   if (item.error()) return item.error();
+  if (kind == Item::ourCopy) unlockCopy(item.folder(), item.name());
   if (::unlinkat(item.folder(), item.name(), 0) == 0) return 0;
   const int refusal = errno;
   if (!mayBeFolder(refusal)) return refusal;
-  const int error = emptyFolder(item);
+  const int error = emptyFolder(item, kind);
   if (error == ENOTDIR) return refusal;
   // A folder that may not be read can still be empty.
   if (error != 0 && error != EACCES) return error;
   if (::unlinkat(item.folder(), item.name(), AT_REMOVEDIR) == 0) return 0;
   return error != 0 ? error : errno;
+}
+
+}  // namespace
+
+int removeTree(const PathAt& item) {
+  return removeItem(item, Item::any);
+}
+
+int removeCopy(const PathAt& item) {
+  return removeItem(item, Item::ourCopy);
 }
 
 }  // namespace quarn

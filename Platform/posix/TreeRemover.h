@@ -8,4 +8,7 @@ namespace quarn {
 /// its number, else 0.
 int removeTree(const PathAt& item);
 
+/// Likewise a copy of ours that stays unfinished, whatever of modes and locks it has been given by then.
+int removeCopy(const PathAt& item);
+
 }  // namespace quarn

@@ -1,0 +1,27 @@
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include "Platform/Platform.h"
+#include "tests/support/Child.h"
+#include "tests/support/ScratchFolder.h"
+
+namespace quarn {
+namespace {
+
+TEST(UnfinishedCopy, isTakenBackAlsoWithFoldersThatMayNotBeChanged) {
+  ScratchFolder scratch;
+  const auto closed = [](int i) { return "tree/closed" + std::to_string(i); };
+  // In whatever order they are copied, some are done before the one that can't be.
+  for (int i = 0; i < 8; ++i) scratch.write(closed(i) + "/file");
+  ASSERT_EQ(::mknod(scratch.at(closed(3) + "/socket").c_str(), S_IFSOCK | 0600, 0), 0);
+  for (int i = 0; i < 8; ++i) ::chmod(scratch.at(closed(i)).c_str(), 0555);
+  EXPECT_EQ(child::failuresWithoutRights(
+                [&] { EXPECT_FALSE(hostPlatform().files.copy(scratch / "tree", scratch / "copy")); }),
+            "");
+  EXPECT_FALSE(scratch.stands("copy"));
+  for (int i = 0; i < 8; ++i) EXPECT_EQ(scratch.status(closed(i)).st_mode & 07777u, 0555u);
+  EXPECT_TRUE(scratch.stands(closed(3) + "/socket"));
+}
+
+}  // namespace
+}  // namespace quarn
