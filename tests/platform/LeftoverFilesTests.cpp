@@ -52,7 +52,9 @@ TEST(LeftoverFiles, aKilledWriteLeavesItsFileUntilTheNextOne) {
 /// As an ordinary user, who may not even ask whether other people's processes live.
 std::string failuresAsNobody(const std::function<void()>& body) {
   return child::failures([&] {
-    if (::geteuid() == 0) ASSERT_EQ(::setuid(65534), 0);
+    if (::geteuid() == 0) {
+      ASSERT_EQ(::setuid(65534), 0);
+    }
     body();
   });
 }
