@@ -1,8 +1,7 @@
-#include "Platform/linux/ExtendedAttributes.h"
+#include "Platform/posix/ExtendedAttributes.h"
 
 #include <cerrno>
 #include <cstring>
-#include <string>
 #include <sys/xattr.h>
 
 namespace quarn {
@@ -13,47 +12,23 @@ bool isPersons(const char* name) {
   return std::strncmp(name, "user.", 5) == 0;
 }
 
-/// ENODATA: another program has removed it meanwhile.
-bool isLeftBehind(int errnoValue, const char* name) {
-  const bool isRefused = errnoValue == EPERM || errnoValue == EACCES;
-  return errnoValue == ENOTSUP || errnoValue == ENODATA || (isRefused && !isPersons(name));
-}
-
-/// Asks for the size, then for the bytes, again if they grew in between. False with `errno` set.
-template <class Ask>
-bool readGrowing(std::string& bytes, Ask ask) {
-  for (;;) {
-    const ssize_t size = ask(nullptr, 0);
-    if (size <= 0) {
-      bytes.clear();
-      return size == 0;
-    }
-    bytes.resize(static_cast<std::size_t>(size));
-    const ssize_t count = ask(bytes.data(), bytes.size());
-    if (count < 0 && errno == ERANGE) continue;
-    bytes.resize(count < 0 ? 0 : static_cast<std::size_t>(count));
-    return count >= 0;
-  }
-}
-
-int copyOne(int source, int destination, const char* name) {
-  std::string value;
-  const bool wasRead = readGrowing(
-      value, [&](char* bytes, std::size_t size) { return ::fgetxattr(source, name, bytes, size); });
-  if (wasRead && ::fsetxattr(destination, name, value.data(), value.size(), 0) == 0) return 0;
-  return isLeftBehind(errno, name) ? 0 : errno;
-}
-
 }  // namespace
 
-int copyExtendedAttributes(int source, int destination) {
-  std::string names;
-  if (!readGrowing(names, [&](char* bytes, std::size_t size) { return ::flistxattr(source, bytes, size); }))
-    return errno == ENOTSUP ? 0 : errno;
-  for (const char* name = names.data(); name < names.data() + names.size(); name += std::strlen(name) + 1) {
-    if (const int error = copyOne(source, destination, name)) return error;
-  }
-  return 0;
+ssize_t listAttributes(int item, char* names, std::size_t size) {
+  return ::flistxattr(item, names, size);
+}
+
+ssize_t getAttribute(int item, const char* name, char* value, std::size_t size) {
+  return ::fgetxattr(item, name, value, size);
+}
+
+int setAttribute(int item, const char* name, const char* value, std::size_t size) {
+  return ::fsetxattr(item, name, value, size, 0);
+}
+
+bool mayLeaveBehind(int errnoValue, const char* name) {
+  const bool isRefused = errnoValue == EPERM || errnoValue == EACCES;
+  return errnoValue == ENOTSUP || errnoValue == ENODATA || (isRefused && !isPersons(name));
 }
 
 }  // namespace quarn

@@ -6,9 +6,7 @@
 #include <unistd.h>
 #include <vector>
 
-#include "Platform/linux/ExtendedAttributes.h"
-#include "Platform/posix/Descriptor.h"
-#include "Platform/posix/LinkText.h"
+#include "Platform/posix/ExtendedAttributes.h"
 
 namespace quarn {
 namespace {
@@ -60,30 +58,6 @@ int copySparse(int source, int destination, off_t size) {
   return ::ftruncate(destination, size) == 0 ? 0 : errno;
 }
 
-int copyContent(int source, const struct stat& status, int destination) {
-  const bool mayHaveHoles = static_cast<off_t>(status.st_blocks) * 512 < status.st_size;
-  return mayHaveHoles ? copySparse(source, destination, status.st_size)
-                      : copyRange(source, destination, 0, status.st_size);
-}
-
-/// Takes back the copy that was begun, if it failed.
-int completed(int error, const EntryAt& copy) {
-  if (error != 0) ::unlinkat(copy.folder, copy.name, 0);
-  return error;
-}
-
-int copyRegular(const EntryAt& source, const EntryAt& destination) {
-  const Descriptor from(::openat(source.folder, source.name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
-  struct stat status;
-  if (!from.isOpen() || ::fstat(from.number(), &status) != 0) return errno;
-  const Descriptor to(::openat(destination.folder, destination.name,
-                               O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
-  if (!to.isOpen()) return errno;
-  int error = copyContent(from.number(), status, to.number());
-  if (error == 0) error = copyMetadata(from.number(), status, to.number());
-  return completed(error, destination);
-}
-
 /// For what can't be opened without an effect: a link, a FIFO.
 int copyMetadataByName(const struct stat& status, const EntryAt& destination) {
   const bool owned = ::fchownat(destination.folder, destination.name, status.st_uid, status.st_gid,
@@ -97,25 +71,20 @@ int copyMetadataByName(const struct stat& status, const EntryAt& destination) {
              : errno;
 }
 
-int copyLink(const EntryAt& source, const struct stat& status, const EntryAt& destination) {
-  const auto target = linkText(source.folder, source.name);
-  if (!target) return errno;
-  if (::symlinkat(target->c_str(), destination.folder, destination.name) != 0) return errno;
-  return completed(copyMetadataByName(status, destination), destination);
-}
-
-int copyFifo(const struct stat& status, const EntryAt& destination) {
-  if (::mkfifoat(destination.folder, destination.name, 0600) != 0) return errno;
-  return completed(copyMetadataByName(status, destination), destination);
-}
-
 }  // namespace
 
-int copyFile(const EntryAt& source, const struct stat& status, const EntryAt& destination) {
-  if (S_ISREG(status.st_mode)) return copyRegular(source, destination);
-  if (S_ISLNK(status.st_mode)) return copyLink(source, status, destination);
-  if (S_ISFIFO(status.st_mode)) return copyFifo(status, destination);
-  return ENOTSUP;
+int copyContent(int source, const struct stat& status, int destination) {
+  const bool mayHaveHoles = static_cast<off_t>(status.st_blocks) * 512 < status.st_size;
+  return mayHaveHoles ? copySparse(source, destination, status.st_size)
+                      : copyRange(source, destination, 0, status.st_size);
+}
+
+int copyLinkMetadata(const EntryAt&, const struct stat& status, const EntryAt& destination) {
+  return copyMetadataByName(status, destination);
+}
+
+int copyFifoMetadata(const struct stat& status, const EntryAt& destination) {
+  return copyMetadataByName(status, destination);
 }
 
 void unlockCopy(int folder, const char* name) {

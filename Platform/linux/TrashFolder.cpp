@@ -42,15 +42,6 @@ Path topOfVolume(const std::vector<MountedVolume>& volumes, Path folder) {
   return folder;
 }
 
-Descriptor openFolder(const Path& folder) {
-  const PathAt at(folder);
-  if (at.error()) {
-    errno = at.error();
-    return {};
-  }
-  return Descriptor(::openat(at.folder(), at.name(), O_PATH | O_DIRECTORY | O_CLOEXEC));
-}
-
 /// A link is no Trash: it could lead anywhere.
 Descriptor openOrMake(int parent, const std::string& name, mode_t mode) {
   const bool made = ::mkdirat(parent, name.c_str(), ownersOnly) == 0;
@@ -65,13 +56,13 @@ TrashFolder result(Path path, Descriptor descriptor) {
 }
 
 TrashFolder homeTrash(const Path& home) {
-  const Descriptor parent = openFolder(home);
+  const Descriptor parent = openAt(home, O_PATH | O_DIRECTORY);
   if (!parent.isOpen()) return result({}, {});
   return result(home.appending(".Trash"), openOrMake(parent.number(), ".Trash", ownersOnly));
 }
 
 TrashFolder volumeTrash(const Path& top) {
-  const Descriptor parent = openFolder(top);
+  const Descriptor parent = openAt(top, O_PATH | O_DIRECTORY);
   if (!parent.isOpen()) return result({}, {});
   const Descriptor all = openOrMake(parent.number(), ".Trashes", everybodysOwn);
   if (!all.isOpen()) return result({}, {});

@@ -8,9 +8,8 @@
 #include <sys/attr.h>
 #include <unistd.h>
 
-#include "Platform/macos/ExtendedAttributes.h"
 #include "Platform/posix/Descriptor.h"
-#include "Platform/posix/LinkText.h"
+#include "Platform/posix/ExtendedAttributes.h"
 
 namespace quarn {
 namespace {
@@ -71,66 +70,33 @@ int copyFlags(const struct stat& source, int destination) {
   return isRefused(errno) ? 0 : errno;
 }
 
-/// Takes back the copy that was begun, if it failed.
-int completed(int error, const EntryAt& copy) {
-  if (error != 0) ::unlinkat(copy.folder, copy.name, 0);
-  return error;
-}
-
-int copyRegular(const EntryAt& source, const EntryAt& destination) {
-  const Descriptor from(::openat(source.folder, source.name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
-  struct stat status;
-  if (!from.isOpen() || ::fstat(from.number(), &status) != 0) return errno;
-  const Descriptor to(::openat(destination.folder, destination.name,
-                               O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
-  if (!to.isOpen()) return errno;
-  // With holes where both volumes know them, else in full (copyfile(3)).
-  constexpr copyfile_flags_t content = COPYFILE_DATA | COPYFILE_DATA_SPARSE;
-  int error = ::fcopyfile(from.number(), to.number(), nullptr, content) == 0 ? 0 : errno;
-  if (error == 0) error = copyMetadata(from.number(), status, to.number());
-  return completed(error, destination);
-}
-
 /// The link itself; without O_SYMLINK it would be followed.
 Descriptor openLink(const EntryAt& link) {
   return Descriptor(::openat(link.folder, link.name, O_RDONLY | O_SYMLINK | O_NONBLOCK | O_CLOEXEC));
 }
 
-int copyLinkMetadata(const EntryAt& source, const EntryAt& destination) {
+}  // namespace
+
+int copyContent(int source, const struct stat&, int destination) {
+  // With holes where both volumes know them, else in full (copyfile(3)).
+  constexpr copyfile_flags_t content = COPYFILE_DATA | COPYFILE_DATA_SPARSE;
+  return ::fcopyfile(source, destination, nullptr, content) == 0 ? 0 : errno;
+}
+
+int copyLinkMetadata(const EntryAt& source, const struct stat& status, const EntryAt& destination) {
   const Descriptor from = openLink(source);
-  struct stat status;
-  if (!from.isOpen() || ::fstat(from.number(), &status) != 0) return errno;
+  if (!from.isOpen()) return errno;
   const Descriptor to = openLink(destination);
   return to.isOpen() ? copyMetadata(from.number(), status, to.number()) : errno;
 }
 
-int copyLink(const EntryAt& source, const EntryAt& destination) {
-  const auto target = linkText(source.folder, source.name);
-  if (!target) return errno;
-  if (::symlinkat(target->c_str(), destination.folder, destination.name) != 0) return errno;
-  return completed(copyLinkMetadata(source, destination), destination);
-}
-
-/// Opening the source could wake the program that waits at its other end.
-int copyFifo(const struct stat& status, const EntryAt& destination) {
+int copyFifoMetadata(const struct stat& status, const EntryAt& destination) {
   const auto [folder, name] = destination;
-  if (::mkfifoat(folder, name, 0600) != 0) return errno;
   const timespec times[]{status.st_atimespec, status.st_mtimespec};
-  int error = ::fchownat(folder, name, status.st_uid, status.st_gid, AT_SYMLINK_NOFOLLOW) == 0 ? 0 : errno;
-  if (isRefused(error)) error = 0;
-  if (error == 0 && ::fchmodat(folder, name, status.st_mode & permissions, AT_SYMLINK_NOFOLLOW) != 0)
-    error = errno;
-  if (error == 0 && ::utimensat(folder, name, times, AT_SYMLINK_NOFOLLOW) != 0) error = errno;
-  return completed(error, destination);
-}
-
-}  // namespace
-
-int copyFile(const EntryAt& source, const struct stat& status, const EntryAt& destination) {
-  if (S_ISREG(status.st_mode)) return copyRegular(source, destination);
-  if (S_ISLNK(status.st_mode)) return copyLink(source, destination);
-  if (S_ISFIFO(status.st_mode)) return copyFifo(status, destination);
-  return ENOTSUP;
+  if (::fchownat(folder, name, status.st_uid, status.st_gid, AT_SYMLINK_NOFOLLOW) != 0 && !isRefused(errno))
+    return errno;
+  if (::fchmodat(folder, name, status.st_mode & permissions, AT_SYMLINK_NOFOLLOW) != 0) return errno;
+  return ::utimensat(folder, name, times, AT_SYMLINK_NOFOLLOW) == 0 ? 0 : errno;
 }
 
 void unlockCopy(int folder, const char* name) {

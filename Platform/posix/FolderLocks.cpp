@@ -18,15 +18,6 @@ class HeldFolder : public Lock {
   Descriptor folder_;
 };
 
-Descriptor open(const Path& folder) {
-  const PathAt at(folder);
-  if (at.error()) {
-    errno = at.error();
-    return {};
-  }
-  return Descriptor(::openat(at.folder(), at.name(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-}
-
 /// A network volume may lock files alone (flock(2): EISDIR from SMB), or nothing at all.
 bool isUnsupported(int errnoValue) {
   return errnoValue == ENOTSUP || errnoValue == EOPNOTSUPP || errnoValue == EISDIR || errnoValue == EINVAL ||
@@ -51,7 +42,7 @@ int take(int folder, const std::function<void()>& waiting) {
 Result<std::shared_ptr<Lock>> FolderLocks::lock(const Path& folder, const std::function<void()>& waiting) {
   std::weak_ptr<Lock>& known = held_[folder.text()];
   if (auto lock = known.lock()) return lock;
-  Descriptor opened = open(folder);
+  Descriptor opened = openAt(folder, O_RDONLY | O_DIRECTORY);
   const int error = opened.isOpen() ? take(opened.number(), waiting) : errno;
   if (error != 0) return CocoaError::fromErrno(CocoaError::Operation::readFile, error, folder);
   std::shared_ptr<Lock> lock = std::make_shared<HeldFolder>(std::move(opened));

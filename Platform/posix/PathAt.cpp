@@ -37,4 +37,13 @@ void PathAt::walkTo(std::size_t longest) {
   }
 }
 
+Descriptor openAt(const Path& path, int flags) {
+  const PathAt at(path);
+  if (at.error()) {
+    errno = at.error();
+    return {};
+  }
+  return Descriptor(::openat(at.folder(), at.name(), flags | O_CLOEXEC));
+}
+
 }  // namespace quarn

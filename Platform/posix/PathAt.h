@@ -26,4 +26,7 @@ class PathAt {
   int error_ = 0;
 };
 
+/// Opens the item at a path of any length. Not open, with `errno` set, if that fails.
+Descriptor openAt(const Path& path, int flags);
+
 }  // namespace quarn

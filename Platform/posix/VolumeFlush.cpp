@@ -10,15 +10,7 @@
 namespace quarn {
 namespace {
 
-/// Not open with `errno` set.
-Descriptor open(const Path& item) {
-  const PathAt at(item);
-  if (at.error()) {
-    errno = at.error();
-    return {};
-  }
-  return Descriptor(::openat(at.folder(), at.name(), O_RDONLY | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC));
-}
+constexpr int looking = O_RDONLY | O_NONBLOCK | O_NOFOLLOW;
 
 /// Which volumes can't be asked as a whole, and how they say so, differs from one driver to the next: a
 /// disk formatted as exFAT answers ENOTTY on a Mac, a network volume ENOTSUP.
@@ -34,10 +26,10 @@ int syncItem(int item) {
 }  // namespace
 
 int flushVolume(const Path& item) {
-  Descriptor onVolume = open(item);
+  Descriptor onVolume = openAt(item, looking);
   // A link, a socket or a file that may not be read doesn't open; the folder that holds it stands on the
   // same volume.
-  if (!onVolume.isOpen()) onVolume = open(item.parent());
+  if (!onVolume.isOpen()) onVolume = openAt(item.parent(), looking);
   if (onVolume.isOpen()) {
     const int error = syncVolume(onVolume.number());
     return isUnsupported(error) ? syncItem(onVolume.number()) : error;

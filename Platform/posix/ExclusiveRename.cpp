@@ -1,0 +1,27 @@
+#include "Platform/posix/ExclusiveRename.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace quarn {
+namespace {
+
+/// Not every volume knows the exclusive rename: on a Mac, FAT and network volumes say ENOTSUP, on Linux some
+/// say EINVAL (rename(2) of both), and a tracer that translates paths may refuse a call that it doesn't know.
+bool isUnsupported(int errnoValue) {
+  return errnoValue == ENOTSUP || errnoValue == EOPNOTSUPP || errnoValue == EINVAL || errnoValue == ENOSYS;
+}
+
+}  // namespace
+
+int renameExclusively(int sourceFolder, const char* source, int destinationFolder, const char* destination) {
+  const int error = exclusiveRenameCall(sourceFolder, source, destinationFolder, destination);
+  if (!isUnsupported(error)) return error;
+  struct stat status;
+  if (::fstatat(destinationFolder, destination, &status, AT_SYMLINK_NOFOLLOW) == 0) return EEXIST;
+  return ::renameat(sourceFolder, source, destinationFolder, destination) == 0 ? 0 : errno;
+}
+
+}  // namespace quarn
