@@ -4,6 +4,7 @@
 #include "QuarnCore/move/ChosenVolume.h"
 #include "tests/move/Moving.h"
 #include "tests/support/Child.h"
+#include "tests/support/Doubles.h"
 #include "tests/support/GatedPlatform.h"
 #include "tests/support/NothingLost.h"
 
@@ -38,6 +39,19 @@ TEST(ChosenVolume, isFoundThroughALink) {
     EXPECT_FALSE(volume->holds(host, Path("/Users/me")));
   }
   EXPECT_FALSE(volume->holds(host, Path("/Volumes/X9/none")));
+}
+
+TEST(ChosenVolume, isGoneWithItsMountThoughItsDeviceStays) {
+  class Unplugged : public doubles::FakeVolumes {
+   public:
+    Result<std::vector<Path>> mountPoints() const override { return std::vector<Path>{Path("/")}; }
+  } unplugged;
+  Platform& host = hostPlatform();
+  const auto volume = ChosenVolume::holding(host, Path(scene::drive));
+  ASSERT_TRUE(volume);
+  EXPECT_TRUE(volume->holds(host, Path(scene::drive)));
+  Platform without = replacing({.volumes = &unplugged});
+  EXPECT_FALSE(volume->holds(without, Path(scene::drive)));
 }
 
 /// Pulls the drive out at one operation of a move; a folder of its name stays on the startup disk.

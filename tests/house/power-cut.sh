@@ -1,0 +1,91 @@
+#!/bin/sh
+# Pulls the plug right after the last line of a command: the disk image under the volume is copied at that moment,
+# mounted again, and has to hold everything. What the system had not written out yet is not in the image.
+#   power-cut.sh QUARN-ROOM QUARN
+set -u
+room=$1 quarn=$2
+work=$(mktemp -d)
+
+skip() {
+  echo "power-cut: Skipped"
+  echo "$1"
+  rm -rf "$work"
+  exit 77
+}
+
+[ "$(id -u)" -eq 0 ] || skip "only root mounts disk images"
+command -v mkfs.ext4 >/dev/null 2>&1 || skip "there is no mkfs.ext4"
+if [ "${POWER_CUT_INSIDE:-}" != yes ]; then
+  rm -rf "$work"
+  POWER_CUT_INSIDE=yes exec unshare --mount --propagation private "$0" "$@"
+fi
+
+# disk NAME: an empty file system in an image, mounted at $work/NAME.
+disk() {
+  truncate -s 48m "$work/$1.img" && mkfs.ext4 -q "$work/$1.img" && mkdir -p "$work/$1" &&
+    mount -o loop,commit=300 "$work/$1.img" "$work/$1" 2>/dev/null
+}
+
+# shellcheck disable=SC2317  # called by the trap
+cleanup() {
+  umount "$work/drive" "$work/home" "$work/seen" 2>/dev/null
+  rm -rf "$work"
+}
+trap cleanup EXIT
+if ! { disk drive && disk home; }; then skip "disk images can't be mounted here"; fi
+
+# Runs in the room. Each command is followed at once by a copy of the image that has to hold its result.
+cat >"$work/scene.sh" <<'SCENE'
+set -eu
+work=$1
+mkdir -p /Volumes/E4 && mount --bind "$work/drive" /Volumes/E4
+mount --bind "$work/home" /Users/me
+exec 3>&1 >/dev/null
+
+fill() {
+  mkdir -p "$1/Contents/MacOS" "$1/.hidden"
+  for i in $(seq 1 60); do head -c 20000 /dev/urandom >"$1/Contents/file $i"; done
+  ln -s MacOS "$1/Contents/Current"
+  echo hidden >"$1/.hidden/note"
+}
+keep() { cp -a "$1" "$work/expected-$2"; }
+cut() { cp --sparse=always "$work/$1.img" "$work/cut-$2.img"; }
+
+fill /Applications/Foo.app
+keep /Applications/Foo.app one
+quarn move one /Applications/Foo.app --target-drive /Volumes/E4 --no-data --yes
+cut drive one
+
+fill /tmp/Movies
+keep /tmp/Movies path
+quarn move path --source /tmp/Movies --destination /Volumes/E4/Movies --yes
+cut drive path
+
+fill /Volumes/X9/Papers
+keep /Volumes/X9/Papers restore
+ln -s /Volumes/X9/Papers /Users/me/Papers
+quarn move restore /Users/me/Papers
+cut home restore
+SCENE
+
+"$room" --keep-rights --drive X9=16m --bind "$work" --quarn "$quarn" -- /bin/sh "$work/scene.sh" "$work" ||
+  { echo "the scene failed"; exit 1; }
+
+# survived COMMAND PLACE: the image that was copied after a command holds all that was expected.
+survived() {
+  mkdir -p "$work/seen"
+  mount -o loop "$work/cut-$1.img" "$work/seen" || return 1
+  diff -r --no-dereference "$work/expected-$1" "$work/seen/$2" >"$work/differences" 2>&1
+  status=$?
+  umount "$work/seen"
+  [ $status -eq 0 ] && return
+  echo "after the power cut that followed move $1:"
+  head -n 5 "$work/differences"
+  failed=1
+}
+
+failed=0
+survived one ExternalQuarn/Apps/Foo.app
+survived path Movies
+survived restore Papers
+exit $failed
