@@ -66,9 +66,10 @@ TEST(SourceFault, aCopyThatSilentlyLeftOutAnUnreadableFolderIsNotTrusted) {
   EXPECT_EQ(names(apps), std::vector<std::string>{});
 }
 
-TEST(SourceFault, aSourceThatCantBeRemovedHasAllItsBytesInTheTrash) {
+TEST(SourceFault, aSourceThatCantBeRemovedStaysWholeAndTheCopyIsInTheTrash) {
   scene::makeApp(app);
   const auto files = contents(app);
+  const auto before = scene::tree(app);
   const auto others = foreign();
   fs::permissions("/Applications", fs::perms(0555));
   const std::string bytes = sizeOf(app);
@@ -77,20 +78,22 @@ TEST(SourceFault, aSourceThatCantBeRemovedHasAllItsBytesInTheTrash) {
                     "    verifying\n    linking\n    FAIL: Could not remove original after copy: “Foo.app” "
                     "couldn’t be removed because you don’t have permission to access it.\nfailed: 1\n"));
   EXPECT_EQ(lost(files, {scene::driveTrash() + "/Foo.app"}), std::vector<std::string>{});
+  EXPECT_EQ(scene::tree(app), before);
   EXPECT_EQ(foreign(), others);
   EXPECT_FALSE(scene::exists(scene::manifest));
 }
 
-TEST(SourceFault, aFolderInsideThatCantBeEmptiedHasAllItsBytesInTheTrash) {
+TEST(SourceFault, aFolderInsideThatCantBeEmptiedKeepsTheSourceWhole) {
   scene::makeApp(app);
   const auto files = contents(app);
   fs::permissions(app + "/Contents/Resources", fs::perms(0555));
+  const auto before = scene::tree(app);
   const std::string out = moveOne().out;
   EXPECT_NE(out.find("    FAIL: Could not remove original after copy: “Foo.app” couldn’t be removed"),
             std::string::npos)
       << out;
   EXPECT_EQ(lost(files, {scene::driveTrash() + "/Foo.app"}), std::vector<std::string>{});
-  EXPECT_EQ(scene::read(app + "/Contents/Resources/data.bin"), files.at("Contents/Resources/data.bin"));
+  EXPECT_EQ(scene::tree(app), before);
 }
 
 TEST(SourceFault, aSocketInTheBundleFailsTheCount) {

@@ -2,6 +2,7 @@
 #include <sys/mount.h>
 
 #include "QuarnCore/move/ChosenVolume.h"
+#include "QuarnCore/move/PathMover.h"
 #include "tests/move/Moving.h"
 #include "tests/support/Child.h"
 #include "tests/support/Doubles.h"
@@ -84,6 +85,40 @@ TEST(ChosenVolume, thatGoesAwayDuringAMoveNeverCostsTheSource) {
                 EXPECT_FALSE(scene::exists(movedApp)) << "a copy elsewhere is no copy";
               }),
               "");
+  }
+}
+
+TEST(ChosenVolume, thatGoesAwayDuringAPathMoveNeverCostsTheSource) {
+  if (!scene::hasMounts()) GTEST_SKIP() << "needs real mounts";
+  const std::string source = "/Users/me/Movies", folder = "/Volumes/X9/Films";
+  scene::writeBytes(source + "/a.mov", 9000);
+  const auto before = scene::tree(source);
+  for (const std::string operationsBegin : {"createFolder", "start /usr/bin/rsync"}) {
+    EXPECT_EQ(child::failuresWithOwnMounts([&] {
+                bool isPulled = false;
+                GatedPlatform gated([&](const std::string& operation) {
+                  if (!isPulled && operation.starts_with(operationsBegin)) {
+                    isPulled = true;
+                    EXPECT_EQ(::umount2(scene::drive.c_str(), MNT_DETACH), 0);
+                    std::filesystem::create_directories(folder + "/Movies");
+                  }
+                  return Result<void>();
+                });
+                Platform& platform = gated.platform();
+                bool isCopied = false;
+                EXPECT_EQ(thrown([&] {
+                            const auto plan =
+                                PathMover::plan(platform, Path(source), Path(folder + "/Movies"));
+                            const auto kilobytes = PathMover::copy(platform, plan, false);
+                            isCopied = true;
+                            PathMover::replaceByLink(platform, plan, kilobytes);
+                          }),
+                          "The drive is no longer mounted: /Volumes/X9");
+                EXPECT_EQ(isCopied, operationsBegin != "createFolder") << "found as early as it can be";
+                EXPECT_EQ(scene::tree(source), before);
+              }),
+              "")
+        << operationsBegin;
   }
 }
 
