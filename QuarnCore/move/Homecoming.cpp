@@ -5,8 +5,8 @@
 #include "QuarnCore/discovery/AppScanner.h"
 #include "QuarnCore/foundation/MoverStasher.h"
 #include "QuarnCore/move/ItemMover.h"
-#include "QuarnCore/move/MoveRefused.h"
 #include "QuarnCore/move/MoverError.h"
+#include "QuarnCore/move/Obstacles.h"
 
 namespace quarn::Homecoming {
 namespace {
@@ -45,25 +45,9 @@ Path linkTarget(Platform& platform, const Path& link) {
   return target;
 }
 
-class Obstacles : public WalkVisitor {
- public:
-  WalkStep visit(const WalkItem& item) override {
-    error = item.obstacleToRemoval();
-    return error ? WalkStep::stop : WalkStep::proceed;
-  }
-  WalkStep failed(const Path&, const PlatformError& failure) override {
-    error = failure;
-    return WalkStep::stop;
-  }
-
-  std::optional<PlatformError> error;
-};
-
 void requireRemovable(Platform& platform, const Path& launcher) {
-  if (const auto obstacle = platform.files.obstacleToRemoval(launcher)) throw *obstacle;
-  Obstacles obstacles;
-  platform.files.walk(launcher, Hidden::included, obstacles);
-  if (obstacles.error) throw *obstacles.error;
+  const auto obstacles = Obstacles::find(platform, launcher);
+  if (obstacles.toRemoval) throw PlatformError(*obstacles.toRemoval);
 }
 
 /// A launcher under a hidden name beside its place. Nothing of it is removed before the application is home,

@@ -5,6 +5,7 @@
 #include "QuarnCore/move/MoveRefused.h"
 #include "QuarnCore/move/MoveVerifier.h"
 #include "QuarnCore/move/MoverError.h"
+#include "QuarnCore/move/Obstacles.h"
 
 namespace quarn::ItemMover {
 namespace {
@@ -18,27 +19,6 @@ PlatformError moveError(Platform& platform, const PlatformError& error, const Pa
     return volume ? volume->name.value_or("") : std::string();
   });
 }
-
-bool canBeCopied(FileKind kind) {
-  return kind != FileKind::socket && kind != FileKind::blockDevice && kind != FileKind::characterDevice;
-}
-
-/// The first item that can't be copied, or whose removal would be refused.
-class Obstacles : public WalkVisitor {
- public:
-  WalkStep visit(const WalkItem& item) override {
-    if (!canBeCopied(item.kind())) uncopyable = std::string(item.relativePath());
-    if (uncopyable.empty()) error = item.obstacleToRemoval();
-    return uncopyable.empty() && !error ? WalkStep::proceed : WalkStep::stop;
-  }
-  WalkStep failed(const Path&, const PlatformError& failure) override {
-    error = failure;
-    return WalkStep::stop;
-  }
-
-  std::string uncopyable;
-  std::optional<PlatformError> error;
-};
 
 MoveRefused notCopyable(const std::string& name) {
   return MoveRefused("“" + name + "” is a socket or a device, which can't be copied. Remove it first.");
@@ -85,17 +65,14 @@ void move(Platform& platform, const Path& source, const Path& destination) {
 
 void requireMovable(Platform& platform, const Path& item, const Path& folder) {
   MountedInside::refuse(platform, item);
-  const Path destination = folder.appending(item.lastComponent());
-  if (const auto obstacle = platform.files.obstacleToRemoval(item))
-    throw moveError(platform, *obstacle, item, destination);
   const auto attributes = platform.files.attributes(item).orThrow();
-  if (liesOnTheVolumeOf(platform, attributes, folder)) return;
-  if (!canBeCopied(attributes.kind)) throw notCopyable(item.lastComponent());
-  if (attributes.kind != FileKind::directory) return;
-  Obstacles obstacles;
-  platform.files.walk(item, Hidden::included, obstacles);
-  if (!obstacles.uncopyable.empty()) throw notCopyable(obstacles.uncopyable);
-  if (obstacles.error) throw moveError(platform, *obstacles.error, item, destination);
+  // A rename takes everything below along as it is.
+  const auto obstacles = liesOnTheVolumeOf(platform, attributes, folder)
+                             ? Obstacles{.toCopying = {}, .toRemoval = platform.files.obstacleToRemoval(item)}
+                             : Obstacles::find(platform, item);
+  if (obstacles.toCopying) throw notCopyable(*obstacles.toCopying);
+  if (obstacles.toRemoval)
+    throw moveError(platform, *obstacles.toRemoval, item, folder.appending(item.lastComponent()));
 }
 
 }  // namespace quarn::ItemMover

@@ -4,7 +4,6 @@
 #include "QuarnCore/discovery/InstallsDB.h"
 #include "QuarnCore/discovery/RunningAppsDetector.h"
 #include "QuarnCore/discovery/VolumeCapacityProbe.h"
-#include "QuarnCore/foundation/MoverStasher.h"
 #include "QuarnCore/foundation/SizeCalculator.h"
 #include "QuarnCore/foundation/Turn.h"
 #include "QuarnCore/move/ChosenVolume.h"
@@ -40,37 +39,37 @@ void checkSpace(Platform& platform, std::int64_t needed, const Path& folder) {
   if (available >= 1 && available < needed) throw MoverError::insufficientSpace(needed, available);
 }
 
-/// The copy is set aside, and the source has not been touched.
-[[noreturn]] void giveUp(Platform& platform, const Path& destination, const MoverError& error) {
-  MoverStasher::stash(platform, destination);
+/// The copy is set aside, and the source is as it was.
+[[noreturn]] void giveUp(Platform& platform, const Claim& claim, const MoverError& error) {
+  claim.giveBack(platform);
   throw error;
 }
 
 /// The drive must hold the copy before the source goes, and not only the system's memory of it. Comes before
 /// the comparison, which then sees what has changed in the meantime: this can take minutes.
-void flushToDrive(Platform& platform, const Path& destination) {
+void flushToDrive(Platform& platform, const Path& destination, const Claim& claim) {
   const auto flushed = platform.files.flush(destination);
   // That the copy is missing is for the comparison to tell.
   if (!flushed && platform.files.exists(destination))
-    giveUp(platform, destination, MoverError::verifyFailed(flushed.error().description));
+    giveUp(platform, claim, MoverError::verifyFailed(flushed.error().description));
 }
 
 /// The last look before the removal. What would stand in its way is found while the source is whole, and
 /// given back.
 std::optional<PlatformError> verify(Platform& platform, const Path& source, const Path& destination,
-                                    const ChosenVolume& volume) {
+                                    const Claim& claim, const ChosenVolume& volume) {
   auto findings = MoveVerifier::beforeRemoval(platform, source, destination);
-  if (findings.difference) giveUp(platform, destination, MoverError::verifyFailed(*findings.difference));
+  if (findings.difference) giveUp(platform, claim, MoverError::verifyFailed(*findings.difference));
   if (!volume.holds(platform, destination))
-    giveUp(platform, destination, MoverError::copyFailed("the drive was pulled out meanwhile"));
+    giveUp(platform, claim, MoverError::copyFailed("the drive was pulled out meanwhile"));
   return std::move(findings.obstacle);
 }
 
-void removeSource(Platform& platform, const Path& source, const Path& destination,
+void removeSource(Platform& platform, const Path& source, const Claim& claim,
                   const std::optional<PlatformError>& obstacle) {
-  if (obstacle) giveUp(platform, destination, MoverError::sourceRemoveFailed(obstacle->description));
+  if (obstacle) giveUp(platform, claim, MoverError::sourceRemoveFailed(obstacle->description));
   const auto removed = platform.files.remove(source);
-  if (!removed) giveUp(platform, destination, MoverError::sourceRemoveFailed(removed.error().description));
+  if (!removed) giveUp(platform, claim, MoverError::sourceRemoveFailed(removed.error().description));
 }
 
 /// Without the link the copy is the only data left, so it goes home and not into the stash.
@@ -129,12 +128,12 @@ void moveAndLink(Platform& platform, const Path& source, const Path& destination
   const std::int64_t needed = SizeCalculator::size(platform, source);
   checkSpace(platform, needed, destinationParent);
 
-  FileCopier::copy(platform, source, destination, needed, progress);
+  const Claim claim = FileCopier::copy(platform, source, destination, needed, progress);
   status({.stage = JobStatus::Stage::verifying, .progress = 0, .message = {}});
-  flushToDrive(platform, destination);
-  const auto obstacle = verify(platform, source, destination, volume);
+  flushToDrive(platform, destination, claim);
+  const auto obstacle = verify(platform, source, destination, claim, volume);
   status({.stage = JobStatus::Stage::linking, .progress = 0, .message = {}});
-  removeSource(platform, source, destination, obstacle);
+  removeSource(platform, source, claim, obstacle);
   link(platform, source, destination);
   record(platform, source, destination, needed);
 }

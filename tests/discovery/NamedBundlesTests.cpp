@@ -25,6 +25,10 @@ class Expression {
     pattern_.reset(icu::RegexPattern::compile(text, position, status_));
     matcher_.reset(pattern_->matcher(status_));
   }
+  ~Expression() { utext_close(&text_); }
+  Expression(const Expression&) = delete;
+  Expression& operator=(const Expression&) = delete;
+
   List captures(const std::string& line) {
     utext_openUTF8(&text_, line.data(), static_cast<std::int64_t>(line.size()), &status_);
     matcher_->reset(&text_);

@@ -88,6 +88,32 @@ TEST(ChosenVolume, thatGoesAwayDuringAMoveNeverCostsTheSource) {
   }
 }
 
+TEST(ChosenVolume, whoseNameAnotherDriveTakesKeepsWhatLiesThere) {
+  if (!scene::hasMounts()) GTEST_SKIP() << "needs real mounts";
+  scene::makeApp(app);
+  const auto before = scene::tree(app);
+  for (const std::string operationsBegin : {"copyAttributes", "flush", "start /usr/bin/find"}) {
+    std::filesystem::remove_all(appsFolder);
+    EXPECT_EQ(child::failuresWithOwnMounts([&] {
+                bool isSwapped = false;
+                GatedPlatform gated([&](const std::string& operation) {
+                  if (isSwapped || !operation.starts_with(operationsBegin)) return Result<void>();
+                  isSwapped = true;
+                  EXPECT_EQ(::umount2(scene::drive.c_str(), MNT_DETACH), 0);
+                  EXPECT_TRUE(child::mountMemory(scene::drive, "size=4m"));
+                  scene::write(movedApp + "/mine", "another drive's only copy");
+                  return Result<void>();
+                });
+                EXPECT_NE(move(gated.platform()), "nothing");
+                EXPECT_TRUE(isSwapped);
+                EXPECT_EQ(scene::tree(app), before);
+                EXPECT_EQ(scene::read(movedApp + "/mine"), "another drive's only copy");
+              }),
+              "")
+        << operationsBegin;
+  }
+}
+
 TEST(ChosenVolume, thatGoesAwayDuringAPathMoveNeverCostsTheSource) {
   if (!scene::hasMounts()) GTEST_SKIP() << "needs real mounts";
   const std::string source = "/Users/me/Movies", folder = "/Volumes/X9/Films";

@@ -1,0 +1,48 @@
+#include "QuarnCore/move/Claim.h"
+
+#include "QuarnCore/foundation/MoverStasher.h"
+#include "QuarnCore/move/MoverError.h"
+
+namespace quarn {
+
+Claim::Claim(Platform& platform, const Path& place, const Path& source)
+    : place_(place), kind_(platform.files.isDirectory(source) ? FileKind::directory : FileKind::regular) {
+  const auto claimed = platform.files.claim(place, kind_);
+  if (!claimed && claimed.error().code == CocoaErrorCode::fileWriteFileExists)
+    throw MoverError::destinationExists();
+  if (!claimed) throw MoverError::copyFailed(claimed.error().localizedDescription());
+  const auto made = platform.files.attributes(place);
+  if (!made) throw MoverError::copyFailed(made.error().localizedDescription());
+  identity_ = made->identity;
+}
+
+/// The tool that copies may put a file in the place of what was claimed, but another folder is another's.
+bool Claim::isOurs(Platform& platform) const {
+  const auto found = platform.files.attributes(place_);
+  if (!found || found->identity.device != identity_.device) return false;
+  return found->kind != FileKind::directory || found->identity == identity_;
+}
+
+bool Claim::isEmpty(Platform& platform) const {
+  const auto found = platform.files.attributes(place_);
+  return found && found->kind == kind_ && isOurs(platform) && holdsNothing(platform, place_);
+}
+
+void Claim::giveBack(Platform& platform) const {
+  if (isEmpty(platform)) {
+    platform.files.remove(place_).orIgnore();
+  } else if (isOurs(platform)) {
+    MoverStasher::stash(platform, place_);
+  }
+}
+
+bool holdsNothing(Platform& platform, const Path& item) {
+  const auto attributes = platform.files.attributes(item);
+  if (!attributes) return false;
+  if (attributes->kind == FileKind::regular) return attributes->size == 0;
+  if (attributes->kind != FileKind::directory) return false;
+  const auto names = platform.files.list(item, Hidden::included);
+  return names && names->empty();
+}
+
+}  // namespace quarn
