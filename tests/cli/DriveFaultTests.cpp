@@ -85,6 +85,28 @@ TEST(DriveFault, aDrivePulledOutBeforeTheNextJobGetsNoFolderInItsPlace) {
   EXPECT_FALSE(scene::exists("/Volumes/X9"));
 }
 
+TEST(DriveFault, anotherDriveThatTookTheNameOfTheChosenOneGetsNothing) {
+  if (!scene::hasMounts()) GTEST_SKIP() << "needs real mounts";
+  scene::makeApp(app);
+  scene::makeApp("/Applications/Next.app", {.identifier = "com.example.next"});
+  const auto before = scene::tree("/Applications");
+  makeDittoThatMeetsTheEndOfTheDrive("exit 1");
+  scene::Background run({"/bin/sh", "-c", "quarn move all --yes --no-snapshot >/tmp/said 2>&1"});
+  ASSERT_TRUE(scene::appears("/tmp/half"));
+  scene::unplug("X9");
+  // Takes the device number that has become free, which the new drive would get else.
+  scene::plug("Between", "1m");
+  scene::plug("X9", "16m");
+  replaceDitto("exec " + realDitto);
+  scene::write("/tmp/out", "");
+  EXPECT_EQ(run.wait(), 0);
+  EXPECT_NE(scene::read("/tmp/said").find("    FAIL: The drive is no longer mounted: /Volumes/X9\n---\n"),
+            std::string::npos)
+      << scene::read("/tmp/said");
+  EXPECT_EQ(scene::tree("/Applications"), before);
+  EXPECT_EQ(names("/Volumes/X9"), std::vector<std::string>{});
+}
+
 TEST(DriveFault, theRealToolMeetingTheEndOfTheDriveLeavesTheSourceWhole) {
   if (!scene::hasMounts()) GTEST_SKIP() << "needs real mounts";
   scene::makeApp(app);

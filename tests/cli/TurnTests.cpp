@@ -155,6 +155,21 @@ TEST_F(Turns, whoWaitsSaysSoOnceAndTheRunsOfOtherApplicationsWaitToo) {
   EXPECT_TRUE(scene::isLink(scene::home + "/Library/Application Support/Bar"));
 }
 
+TEST_F(Turns, whoHasToWaitForEachOfItsJobsSaysSoOnce) {
+  scene::write(scene::home + "/Library/Application Support/Foo/data", "of Foo");
+  scene::write(scene::home + "/Library/Caches/com.example.foo/data", "of Foo");
+  // Another holder comes again and again, for longer than a job takes.
+  const scene::Background other(
+      {"/bin/sh", "-c",
+       "touch /tmp/holding; for i in 1 2 3 4 5 6 7 8 9; do flock " + scene::home + " sleep 0.2; done"});
+  ASSERT_TRUE(scene::appears("/tmp/holding"));
+  std::this_thread::sleep_for(milliseconds(100));
+  const auto run = moveOne();
+  EXPECT_EQ(run.err, waiting);
+  EXPECT_NE(run.out.find("[3/3]"), std::string::npos) << run.out;
+  EXPECT_EQ(scene::target(app), moved);
+}
+
 TEST_F(Turns, aRunThatWasKilledHoldsNobodyUp) {
   replaceDitto("touch /tmp/copying; sleep 5");
   {
