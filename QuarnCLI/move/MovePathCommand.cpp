@@ -65,10 +65,9 @@ ExitStatus run(const Invocation& invocation) {
   if (!invocation.args.contains("--yes") && !Console::confirms()) return ExitStatus::success;
 
   const TakenTurn turn(platform);
-  if (turn.hadToWait()) {
-    if (wasMovedAlready(platform, source)) return ExitStatus::success;
-    plan = PathMover::plan(platform, source, destination);
-  }
+  // Another run may have come and gone while the source was measured and the person asked.
+  if (wasMovedAlready(platform, source)) return ExitStatus::success;
+  if (turn.hadToWait()) plan = PathMover::plan(platform, source, destination);
   carryOut(platform, plan, invocation.args.contains("--progress"));
   return ExitStatus::success;
 }

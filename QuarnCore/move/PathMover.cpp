@@ -29,6 +29,14 @@ void refuseTopOfVolume(Platform& platform, const Path& destination) {
   throw MoveRefused("Destination is a whole volume: " + destination.text() + ". Name a folder on it.");
 }
 
+/// What makes the removal of the source safe. Looked at again right before each step that relies on it: a
+/// plan gets old while the source is measured, while a person is asked, while another run has its turn.
+void requireSafe(Platform& platform, const Path& source, const Path& destination) {
+  PathPair::requireSafe(platform, source, destination);
+  MountedInside::refuse(platform, source);
+  refuseTopOfVolume(platform, destination);
+}
+
 void runRsync(Platform& platform, const Plan& plan, bool showsProgress) {
   const auto attributes = platform.files.attributes(plan.source);
   const bool isFolder = attributes && attributes->kind == FileKind::directory;
@@ -52,15 +60,14 @@ void requireAtLeast(std::int64_t minimumKB, std::int64_t destinationKB) {
 }  // namespace
 
 Plan plan(Platform& platform, const Path& source, const Path& destination) {
-  PathPair::requireSafe(platform, source, destination);
-  MountedInside::refuse(platform, source);
+  requireSafe(platform, source, destination);
   const ChosenVolume volume = mountedVolume(platform, destination);
-  refuseTopOfVolume(platform, destination);
   const std::int64_t sourceKB = DiskUsage::kilobytes(platform, source);
   return {source, destination, volume, sourceKB, ninetyFivePercent(sourceKB)};
 }
 
 std::int64_t copy(Platform& platform, const Plan& plan, bool showsProgress) {
+  requireSafe(platform, plan.source, plan.destination);
   const Path folder = plan.destination.parent();
   platform.files.createFolder(folder).orThrow();
   plan.volume.requireHolds(platform, folder);
@@ -76,6 +83,7 @@ void replaceByLink(Platform& platform, const Plan& plan, std::int64_t destinatio
   if (findings.difference) throw MoveRefused("Verification failed: " + *findings.difference);
   if (findings.obstacle) throw *findings.obstacle;
   plan.volume.requireHolds(platform, plan.destination);
+  requireSafe(platform, plan.source, plan.destination);
   platform.files.remove(plan.source).orThrow();
   platform.files.createLink(plan.source, plan.destination.text()).orThrow();
 }
