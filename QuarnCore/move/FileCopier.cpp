@@ -42,9 +42,11 @@ void copyItem(Platform& platform, const Path& from, const Path& to, const Claim&
   runDitto(platform, from, to);
   if (claim.isEmpty(platform) && !holdsNothing(platform, source)) {
     claim.giveBack(platform);
-  } else if (platform.files.exists(to)) {
-    platform.files.copyAttributes(source, to).orThrow();
+    return;
   }
+  const auto copied = platform.files.copyAttributes(source, to);
+  // Whether the copy is there, the failure itself tells best: a look that fails could mean anything.
+  if (!copied && copied.error().code != CocoaErrorCode::fileNoSuchFile) throw copied.error();
 }
 
 }  // namespace

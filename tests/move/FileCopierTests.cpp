@@ -5,6 +5,7 @@
 #include <thread>
 #include <unistd.h>
 
+#include "Platform/FileSystemDecorator.h"
 #include "QuarnCore/foundation/SizeCalculator.h"
 #include "QuarnCore/move/FileCopier.h"
 #include "tests/support/Doubles.h"
@@ -129,6 +130,22 @@ TEST(FileCopier, theCopyHasTheModeAndTimesOfItsSource) {
   ASSERT_EQ(::stat(copy.c_str(), &status), 0);
   EXPECT_EQ(status.st_mode & 07777u, 0751u);
   EXPECT_EQ(status.st_mtim.tv_sec, 1'100'000'000);
+}
+
+TEST(FileCopier, theModeOfTheCopyDoesNotHangOnALookThatFails) {
+  class Blind : public FileSystemDecorator {
+   public:
+    using FileSystemDecorator::FileSystemDecorator;
+    bool exists(const Path& path) const override {
+      return !path.text().starts_with(scene::drive) && FileSystemDecorator::exists(path);
+    }
+  };
+  scene::makeApp(source);
+  std::filesystem::permissions(source, std::filesystem::perms{0751});
+  Blind blind(hostPlatform().files);
+  Platform platform = replacing({.files = &blind});
+  FileCopier::copy(platform, Path(source), Path(copy), 4, {});
+  EXPECT_EQ(std::filesystem::status(copy).permissions(), std::filesystem::perms{0751});
 }
 
 TEST(FileCopier, aFailedCopyThatBroughtNothingLeavesNothing) {
