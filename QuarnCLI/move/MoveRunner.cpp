@@ -6,6 +6,7 @@
 #include "QuarnCLI/move/TakenTurn.h"
 #include "QuarnCore/foundation/SizeCalculator.h"
 #include "QuarnCore/move/ChosenVolume.h"
+#include "QuarnCore/move/MovePlanner.h"
 #include "QuarnCore/move/MoverEngine.h"
 
 namespace quarn::MoveRunner {
@@ -46,6 +47,7 @@ void move(Platform& platform, const MoveJob& job, const Options& options) {
   const ChosenVolume drive =
       options.drive ? *options.drive : ChosenVolume::requiredFor(platform, options.mountPath);
   drive.requireHolds(platform, options.mountPath);
+  MovePlanner::requireStillMovable(platform, job.source);
   MoverEngine::moveAndLink(platform, job.source, job.destination.parent(), options.quitRunning, showStatus,
                            options.progress ? ProgressCallback(showProgress) : ProgressCallback());
 }

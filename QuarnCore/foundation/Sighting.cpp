@@ -46,6 +46,17 @@ Sighting sight(const FileSystem& files, const Path& item) {
           .identities = identitiesUpFrom(files, resolved)};
 }
 
+Sighting sightItself(const FileSystem& files, const Path& item) {
+  const Path spelled = files.standardized(item);
+  if (!files.isSymbolicLink(spelled)) return sight(files, item);
+  const Sighting folder = sight(files, spelled.parent());
+  return {.spelled = spelled,
+          .leadsTo = folder.leadsTo.appending(spelled.lastComponent()),
+          .isLink = true,
+          .exists = false,
+          .identities = folder.identities};
+}
+
 Sighting unseen(const Path& standardized) {
   return {
       .spelled = standardized, .leadsTo = standardized, .isLink = false, .exists = false, .identities = {}};

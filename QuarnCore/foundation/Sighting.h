@@ -23,6 +23,8 @@ struct Sighting {
 
 /// Only looks; never throws.
 Sighting sight(const FileSystem& files, const Path& item);
+/// Of the item itself and not of what it leads to, which matters where it is a link.
+Sighting sightItself(const FileSystem& files, const Path& item);
 /// By its text alone.
 Sighting unseen(const Path& standardized);
 

@@ -8,7 +8,8 @@
 namespace quarn {
 
 /// The volume on which a destination was chosen. A drive that is pulled can leave a folder of its name on the
-/// startup disk, and another drive can take its name: neither is the one that was chosen.
+/// startup disk, which is no drive. Told apart by the mount and by the device number; a drive that takes both
+/// over is found by the comparison that follows, since the copy isn't there.
 class ChosenVolume {
  public:
   /// The volume that holds a folder, or will hold it once it is made. Nothing if the folder lies below
@@ -17,7 +18,7 @@ class ChosenVolume {
   /// The same; throws `MoveRefused` where nothing is mounted.
   static ChosenVolume requiredFor(Platform& platform, const Path& folder);
 
-  /// The volume is still there, and an item that exists lies on it.
+  /// The volume is still there, and an item that exists, or what a link leads to, lies on it.
   bool holds(Platform& platform, const Path& item) const;
   /// Throws `MoveRefused` unless it is so.
   void requireHolds(Platform& platform, const Path& item) const;
@@ -28,13 +29,5 @@ class ChosenVolume {
   std::optional<Path> drive_;  ///< "/Volumes/<name>"; absent for the startup volume
   std::int32_t device_;
 };
-
-/// The place at or below which another volume is mounted inside an item. A copy would take that volume's
-/// contents along, and a removal would empty it.
-namespace MountedInside {
-std::optional<Path> find(Platform& platform, const Path& item);
-/// Throws `MoveRefused` if there is such a place.
-void refuse(Platform& platform, const Path& item);
-}  // namespace MountedInside
 
 }  // namespace quarn

@@ -3,46 +3,51 @@
 #include "Platform/PathText.h"
 #include "Platform/UUID.h"
 #include "QuarnCore/discovery/AppScanner.h"
+#include "QuarnCore/discovery/ProtectedPlaces.h"
 #include "QuarnCore/foundation/MoverStasher.h"
+#include "QuarnCore/foundation/Sighting.h"
 #include "QuarnCore/move/ItemMover.h"
+#include "QuarnCore/move/MountPoints.h"
+#include "QuarnCore/move/MoveRefused.h"
 #include "QuarnCore/move/MoverError.h"
 #include "QuarnCore/move/Obstacles.h"
 
 namespace quarn::Homecoming {
 namespace {
 
-std::string asFolder(const Path& path) {
-  return path.text() == "/" ? "/" : path.text() + "/";
-}
-
-/// One lies inside the other, or is it, when links are resolved on the way to them.
-bool overlap(Platform& platform, const Path& item, const Path& target) {
-  const Path folder = platform.files.resolvingLinks(item.parent());
-  const std::string at = asFolder(folder.appending(item.lastComponent()));
-  const std::string leadsTo = asFolder(platform.files.resolvingLinks(target));
-  return at.starts_with(leadsTo) || leadsTo.starts_with(at);
-}
-
-bool isVolume(Platform& platform, const Path& target) {
-  const Path resolved = platform.files.resolvingLinks(target);
-  for (const Path& volume : platform.volumes.mounted().valueOr({})) {
-    if (platform.files.resolvingLinks(volume) == resolved) return true;
-  }
-  return false;
-}
-
-/// What can't be moved to where the link stands. Found out only afterwards, the link would be gone.
+/// What can't be moved to where the link stands, or must not be: found out only afterwards, the link would be
+/// gone, and a link or a launcher that a stranger made could carry off the home.
 void requireApart(Platform& platform, const Path& place, const Path& target) {
-  if (!overlap(platform, place, target) && !isVolume(platform, target)) return;
-  throw MoverError::verifyFailed(place.lastComponent() + " leads to a volume or to a folder around itself");
+  const Sighting at = sightItself(platform.files, place);
+  const Sighting leadsTo = sight(platform.files, target);
+  if (at.isAtOrIn(leadsTo) || leadsTo.isAtOrIn(at) || MountPoints::contains(platform, target))
+    throw MoverError::verifyFailed(place.lastComponent() + " leads to a volume or to a folder around itself");
+  const ProtectedPlaces places(platform);
+  // A protected place that was moved away as a whole comes home to itself.
+  if (!places.isOneOrAroundOne(at) && places.isOneOrAroundOne(leadsTo))
+    throw MoveRefused(place.lastComponent() +
+                      " leads to a folder that belongs where it is: " + target.text());
 }
 
 /// What a link leads to; it must be there, or the way back would end with nothing at all.
 Path linkTarget(Platform& platform, const Path& link) {
   const std::string text = platform.files.readLink(link).orThrow();
-  const Path target = PathText::fileURL(platform.places, text);
+  const Path target = platform.files.standardized(PathText::fileURL(platform.places, text));
   if (!platform.files.exists(target)) throw MoverError::sourceMissing();
   return target;
+}
+
+/// Where a launcher leads; nothing if the place holds none. A link is a link, whatever the bundle that it
+/// leads to holds.
+std::optional<Path> launcherTarget(Platform& platform, const Path& place) {
+  if (platform.files.isSymbolicLink(place)) return std::nullopt;
+  return AppScanner::launcherShimTarget(platform, place);
+}
+
+/// What stands in a launcher was perhaps written by a stranger.
+void requireApplication(Platform& platform, const Path& target) {
+  if (target.extension() == "app" && platform.files.isDirectory(target)) return;
+  throw MoveRefused("A launcher must lead to an application: " + target.text());
 }
 
 void requireRemovable(Platform& platform, const Path& launcher) {
@@ -88,9 +93,10 @@ void replaceLauncher(Platform& platform, const Path& launcher, const Path& targe
 }  // namespace
 
 void bringHome(Platform& platform, const Path& place) {
-  const auto ofLauncher = AppScanner::launcherShimTarget(platform, place);
+  const auto ofLauncher = launcherTarget(platform, place);
   const Path target = ofLauncher ? *ofLauncher : linkTarget(platform, place);
   requireApart(platform, place, target);
+  if (ofLauncher) requireApplication(platform, target);
   ItemMover::requireMovable(platform, target, place.parent());
   if (ofLauncher) return replaceLauncher(platform, place, target);
   platform.files.removeLink(place).orThrow();

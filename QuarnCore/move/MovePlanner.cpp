@@ -9,6 +9,7 @@
 #include "QuarnCore/foundation/AppStorageNames.h"
 #include "QuarnCore/foundation/SizingService.h"
 #include "QuarnCore/move/MoveDestination.h"
+#include "QuarnCore/move/MoveRefused.h"
 
 namespace quarn::MovePlanner {
 namespace {
@@ -120,6 +121,11 @@ std::vector<MoveJob> buildAppJobs(Platform& platform, const std::vector<AppEntry
 
 bool shouldMove(Platform& platform, const Path& source) {
   return mayMove(platform, source, climbingStops(platform));
+}
+
+void requireStillMovable(Platform& platform, const Path& source) {
+  if (!platform.files.exists(source) || !isLinkOrInsideOne(platform, source, climbingStops(platform))) return;
+  throw MoveRefused("It has been moved since it was looked at: " + source.text());
 }
 
 bool isUnsafePrefsPlist(Platform& platform, const Path& item) {

@@ -20,6 +20,10 @@ std::vector<MoveJob> buildAppJobs(Platform& platform, const std::vector<AppEntry
 /// It exists, is neither a link nor inside one, and is no preferences file.
 bool shouldMove(Platform& platform, const Path& source);
 
+/// Throws `MoveRefused` if an item that was planned has become a link, or lies behind one: another run has
+/// moved it, or a folder around it, since. An item that is gone passes; the move tells that itself.
+void requireStillMovable(Platform& platform, const Path& source);
+
 /// A preferences file, which must never become a link.
 bool isUnsafePrefsPlist(Platform& platform, const Path& item);
 

@@ -6,8 +6,8 @@
 
 namespace quarn {
 
-/// A move or a way back that isn't begun, since it could lose something or tear it apart. Nothing has
-/// changed.
+/// A move or a way back that isn't begun, or isn't carried on, since it could lose something or tear it
+/// apart. The source is whole.
 class MoveRefused : public LocalizedError {
  public:
   explicit MoveRefused(std::string sentence) : sentence_(std::move(sentence)) {}

@@ -11,6 +11,7 @@
 #include "QuarnCore/move/Homecoming.h"
 #include "QuarnCore/move/InstallsDBWriter.h"
 #include "QuarnCore/move/ItemMover.h"
+#include "QuarnCore/move/MountPoints.h"
 #include "QuarnCore/move/MoveVerifier.h"
 #include "QuarnCore/move/MoverError.h"
 
@@ -119,7 +120,7 @@ void moveAndLink(Platform& platform, const Path& source, const Path& destination
   const Turn turn(platform);
   checkSource(platform, source);
   checkRunning(platform, source, quitRunning);
-  MountedInside::refuse(platform, source);
+  MountPoints::refuseInside(platform, source);
   const ChosenVolume volume = ChosenVolume::requiredFor(platform, destinationParent);
   platform.files.createFolder(destinationParent).orThrow();
   volume.requireHolds(platform, destinationParent);

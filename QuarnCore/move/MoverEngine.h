@@ -13,8 +13,8 @@ namespace quarn::MoverEngine {
 using StatusCallback = std::function<void(const JobStatus&)>;
 
 /// Moves an item into `destinationParent` under its own name, leaves a link at its place and records
-/// the move. `quitRunning` asks a running application to quit first. Throws `MoverError` or the
-/// platform's error. Blocks for the length of the copy; `progress` may be empty.
+/// the move. `quitRunning` asks a running application to quit first. Throws `MoveRefused`, `MoverError`
+/// or the platform's error. Blocks for the length of the copy; `progress` may be empty.
 void moveAndLink(Platform& platform, const Path& source, const Path& destinationParent, bool quitRunning,
                  const StatusCallback& status, const ProgressCallback& progress);
 

@@ -1,8 +1,8 @@
 #include "QuarnCore/move/PathMover.h"
 
-#include <algorithm>
-
+#include "QuarnCore/discovery/ProtectedPlaces.h"
 #include "QuarnCore/move/DiskUsage.h"
+#include "QuarnCore/move/MountPoints.h"
 #include "QuarnCore/move/MoveRefused.h"
 #include "QuarnCore/move/MoveVerifier.h"
 #include "QuarnCore/move/PathPair.h"
@@ -10,7 +10,7 @@
 namespace quarn::PathMover {
 namespace {
 
-/// Such as to let no number of kilobytes overflow.
+/// In two steps, so that no number of kilobytes overflows.
 std::int64_t ninetyFivePercent(std::int64_t kilobytes) {
   return kilobytes / 100 * 95 + kilobytes % 100 * 95 / 100;
 }
@@ -21,20 +21,21 @@ ChosenVolume mountedVolume(Platform& platform, const Path& destination) {
   throw MoveRefused("No drive is mounted there: " + destination.text());
 }
 
-/// What stands in place of a whole volume can't come home again.
-void refuseTopOfVolume(Platform& platform, const Path& destination) {
-  const Path place = platform.files.resolvingLinks(destination);
-  const auto mountPoints = platform.volumes.mountPoints().valueOr({});
-  if (std::find(mountPoints.begin(), mountPoints.end(), place) == mountPoints.end()) return;
-  throw MoveRefused("Destination is a whole volume: " + destination.text() + ". Name a folder on it.");
+/// What stands in place of a whole volume can't come home again, and what is merged into the home or a folder
+/// of applications is never told apart from what was there.
+void refuseProtectedPlace(Platform& platform, const Path& destination) {
+  if (MountPoints::contains(platform, destination))
+    throw MoveRefused("Destination is a whole volume: " + destination.text() + ". Name a folder on it.");
+  if (ProtectedPlaces(platform).isOneOrAroundOne(sight(platform.files, destination)))
+    throw MoveRefused("Destination is a folder that belongs where it is: " + destination.text());
 }
 
 /// What makes the removal of the source safe. Looked at again right before each step that relies on it: a
 /// plan gets old while the source is measured, while a person is asked, while another run has its turn.
 void requireSafe(Platform& platform, const Path& source, const Path& destination) {
   PathPair::requireSafe(platform, source, destination);
-  MountedInside::refuse(platform, source);
-  refuseTopOfVolume(platform, destination);
+  MountPoints::refuseInside(platform, source);
+  refuseProtectedPlace(platform, destination);
 }
 
 void runRsync(Platform& platform, const Plan& plan, bool showsProgress) {
@@ -60,8 +61,9 @@ void requireAtLeast(std::int64_t minimumKB, std::int64_t destinationKB) {
 }  // namespace
 
 Plan plan(Platform& platform, const Path& source, const Path& destination) {
-  requireSafe(platform, source, destination);
+  PathPair::requireSafe(platform, source, destination);
   const ChosenVolume volume = mountedVolume(platform, destination);
+  requireSafe(platform, source, destination);
   const std::int64_t sourceKB = DiskUsage::kilobytes(platform, source);
   return {source, destination, volume, sourceKB, ninetyFivePercent(sourceKB)};
 }

@@ -55,7 +55,8 @@ TEST_F(Turns, ofTwoMovesOfOneApplicationOneIsDoneAndTheOtherRefused) {
     EXPECT_TRUE(two.oneSays("    ok in ")) << gap << "\n" << two.all();
     expectMoved(two);
     // The one that came later may have looked before or after the link was made.
-    EXPECT_TRUE(two.oneSays("    FAIL: Destination already exists.\n") || two.oneSays("nothing to move.\n"))
+    EXPECT_TRUE(two.oneSays("    FAIL: It has been moved since it was looked at: " + app + "\n") ||
+                two.oneSays("nothing to move.\n"))
         << gap << "\n"
         << two.all();
   }
@@ -114,6 +115,76 @@ TEST_F(Turns, ofTwoPathMovesOneIsDoneAndTheOtherFindsTheLink) {
     EXPECT_EQ(scene::target(source), destination);
     EXPECT_EQ(scene::tree(destination), tree);
   }
+}
+
+/// Holds the turn from outside for as long as it lives.
+scene::Background holdTheTurn(const std::string& seconds) {
+  fs::remove("/tmp/holding");
+  return scene::Background(
+      {"/bin/sh", "-c", "flock " + scene::home + " sh -c 'touch /tmp/holding; sleep " + seconds + "'"});
+}
+
+TEST_F(Turns, aJobIsLookedAtAnewWhenItsTurnHasCome) {
+  const std::string caches = scene::home + "/Library/Caches";
+  scene::write(caches + "/com.example.foo/data", "of Foo");
+  const auto holder = holdTheTurn("1");
+  ASSERT_TRUE(scene::appears("/tmp/holding"));
+  scene::Background run({"/bin/sh", "-c", move + " >/tmp/1.out 2>&1"});
+  std::this_thread::sleep_for(milliseconds(400));
+  // Meanwhile the folder around its data goes to the drive as a whole.
+  scene::shell("cp -a " + caches + " /Volumes/X9/Caches && rm -r " + caches +
+               " && ln -s /Volumes/X9/Caches " + caches);
+  run.wait();
+  EXPECT_NE(scene::read("/tmp/1.out")
+                .find("    FAIL: It has been moved since it was looked at: " + caches + "/com.example.foo\n"),
+            std::string::npos)
+      << scene::read("/tmp/1.out");
+  EXPECT_EQ(scene::read("/Volumes/X9/Caches/com.example.foo/data"), "of Foo");
+  EXPECT_FALSE(scene::isLink("/Volumes/X9/Caches/com.example.foo"));
+}
+
+/// Starts a path move that asks, lets something happen meanwhile, and then answers yes; what it said.
+std::string pathMoveAnsweredAfter(const std::string& from, const std::string& to,
+                                  const std::function<void()>& meanwhile) {
+  scene::shell("rm -f /tmp/answer; mkfifo /tmp/answer");
+  scene::Background run({"/bin/sh", "-c",
+                         "quarn move path --source " + from + " --destination " + to +
+                             " </tmp/answer >/tmp/1.out 2>&1; echo status $? >>/tmp/1.out"});
+  scene::Background answer(
+      {"/bin/sh", "-c", "exec 3>/tmp/answer; while [ ! -e /tmp/go ]; do sleep 0.02; done; echo y >&3"});
+  fs::remove("/tmp/go");
+  for (int i = 0; i < 200 && scene::read("/tmp/1.out").find("Proceed?") == std::string::npos; ++i)
+    std::this_thread::sleep_for(milliseconds(20));
+  meanwhile();
+  scene::write("/tmp/go", "");
+  run.wait();
+  return scene::read("/tmp/1.out");
+}
+
+TEST_F(Turns, aFileThatWasMovedWhileThePersonWasAskedIsNotReplacedByItsOwnLink) {
+  const std::string from = "/Users/me/film.mov", to = "/Volumes/X9/film.mov";
+  scene::writeBytes(from, 9000);
+  const std::string content = scene::read(from);
+  const std::string said = pathMoveAnsweredAfter(from, to, [&] {
+    EXPECT_EQ(scene::quarn({"move", "path", "--source", from, "--destination", to, "--yes"}).status, 0);
+  });
+  EXPECT_NE(said.find("already symlink: " + from + " -> " + to + "\nstatus 0\n"), std::string::npos) << said;
+  EXPECT_EQ(scene::read(to), content);
+  EXPECT_FALSE(scene::isLink(to));
+}
+
+TEST_F(Turns, aFolderThatWentWithTheOneAroundItWhileThePersonWasAskedIsNotLost) {
+  scene::writeBytes("/Users/me/Dir/sub/a.mov", 9000);
+  const std::string said = pathMoveAnsweredAfter("/Users/me/Dir/sub", "/Volumes/X9/Dir/sub", [] {
+    EXPECT_EQ(scene::quarn(
+                  {"move", "path", "--source", "/Users/me/Dir", "--destination", "/Volumes/X9/Dir", "--yes"})
+                  .status,
+              0);
+  });
+  EXPECT_NE(said.find("error\t"), std::string::npos) << said;
+  EXPECT_TRUE(said.ends_with("status 1\n")) << said;
+  EXPECT_TRUE(fs::is_directory(fs::symlink_status("/Volumes/X9/Dir/sub")));
+  EXPECT_EQ(fs::file_size("/Volumes/X9/Dir/sub/a.mov"), 9000u);
 }
 
 TEST_F(Turns, whoWaitsSaysSoOnceAndTheRunsOfOtherApplicationsWaitToo) {

@@ -1,4 +1,5 @@
 #include <filesystem>
+#include <sys/mount.h>
 #include <sys/stat.h>
 
 #include "QuarnCore/move/HealthManifest.h"
@@ -14,7 +15,7 @@ namespace fs = std::filesystem;
 using Lines = std::vector<std::string>;
 
 const std::string noPermission =
-    "“Foo.app” couldn’t be moved because you don’t have permission to access “Applications”.";
+    "“Foo.app” couldn’t be moved because you don’t have permission to access “Apps”.";
 
 class Homecoming : public ::testing::Test {
  protected:
@@ -117,6 +118,110 @@ TEST_F(Homecoming, whatChangesOnTheDriveWhileTheCopyIsWrittenOutIsNotLost) {
   EXPECT_FALSE(scene::exists(app)) << "a failed copy at home is removed, and the link stays away";
 }
 
+TEST_F(Homecoming, whatBelongsWhereItIsStaysWhateverLeadsToIt) {
+  scene::write("/Users/me/Library/Preferences/x.plist", "mine");
+  scene::makeFolder("/Users/me/Applications");
+  scene::write(scene::manifest, "[\n\n]");
+  const std::string link = "/Users/me/Link";
+  for (const std::string target :
+       {"/Users/me/Library", "/Users/me/Applications", "/Applications", "/Volumes/X9/ExternalQuarn",
+        "/Volumes/X9/ExternalQuarn/Apps", "/Users/me/Library/Application Support/Quarn"}) {
+    fs::remove(link);
+    scene::link(link, target);
+    const auto before = scene::tree(target);
+    EXPECT_EQ(restore(hostPlatform(), link), "Link leads to a folder that belongs where it is: " + target);
+    EXPECT_EQ(scene::target(link), target);
+    EXPECT_EQ(scene::tree(target), before);
+  }
+}
+
+TEST_F(Homecoming, aFolderOfApplicationsThatWasMovedAsAWholeComesHomeToItself) {
+  const std::string applications = "/Users/me/Applications";
+  scene::write("/Volumes/X9/Applications/note", "mine");
+  fs::remove_all(applications);
+  scene::link(applications, "/Volumes/X9/Applications");
+  EXPECT_EQ(restore(hostPlatform(), applications), "nothing");
+  EXPECT_EQ(scene::read(applications + "/note"), "mine");
+  EXPECT_FALSE(scene::isLink(applications));
+}
+
+TEST_F(Homecoming, aLinkToABundleThatHoldsATargetFileIsALink) {
+  scene::write("/Users/me/Documents/letter", "mine");
+  scene::write(movedApp + "/Contents/Resources/ExternalAppTarget.txt", "/Users/me/Documents");
+  linkIt();
+  EXPECT_EQ(restore(), "nothing");
+  EXPECT_EQ(scene::read("/Users/me/Documents/letter"), "mine");
+  EXPECT_TRUE(scene::exists(app + "/Contents/Info.plist"));
+}
+
+TEST_F(Homecoming, aLinkTextThatEndsInADotNamesItsFolder) {
+  scene::write("/Volumes/X9/d/file", "mine");
+  scene::makeFolder("/Volumes/X9/e/f");
+  scene::write("/Volumes/X9/e/file", "yours");
+  scene::link("/Users/me/d", "/Volumes/X9/d/.");
+  scene::link("/Users/me/e", "/Volumes/X9/e/f/..");
+  EXPECT_EQ(restore(hostPlatform(), "/Users/me/d"), "nothing");
+  EXPECT_EQ(scene::read("/Users/me/d/file"), "mine");
+  EXPECT_FALSE(scene::exists("/Volumes/X9/d"));
+  EXPECT_EQ(restore(hostPlatform(), "/Users/me/e"), "nothing");
+  EXPECT_EQ(scene::read("/Users/me/e/file"), "yours");
+  EXPECT_FALSE(scene::exists("/Volumes/X9/e"));
+}
+
+TEST_F(Homecoming, aSocketByItselfIsRefused) {
+  if (!scene::hasMounts()) GTEST_SKIP() << "a drive that shares the home's device is left by a rename";
+  ASSERT_EQ(::mknod("/Volumes/X9/socket", S_IFSOCK | 0600, 0), 0);
+  scene::link("/Users/me/socket", "/Volumes/X9/socket");
+  EXPECT_EQ(restore(hostPlatform(), "/Users/me/socket"),
+            "“socket” is a socket or a device, which can't be copied. Remove it first.");
+  EXPECT_TRUE(scene::isLink("/Users/me/socket"));
+}
+
+TEST_F(Homecoming, fromAReadOnlyDriveIsRefusedInItsName) {
+  if (!scene::hasMounts()) GTEST_SKIP() << "needs real mounts";
+  linkIt();
+  EXPECT_EQ(child::failuresWithOwnMounts([this] {
+              ASSERT_EQ(
+                  ::mount(nullptr, scene::drive.c_str(), nullptr, MS_REMOUNT | MS_BIND | MS_RDONLY, nullptr),
+                  0);
+              EXPECT_EQ(restore(), "You can’t save the file “Foo.app” because the volume “X9” is read only.");
+              expectNothingChanged();
+            }),
+            "");
+}
+
+TEST_F(Homecoming, fromASecondMountOfOneDeviceLooksAtWhatCannotBeCopied) {
+  if (!child::canMount()) GTEST_SKIP() << "no right to mount a volume";
+  EXPECT_EQ(child::failuresWithOwnMounts([] {
+              scene::makeFolder("/Users/Shared/Disk");
+              scene::makeFolder("/Volumes/Z");
+              ASSERT_EQ(::mount("/Users/Shared/Disk", "/Volumes/Z", nullptr, MS_BIND, nullptr), 0);
+              scene::makeApp("/Volumes/Z/Foo.app");
+              ASSERT_EQ(::mknod("/Volumes/Z/Foo.app/socket", S_IFSOCK | 0600, 0), 0);
+              scene::link(app, "/Volumes/Z/Foo.app");
+              EXPECT_EQ(restore(),
+                        "“socket” is a socket or a device, which can't be copied. Remove it first.");
+              EXPECT_TRUE(scene::isLink(app));
+            }),
+            "");
+}
+
+TEST_F(Homecoming, whatForbidsTheRemovalWhileTheCopyIsWrittenOutLeavesTheDriveWhole) {
+  if (!scene::hasMounts()) GTEST_SKIP() << "a drive that shares the home's device is left by a rename";
+  linkIt();
+  EXPECT_EQ(child::failuresWithoutRights([] {
+              GatedPlatform gated([](const std::string& operation) {
+                if (operation.starts_with("flush")) ::chmod((movedApp + "/Contents/Resources").c_str(), 0555);
+                return Result<void>();
+              });
+              EXPECT_EQ(restore(gated.platform()), noPermission);
+            }),
+            "");
+  ::chmod((movedApp + "/Contents/Resources").c_str(), 0755);
+  EXPECT_EQ(scene::tree(movedApp), whole);
+  EXPECT_FALSE(scene::exists(app)) << "the copy at home is removed";
+}
+
 class LauncherHomecoming : public Homecoming {
  protected:
   void SetUp() override {
@@ -168,6 +273,31 @@ TEST_F(LauncherHomecoming, staysAsideWhereItsPlaceIsTaken) {
   ASSERT_EQ(hidden().size(), 1u);
   EXPECT_EQ(scene::tree("/Applications/" + hidden()[0]), launcher);
   EXPECT_TRUE(hidden()[0].starts_with(".quarn-launcher-"));
+}
+
+TEST_F(LauncherHomecoming, thatLeadsToNoApplicationCarriesNothingOff) {
+  scene::write("/Users/me/Documents/letter", "mine");
+  scene::write("/Volumes/X9/Photos/photo", "mine");
+  scene::write("/Volumes/X9/File.app", "a file");
+  for (const std::string target :
+       {"/Users/me/Documents", "/Library", "/Volumes/X9/Photos", "/Volumes/X9/File.app"}) {
+    fs::remove_all(app);
+    scene::makeLauncher(app, target);
+    const auto before = scene::tree(app);
+    EXPECT_EQ(restore(), "A launcher must lead to an application: " + target);
+    EXPECT_EQ(scene::tree(app), before);
+    EXPECT_TRUE(scene::exists(target));
+  }
+}
+
+TEST_F(LauncherHomecoming, thatCannotBeRemovedInTheEndGoesToTheTrash) {
+  GatedPlatform gated([](const std::string& operation) {
+    const bool isLauncher = operation.starts_with("remove /Applications/.quarn-launcher-");
+    return isLauncher ? Result<void>(PlatformError("test", 1, "It broke.")) : Result<void>();
+  });
+  EXPECT_EQ(restore(gated.platform()), "nothing");
+  EXPECT_EQ(scene::tree(app), whole);
+  EXPECT_EQ(hidden(), Lines{});
 }
 
 TEST_F(LauncherHomecoming, thatMayNotBeRemovedIsFoundBeforeAnythingChanges) {

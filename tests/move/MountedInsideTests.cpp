@@ -58,8 +58,7 @@ TEST(MountedInside, aMoveIsRefusedBeforeTheFirstChange) {
 
 TEST(MountedInside, anItemThatIsAVolumeItselfIsNotMoved) {
   forEachKind([] {
-    EXPECT_EQ(move(hostPlatform(), inside, supportFolder),
-              "A volume is mounted inside Disk: " + inside + ". Eject it first.");
+    EXPECT_EQ(move(hostPlatform(), inside, supportFolder), "Disk is a volume of its own: " + inside);
   });
 }
 

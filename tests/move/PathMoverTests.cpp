@@ -185,6 +185,22 @@ TEST(PathMover, aWholeVolumeIsNoPlace) {
   EXPECT_FALSE(scene::isLink(source));
 }
 
+TEST(PathMover, aPlaceRightBelowALinkToTheDriveIsOnTheDrive) {
+  setUp();
+  scene::link("/Users/me/External", "/Volumes/X9");
+  EXPECT_EQ(movePath(hostPlatform(), "/Users/me/External/Movies"), "nothing");
+  EXPECT_TRUE(scene::exists("/Volumes/X9/Movies/a.mov"));
+}
+
+TEST(PathMover, aFolderThatBelongsWhereItIsIsNoPlace) {
+  setUp();
+  for (const std::string& place :
+       Lines{"/Applications", "/Users/me/Library/Application Support/Quarn", "/Volumes"}) {
+    EXPECT_EQ(movePath(hostPlatform(), place), "Destination is a folder that belongs where it is: " + place);
+  }
+  EXPECT_FALSE(scene::isLink(source));
+}
+
 TEST(PathMover, theMinimumIsRightForAnyNumber) {
   setUp();
   Platform& host = hostPlatform();

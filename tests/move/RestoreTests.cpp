@@ -128,10 +128,10 @@ TEST(Restore, ofALinkOrLauncherToAFolderAroundItLosesNothing) {
 }
 
 TEST(Restore, ofALauncherBesideATargetWithALongerNameWorks) {
-  scene::makeApp(app + "2");
-  scene::makeLauncher(app, app + "2");
+  scene::makeApp(app + "2.app");
+  scene::makeLauncher(app, app + "2.app");
   EXPECT_EQ(restore(), "nothing");
-  EXPECT_FALSE(scene::exists(app + "2"));
+  EXPECT_FALSE(scene::exists(app + "2.app"));
   EXPECT_FALSE(scene::exists(app + "/Contents/Resources/ExternalAppTarget.txt"));
 }
 

@@ -1,9 +1,12 @@
+#include <cerrno>
 #include <csignal>
 #include <gtest/gtest.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include "Platform/Platform.h"
+#include "tests/support/Child.h"
 #include "tests/support/ScratchFolder.h"
 
 namespace quarn {
@@ -94,6 +97,16 @@ TEST(Locks, leaveNothingBehindAndNeedAFolder) {
   EXPECT_EQ(scratch.count(), 1u);
   EXPECT_FALSE(lock(scratch / "none"));
   EXPECT_FALSE(lock(scratch / "file"));
+}
+
+TEST(Locks, thatAVolumeDoesNotKnowKeepNobodyOut) {
+  if (!child::canRefuseCalls()) GTEST_SKIP() << "system calls can't be refused to a process here";
+  const ScratchFolder scratch;
+  for (const int error : {ENOTSUP, ENOLCK, EISDIR, ENOSYS}) {
+    EXPECT_EQ(child::failuresRefusing(SYS_flock, error, [&] { EXPECT_TRUE(lock(scratch.path())); }), "")
+        << error;
+  }
+  EXPECT_EQ(child::failuresRefusing(SYS_flock, EIO, [&] { EXPECT_FALSE(lock(scratch.path())); }), "");
 }
 
 TEST(Locks, areNotHandedToTools) {

@@ -100,9 +100,16 @@ TEST(WrittenOut, aVolumeThatCannotBeAskedIsAskedForTheItem) {
   ScratchFolder scratch;
   scratch.write("folder/file");
   for (const int error : {ENOTSUP, EINVAL, ENOTTY, ENOSYS}) {
-    EXPECT_EQ(
-        child::failuresRefusing(SYS_syncfs, error, [&] { EXPECT_TRUE(files().flush(scratch / "folder")); }),
-        "")
+    EXPECT_EQ(child::failuresRefusing(SYS_syncfs, error,
+                                      [&] {
+                                        EXPECT_TRUE(files().flush(scratch / "folder"));
+                                        // What counts then is whether the item itself could be written out.
+                                        const auto flush = [&] {
+                                          EXPECT_FALSE(files().flush(scratch / "folder"));
+                                        };
+                                        EXPECT_EQ(child::failuresRefusing(SYS_fsync, EIO, flush), "");
+                                      }),
+              "")
         << error;
   }
 }

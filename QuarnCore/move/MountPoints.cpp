@@ -1,0 +1,54 @@
+#include "QuarnCore/move/MountPoints.h"
+
+#include <algorithm>
+
+#include "Platform/Text.h"
+#include "QuarnCore/foundation/Sighting.h"
+#include "QuarnCore/move/MoveRefused.h"
+
+namespace quarn::MountPoints {
+namespace {
+
+std::vector<Path> all(Platform& platform) {
+  return platform.volumes.mountPoints().valueOr({});
+}
+
+bool isAtOrIn(const Path& place, const Path& folder) {
+  return Text::equal(place.text(), folder.text()) ||
+         Text::hasPrefix(place.text(), folder.text() == "/" ? "/" : folder.text() + "/");
+}
+
+}  // namespace
+
+bool contains(Platform& platform, const Path& place) {
+  const auto mountPoints = all(platform);
+  const Path resolved = platform.files.resolvingLinks(place);
+  return std::any_of(mountPoints.begin(), mountPoints.end(),
+                     [&](const Path& mountPoint) { return Text::equal(mountPoint.text(), resolved.text()); });
+}
+
+Path holding(Platform& platform, const Path& place) {
+  const Path resolved = sight(platform.files, place).leadsTo;
+  Path innermost("/");
+  for (const Path& mountPoint : all(platform)) {
+    if (isAtOrIn(resolved, mountPoint) && mountPoint.text().size() >= innermost.text().size())
+      innermost = mountPoint;
+  }
+  return innermost;
+}
+
+void refuseInside(Platform& platform, const Path& item) {
+  const auto mountPoints = platform.volumes.mountPoints();
+  if (!mountPoints) throw MoveRefused("The list of mounted volumes can't be read.");
+  // The item itself, also where it is a link.
+  const Path place = platform.files.resolvingLinks(item.parent()).appending(item.lastComponent());
+  for (const Path& mountPoint : *mountPoints) {
+    if (Text::equal(mountPoint.text(), place.text()))
+      throw MoveRefused(item.lastComponent() + " is a volume of its own: " + mountPoint.text());
+    if (isAtOrIn(mountPoint, place))
+      throw MoveRefused("A volume is mounted inside " + item.lastComponent() + ": " + mountPoint.text() +
+                        ". Eject it first.");
+  }
+}
+
+}  // namespace quarn::MountPoints
