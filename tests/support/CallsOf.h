@@ -19,7 +19,7 @@ struct TracedRun {
   std::vector<std::string> texts() const;
 };
 
-/// Runs a program as an ordinary person, its output thrown away. The calls of its first thread alone, not
+/// Runs a program as an ordinary person. The calls of its first thread alone, not
 /// those of the tools that it starts. Absent where `whyNotTraced` tells a reason.
 std::optional<TracedRun> callsOf(const std::vector<std::string>& command);
 /// The same of a piece of this program, run in a child with the rights of the test.

@@ -16,10 +16,10 @@ std::optional<KilledRun> killedAt(int n, const std::vector<std::string>& command
     const auto call = callEntered(program, *stop);
     if (!call || !changesTree(*call) || ++count < n) continue;
     program.kill();
-    return KilledRun{true, -SIGKILL, call->text()};
+    return KilledRun{true, -SIGKILL, call->text(), program.said()};
   }
   if (!program.status()) return std::nullopt;
-  return KilledRun{false, *program.status(), {}};
+  return KilledRun{false, *program.status(), {}, program.said()};
 }
 
 std::string whyNotTraced() {

@@ -13,10 +13,11 @@ struct KilledRun {
   bool wasKilled = false;  ///< false: it ran through with fewer such calls
   int status = 0;          ///< exit status, or minus the number of the signal that ended it
   std::string call;        ///< what it was killed at, such as "unlinkat /Applications/Foo.app"
+  std::string said;        ///< what it printed on both streams
 };
 
-/// Runs a program as an ordinary person, its output thrown away. Absent where processes can't be traced
-/// this way; `whyNotTraced` tells the reason.
+/// Runs a program as an ordinary person. Absent where processes can't be traced this way; `whyNotTraced`
+/// tells the reason.
 std::optional<KilledRun> killedAt(int n, const std::vector<std::string>& command);
 std::string whyNotTraced();
 

@@ -2,10 +2,15 @@
 
 #include <cerrno>
 #include <csignal>
+#include <cstddef>
 #include <cstdlib>
 #include <cstring>
+#include <elf.h>
 #include <fcntl.h>
 #include <filesystem>
+#include <sys/mman.h>
+#include <sys/uio.h>
+#include <sys/user.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -25,14 +30,45 @@ namespace {
   std::_Exit(127);
 }
 
-[[noreturn]] void becomeTraced(const std::function<void()>& body) {
+const std::string outputName = "output";
+
+[[noreturn]] void becomeTraced(const std::function<void()>& body, int output) {
   const int nothing = ::open("/dev/null", O_RDWR);
-  for (const int stream : {0, 1, 2}) ::dup2(nothing, stream);
+  ::dup2(nothing, 0);
+  for (const int stream : {1, 2}) ::dup2(output, stream);
   ::close(nothing);
   if (::ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) != 0) std::_Exit(126);
   ::raise(SIGSTOP);
   body();
   std::_Exit(0);
+}
+
+/// The number of the call that a stopped child has entered; -1 is that of none.
+bool replaceCall(pid_t process, int number) {
+#if defined(__x86_64__)
+  return ::ptrace(PTRACE_POKEUSER, process, offsetof(user_regs_struct, orig_rax),
+                  static_cast<long>(number)) == 0;
+#elif defined(__aarch64__)
+  iovec value{&number, sizeof number};
+  return ::ptrace(PTRACE_SETREGSET, process, NT_ARM_SYSTEM_CALL, &value) == 0;
+#else
+  return false;
+#endif
+}
+
+/// What the call that a stopped child comes back from answers.
+bool replaceAnswer(pid_t process, long answer) {
+#if defined(__x86_64__)
+  return ::ptrace(PTRACE_POKEUSER, process, offsetof(user_regs_struct, rax), answer) == 0;
+#elif defined(__aarch64__)
+  user_regs_struct registers{};
+  iovec value{&registers, sizeof registers};
+  if (::ptrace(PTRACE_GETREGSET, process, NT_PRSTATUS, &value) != 0) return false;
+  registers.regs[0] = static_cast<unsigned long>(answer);
+  return ::ptrace(PTRACE_SETREGSET, process, NT_PRSTATUS, &value) == 0;
+#else
+  return false;
+#endif
 }
 
 /// The signal that a stop is about and that the child shall get; 0 for the stops of the tracing itself.
@@ -47,8 +83,9 @@ int signalOf(int status) {
 TracedProgram::TracedProgram(const std::vector<std::string>& command)
     : TracedProgram([&command] { execute(command); }) {}
 
-TracedProgram::TracedProgram(const std::function<void()>& body) : process_(::fork()) {
-  if (process_ == 0) becomeTraced(body);
+TracedProgram::TracedProgram(const std::function<void()>& body)
+    : output_(::memfd_create(outputName.c_str(), MFD_CLOEXEC)), process_(::fork()) {
+  if (process_ == 0) becomeTraced(body, output_);
   if (process_ < 0 || !WIFSTOPPED(wait())) return;
   const long options = PTRACE_O_TRACESYSGOOD | PTRACE_O_TRACEEXEC | PTRACE_O_EXITKILL;
   if (::ptrace(PTRACE_SETOPTIONS, process_, nullptr, options) != 0) kill();
@@ -56,6 +93,7 @@ TracedProgram::TracedProgram(const std::function<void()>& body) : process_(::for
 
 TracedProgram::~TracedProgram() {
   kill();
+  ::close(output_);
 }
 
 int TracedProgram::wait() {
@@ -87,6 +125,24 @@ void TracedProgram::kill() {
   if (process_ <= 0 || status_) return;
   ::kill(process_, SIGKILL);
   while (!status_) wait();
+}
+
+bool TracedProgram::refuse(int errorNumber) {
+  if (!replaceCall(process_, -1)) return false;
+  const auto stop = next();
+  return stop && stop->op == PTRACE_SYSCALL_INFO_EXIT && replaceAnswer(process_, -errorNumber);
+}
+
+std::string TracedProgram::said() const {
+  std::string text;
+  char bytes[4096];
+  for (ssize_t count; (count = ::pread(output_, bytes, sizeof bytes, static_cast<off_t>(text.size()))) > 0;)
+    text.append(bytes, static_cast<std::size_t>(count));
+  return text;
+}
+
+bool TracedProgram::isOutput(const std::string& path) {
+  return path.starts_with("/memfd:" + outputName);
 }
 
 std::optional<std::uint64_t> TracedProgram::numberAt(std::uint64_t address) const {
