@@ -1,0 +1,144 @@
+#include <cstdlib>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <sys/mount.h>
+#include <unistd.h>
+
+#include "tests/cli/Campaign.h"
+#include "tests/cli/Faults.h"
+#include "tests/support/ChangingCalls.h"
+#include "tests/support/Child.h"
+#include "tests/support/KilledAt.h"
+
+using namespace fault;
+using campaign::Command;
+using campaign::Trial;
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// The drive, which stays mounted elsewhere so that it can come back with all that is on it.
+class Drive {
+ public:
+  Drive() {
+    scene::makeFolder(pocket);
+    if (::mount(scene::drive.c_str(), pocket.c_str(), nullptr, MS_BIND, nullptr) != 0) std::abort();
+  }
+  ~Drive() { ::umount2(pocket.c_str(), MNT_DETACH); }
+  Drive(const Drive&) = delete;
+  Drive& operator=(const Drive&) = delete;
+
+  static void pull(bool leavesItsMountPoint) {
+    scene::unplug("X9");
+    if (leavesItsMountPoint) scene::makeFolder(scene::drive);
+  }
+  /// What lies in a folder of its name is out of sight then.
+  static void plugAt(const std::string& place) {
+    scene::makeFolder(place);
+    if (::mount(pocket.c_str(), place.c_str(), nullptr, MS_BIND, nullptr) != 0) std::abort();
+  }
+  static void plug() {
+    fs::remove_all(scene::drive);
+    plugAt(scene::drive);
+  }
+
+ private:
+  static inline const std::string pocket = "/tmp/pocket";
+};
+
+class PulledDrive : public testing::TestWithParam<Command> {
+ protected:
+  void SetUp() override {
+    if (const std::string reason = scene::whyNotTraced(); !reason.empty()) GTEST_SKIP() << reason;
+  }
+
+  /// Pulled right before the n-th call that changes something or starts a tool. False with fewer calls.
+  bool pullAt(int n, bool leavesItsMountPoint) {
+    Trial trial(GetParam());
+    Drive drive;
+    scene::TracedProgram program(GetParam().words());
+    std::string met;
+    int count = 0;
+    while (const auto stop = program.next()) {
+      const auto call = scene::callEntered(program, *stop);
+      const bool isPrint = call && call->name == "write" && scene::TracedProgram::isOutput(call->paths[0]);
+      if (!call || isPrint || ++count != n) continue;
+      met = call->text();
+      drive.pull(leavesItsMountPoint);
+    }
+    if (met.empty()) return false;
+    drive.plug();
+    EXPECT_EQ(trial.problems({program.status().value_or(-1), program.said()}) + trial.problemsOfNextRun(), "")
+        << "pulled at call " << n << (leavesItsMountPoint ? ", its folder stays, " : ", ") << met << "\n"
+        << program.said();
+    return true;
+  }
+};
+
+INSTANTIATE_TEST_SUITE_P(Moves, PulledDrive, testing::ValuesIn(campaign::commands()),
+                         [](const auto& instance) { return instance.param.name; });
+
+TEST_P(PulledDrive, atAnyCallLosesNothingAndNothingIsTakenForIt) {
+  const char* wanted = std::getenv("QUARN_CAMPAIGN");
+  const int step = wanted && std::string(wanted) == "all" ? 1 : 29;
+  for (const bool leavesItsMountPoint : {false, true}) {
+    for (int n = step == 1 || leavesItsMountPoint ? 1 : 15; pullAt(n, leavesItsMountPoint); n += step) {
+    }
+  }
+}
+
+TEST(ReadOnlyDrive, whatCannotLeaveItStaysLinked) {
+  if (!scene::hasMounts()) GTEST_SKIP() << "needs real mounts";
+  scene::plug("Y9", "1m");
+  const std::string place = "/Volumes/Y9/ExternalQuarn/Apps/Foo.app";
+  scene::makeApp(place);
+  scene::link(app, place);
+  ASSERT_TRUE(child::makeReadOnly("/Volumes/Y9"));
+  const auto before = scene::tree("/Volumes/Y9"), applications = scene::tree("/Applications");
+  for (const std::vector<std::string>& command :
+       {std::vector<std::string>{"move", "back", "Foo"}, {"move", "restore", app}}) {
+    const auto run = scene::quarn(command);
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.out, "");
+    EXPECT_TRUE(run.err.starts_with("error\t")) << run.err;
+    EXPECT_EQ(scene::tree("/Volumes/Y9"), before);
+    EXPECT_EQ(scene::tree("/Applications"), applications);
+  }
+}
+
+/// Something wrote to the drive after it was pulled out, so its name is taken when it comes back.
+TEST(DriveUnderAnotherName, isNotTakenForTheFolderThatHasItsName) {
+  if (!scene::hasMounts()) GTEST_SKIP() << "needs real mounts";
+  scene::makeApp(moved);
+  scene::link(app, moved);
+  scene::makeApp("/Applications/New.app", {.identifier = "com.example.new"});
+  scene::writeBytes("/Users/me/Movies/a.mov", 3000);
+  Drive drive;
+  Drive::pull(true);
+  Drive::plugAt("/Volumes/X9 1");
+  const auto applications = scene::tree("/Applications"), volumes = scene::tree("/Volumes"),
+             movies = scene::tree("/Users/me/Movies");
+  const std::pair<std::vector<std::string>, std::string> rows[] = {
+      {{"move", "back", "Foo"}, "No such item: " + app},
+      {{"move", "restore", app}, "Source path no longer exists."},
+      {{"move", "one", "com.example.new", "--target-drive", "X9", "--yes"},
+       "Target drive not found: X9. Run `move drives` to list mounts."},
+      {{"move", "next", "--target-drive", "/Volumes/X9", "--yes"},
+       "Target drive not found: /Volumes/X9. Run `move drives` to list mounts."},
+      {{"move", "all", "--target-drive", "/Volumes/X9", "--yes"},
+       "Target drive not found: /Volumes/X9. Run `move drives` to list mounts."},
+      {{"move", "path", "--source", "/Users/me/Movies", "--destination", "/Volumes/X9/Movies", "--yes"},
+       "No drive is mounted there: /Volumes/X9/Movies"},
+  };
+  for (const auto& [command, message] : rows) {
+    EXPECT_EQ(expected::shown(scene::quarn(command)), expected::failed(message));
+    EXPECT_EQ(scene::tree("/Applications"), applications);
+    EXPECT_EQ(scene::tree("/Volumes"), volumes);
+    EXPECT_EQ(scene::tree("/Users/me/Movies"), movies);
+  }
+  EXPECT_EQ(scene::quarn({"move", "one", "com.example.new", "--yes"}).status, 0);
+  EXPECT_EQ(scene::target("/Applications/New.app"), "/Volumes/X9 1/ExternalQuarn/Apps/New.app");
+}
+
+}  // namespace
