@@ -62,7 +62,7 @@ void oneMove() {
     bench::timed({"rm", "-rf", "/Applications/Big.app", "/Volumes/X9/ExternalQuarn", "/Volumes/X9/Big.app"});
     bench::timed({"cp", "-a", prepared, "/Applications/Big.app"});
   };
-  print({"`move one`, 50,000 files", "`cp -a; rm -rf`", 1.2},
+  print({"`move one`, 50,000 files", "`cp -a; rm -rf`", 1.15},
         bench::compete(
             {{"quarn", "move", "one", "/Applications/Big.app", "--yes"},
              {"sh", "-c", "cp -a /Applications/Big.app /Volumes/X9/Big.app && rm -rf /Applications/Big.app"},

@@ -212,6 +212,28 @@ after_killed_leaving_the_drive() {
   expect_moved
 }
 
+# The tool that counts the entries stands for a program that writes to the copy on the drive meanwhile.
+scene_changed_meanwhile() {
+  furnished
+  find "$app" -type f -exec touch -d 2020-01-01 {} +
+  on_drive
+  cp "$(command -v find)" /tmp/find
+  rm /usr/bin/find
+  # shellcheck disable=SC2016  # for the script that is written
+  printf '#!/bin/sh\ncase $* in *"%s"*) echo sound >"%s/Contents/autosave" ;; esac\nexec /tmp/find "$@"\n' \
+    "$copy" "$copy" >/usr/bin/find
+  chmod 755 /usr/bin/find
+}
+then_quit_the_writer() {
+  expect_link "$app" "$copy"
+  cp /tmp/find /usr/bin/find
+}
+after_changed_meanwhile() {
+  [ "$(cat "$app/Contents/autosave")" = sound ] || fail "what was written meanwhile didn't come home"
+  rm "$app/Contents/autosave"
+  expect_home
+}
+
 # Sockets are made by programs alone; this one only makes it.
 make_socket() { perl -MSocket -e 'socket(S, PF_UNIX, SOCK_STREAM, 0) && bind(S, sockaddr_un($ARGV[0])) or die $!' "$1"; }
 
