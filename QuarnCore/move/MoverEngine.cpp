@@ -48,19 +48,22 @@ void checkSpace(Platform& platform, std::int64_t needed, const Path& folder) {
 
 /// The drive must hold the copy before the source goes, and not only the system's memory of it. Comes before
 /// the comparison, which then sees what has changed in the meantime: this can take minutes.
-void flushToDrive(Platform& platform, const Path& destination, const Claim& claim) {
+/// That the copy is missing is for the comparison to tell, so a failure is only given back then.
+Result<void> flushToDrive(Platform& platform, const Path& destination, const Claim& claim) {
   const auto flushed = platform.files.flush(destination);
-  // That the copy is missing is for the comparison to tell.
   if (!flushed && platform.files.exists(destination))
     giveUp(platform, claim, MoverError::verifyFailed(flushed.error().description));
+  return flushed;
 }
 
 /// The last look before the removal. What would stand in its way is found while the source is whole, and
 /// given back.
 std::optional<PlatformError> verify(Platform& platform, const Path& source, const Path& destination,
                                     const Claim& claim, const ChosenVolume& volume) {
+  const auto flushed = flushToDrive(platform, destination, claim);
   auto findings = MoveVerifier::beforeRemoval(platform, source, destination);
   if (findings.difference) giveUp(platform, claim, MoverError::verifyFailed(*findings.difference));
+  if (!flushed) giveUp(platform, claim, MoverError::verifyFailed(flushed.error().description));
   if (!volume.holds(platform, destination))
     giveUp(platform, claim, MoverError::copyFailed("the drive was pulled out meanwhile"));
   return std::move(findings.obstacle);
@@ -131,7 +134,6 @@ void moveAndLink(Platform& platform, const Path& source, const Path& destination
 
   const Claim claim = FileCopier::copy(platform, source, destination, needed, progress);
   status({.stage = JobStatus::Stage::verifying, .progress = 0, .message = {}});
-  flushToDrive(platform, destination, claim);
   const auto obstacle = verify(platform, source, destination, claim, volume);
   status({.stage = JobStatus::Stage::linking, .progress = 0, .message = {}});
   removeSource(platform, source, claim, obstacle);
