@@ -7,11 +7,6 @@
 namespace quarn {
 namespace {
 
-bool isAtOrInByText(const Path& item, const Path& folder) {
-  if (Text::equal(item.text(), folder.text())) return true;
-  return Text::hasPrefix(item.text(), folder.text() == "/" ? "/" : folder.text() + "/");
-}
-
 /// The path itself or the nearest folder around it that exists.
 Path nearestThatExists(const FileSystem& files, const Path& path) {
   Path current = path;
@@ -28,6 +23,11 @@ std::vector<FileIdentity> identitiesUpFrom(const FileSystem& files, const Path& 
 }
 
 }  // namespace
+
+bool isAtOrInByText(const Path& item, const Path& folder) {
+  if (Text::equal(item.text(), folder.text())) return true;
+  return Text::hasPrefix(item.text(), folder.text() == "/" ? "/" : folder.text() + "/");
+}
 
 bool Sighting::isAtOrIn(const Sighting& folder) const {
   if (isAtOrInByText(spelled, folder.spelled) || isAtOrInByText(leadsTo, folder.leadsTo)) return true;

@@ -16,10 +16,13 @@ struct Sighting {
   /// Of what it leads to, if that exists, then of each folder around it that exists.
   std::vector<FileIdentity> identities;
 
-  /// It is `folder` or lies anywhere in it. In texts letter case counts, and canonically equivalent
-  /// spellings are one.
+  /// It is `folder` or lies anywhere in it, by any of what tells where it is.
   bool isAtOrIn(const Sighting& folder) const;
 };
+
+/// By the texts alone: it is `folder` or lies anywhere in it. Letter case counts, canonically equivalent
+/// spellings are one.
+bool isAtOrInByText(const Path& item, const Path& folder);
 
 /// Only looks; never throws.
 Sighting sight(const FileSystem& files, const Path& item);

@@ -13,11 +13,6 @@ std::vector<Path> all(Platform& platform) {
   return platform.volumes.mountPoints().valueOr({});
 }
 
-bool isAtOrIn(const Path& place, const Path& folder) {
-  return Text::equal(place.text(), folder.text()) ||
-         Text::hasPrefix(place.text(), folder.text() == "/" ? "/" : folder.text() + "/");
-}
-
 }  // namespace
 
 bool contains(Platform& platform, const Path& place) {
@@ -31,7 +26,7 @@ Path holding(Platform& platform, const Path& place) {
   const Path resolved = sight(platform.files, place).leadsTo;
   Path innermost("/");
   for (const Path& mountPoint : all(platform)) {
-    if (isAtOrIn(resolved, mountPoint) && mountPoint.text().size() >= innermost.text().size())
+    if (isAtOrInByText(resolved, mountPoint) && mountPoint.text().size() >= innermost.text().size())
       innermost = mountPoint;
   }
   return innermost;
@@ -45,7 +40,7 @@ void refuseInside(Platform& platform, const Path& item) {
   for (const Path& mountPoint : *mountPoints) {
     if (Text::equal(mountPoint.text(), place.text()))
       throw MoveRefused(item.lastComponent() + " is a volume of its own: " + mountPoint.text());
-    if (isAtOrIn(mountPoint, place))
+    if (isAtOrInByText(mountPoint, place))
       throw MoveRefused("A volume is mounted inside " + item.lastComponent() + ": " + mountPoint.text() +
                         ". Eject it first.");
   }
