@@ -3,12 +3,6 @@
 namespace scene {
 namespace {
 
-/// To a pipe, or to where the output of a traced program goes. UndefinedBehaviorSanitizer tries by a
-/// write to a pipe whether memory can be read.
-bool writesNoFile(const Call& call) {
-  return call.name == "write" && (!call.paths[0].starts_with("/") || TracedProgram::isOutput(call.paths[0]));
-}
-
 int errorOf(const CallStop& stop) {
   return stop.exit.is_error ? static_cast<int>(-stop.exit.rval) : 0;
 }

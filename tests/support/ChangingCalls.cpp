@@ -109,6 +109,10 @@ std::optional<Call> callEntered(const TracedProgram& program, const CallStop& st
   return Call{shape->second.name, paths(program, stop, shape->second)};
 }
 
+bool writesNoFile(const Call& call) {
+  return call.name == "write" && (!call.paths[0].starts_with("/") || TracedProgram::isOutput(call.paths[0]));
+}
+
 bool changesTree(const Call& call) {
   static const std::set<std::string> others = {"write", "fsync", "fdatasync", "syncfs", "sync", "start"};
   return !others.contains(call.name);

@@ -19,6 +19,9 @@ struct Call {
 
 /// The call that a child has entered, if it is one of those.
 std::optional<Call> callEntered(const TracedProgram& program, const CallStop& stop);
+/// A write to a pipe, or to where the output of a traced program goes. UndefinedBehaviorSanitizer tries by a
+/// write to a pipe whether memory can be read.
+bool writesNoFile(const Call& call);
 /// Whether a crash right before the call would leave another state than one right after it: not for a
 /// call that writes out, fills a file or starts a tool.
 bool changesTree(const Call& call);

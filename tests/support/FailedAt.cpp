@@ -12,7 +12,7 @@ constexpr int mostCalls = 200'000;
 std::optional<std::string> entered(const TracedProgram& program, const CallStop& stop, CallKind kind) {
   if (kind == CallKind::looking) return lookEntered(program, stop);
   const auto call = callEntered(program, stop);
-  if (!call || (call->name == "write" && TracedProgram::isOutput(call->paths[0]))) return std::nullopt;
+  if (!call || writesNoFile(*call)) return std::nullopt;
   return call->text();
 }
 
