@@ -16,6 +16,7 @@ skip() {
 [ "$(id -u)" -eq 0 ] || skip "only root mounts disk images"
 command -v mkfs.ext4 >/dev/null 2>&1 || skip "there is no mkfs.ext4"
 if [ "${POWER_CUT_INSIDE:-}" != yes ]; then
+  unshare --mount --propagation private true 2>/dev/null || skip "a mount namespace can't be made here"
   rm -rf "$work"
   POWER_CUT_INSIDE=yes exec unshare --mount --propagation private "$0" "$@"
 fi
