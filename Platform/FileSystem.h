@@ -14,7 +14,7 @@ namespace quarn {
 
 enum class FileKind {
   regular,
-  directory,
+  folder,
   symbolicLink,
   socket,
   blockDevice,
@@ -88,7 +88,7 @@ class FileSystem {
   /// Follows links: a dangling link, an empty path or a parent that can't be searched give false.
   virtual bool exists(const Path& path) const = 0;
   /// Follows links: a link to a folder is one.
-  virtual bool isDirectory(const Path& path) const = 0;
+  virtual bool isFolder(const Path& path) const = 0;
   /// The item itself. Missing: `fileReadNoSuchFile`.
   virtual Result<FileAttributes> attributes(const Path& path) const = 0;
   /// The item itself is a link, dangling or not.
@@ -97,7 +97,7 @@ class FileSystem {
     return found && found->kind == FileKind::symbolicLink;
   }
   /// The stored text of a link. Not a link: `fileReadUnknown`. Missing: `fileReadNoSuchFile`.
-  virtual Result<std::string> readLink(const Path& path) const = 0;
+  virtual Result<std::string> readSymbolicLink(const Path& path) const = 0;
   /// Every link of the path resolved, each name as the disk spells it, of several ways to one item the
   /// customary one; the path unresolved if any component is missing. Standardized.
   virtual Path resolvingLinks(const Path& path) const = 0;
@@ -125,7 +125,7 @@ class FileSystem {
   /// that stands there gives `fileWriteFileExists`.
   virtual Result<void> createFolder(const Path& folder) = 0;
   /// `target` is stored as it is. Anything at `link`, a dangling link too: `fileWriteFileExists`.
-  virtual Result<void> createLink(const Path& link, const std::string& target) = 0;
+  virtual Result<void> createSymbolicLink(const Path& link, const std::string& target) = 0;
   /// Makes an empty folder or an empty file, for its owner alone, where nothing stands; so of several
   /// programs that want one place, only one gets it. Anything there, a dangling link too:
   /// `fileWriteFileExists`.
@@ -136,7 +136,7 @@ class FileSystem {
   virtual Result<void> remove(const Path& item) = 0;
   /// Removes a link, dangling or not, and nothing else: anything else stays, and a folder that took the
   /// link's place a moment ago stays too. Not a link: `fileWriteUnknown`.
-  virtual Result<void> removeLink(const Path& link) = 0;
+  virtual Result<void> removeSymbolicLink(const Path& link) = 0;
   /// Gives an item another place on its volume, a link as a link. True if it was done; false, with nothing
   /// changed, if the destination lies on another volume. Anything at `destination`, a dangling link too:
   /// `fileWriteFileExists`.

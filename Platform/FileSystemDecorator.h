@@ -10,9 +10,11 @@ class FileSystemDecorator : public FileSystem {
   explicit FileSystemDecorator(FileSystem& inner) : inner_(inner) {}
 
   bool exists(const Path& path) const override { return inner_.exists(path); }
-  bool isDirectory(const Path& path) const override { return inner_.isDirectory(path); }
+  bool isFolder(const Path& path) const override { return inner_.isFolder(path); }
   Result<FileAttributes> attributes(const Path& path) const override { return inner_.attributes(path); }
-  Result<std::string> readLink(const Path& path) const override { return inner_.readLink(path); }
+  Result<std::string> readSymbolicLink(const Path& path) const override {
+    return inner_.readSymbolicLink(path);
+  }
   Path resolvingLinks(const Path& path) const override { return inner_.resolvingLinks(path); }
   Path standardized(const Path& path) const override { return inner_.standardized(path); }
   Result<std::vector<std::string>> list(const Path& folder, Hidden hidden) const override {
@@ -27,14 +29,14 @@ class FileSystemDecorator : public FileSystem {
   }
 
   Result<void> createFolder(const Path& folder) override { return inner_.createFolder(folder); }
-  Result<void> createLink(const Path& link, const std::string& target) override {
-    return inner_.createLink(link, target);
+  Result<void> createSymbolicLink(const Path& link, const std::string& target) override {
+    return inner_.createSymbolicLink(link, target);
   }
   Result<void> claim(const Path& place, FileKind folderOrRegular) override {
     return inner_.claim(place, folderOrRegular);
   }
   Result<void> remove(const Path& item) override { return inner_.remove(item); }
-  Result<void> removeLink(const Path& link) override { return inner_.removeLink(link); }
+  Result<void> removeSymbolicLink(const Path& link) override { return inner_.removeSymbolicLink(link); }
   Result<bool> rename(const Path& source, const Path& destination) override {
     return inner_.rename(source, destination);
   }

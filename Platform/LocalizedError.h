@@ -5,14 +5,15 @@
 
 namespace quarn {
 
-/// The one base of everything that is thrown: an error that can tell a person what went wrong.
-/// It is caught in one place, the entry, which prints `localizedDescription`.
+/// The one base of what this program throws: an error that can tell a person what went wrong. (The TOML
+/// reader, which knows nothing of this program, throws its own.)
 class LocalizedError : public std::exception {
  public:
   /// The sentence shown to a person; never empty, no line feed at the end.
-  virtual std::string localizedDescription() const = 0;
+  virtual const std::string& localizedDescription() const noexcept = 0;
 
-  const char* what() const noexcept override { return "quarn::LocalizedError"; }
+  /// The same sentence, for whoever catches a `std::exception`.
+  const char* what() const noexcept final { return localizedDescription().c_str(); }
 };
 
 }  // namespace quarn

@@ -13,7 +13,7 @@ class PlatformError : public LocalizedError {
   PlatformError(std::string errorDomain, int errorCode, std::string sentence)
       : domain(std::move(errorDomain)), code(errorCode), description(std::move(sentence)) {}
 
-  std::string localizedDescription() const override { return description; }
+  const std::string& localizedDescription() const noexcept override { return description; }
 
   std::string domain;
   int code;

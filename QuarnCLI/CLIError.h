@@ -9,7 +9,7 @@ namespace quarn {
 /// The front end's error: wrong usage, or a refusal of its own.
 struct CLIError : LocalizedError {
   explicit CLIError(std::string text) : message(std::move(text)) {}
-  std::string localizedDescription() const override { return message; }
+  const std::string& localizedDescription() const noexcept override { return message; }
 
   std::string message;
 };

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "Platform/HostPlatform.h"
 #include "QuarnCore/discovery/RunningAppsDetector.h"
 #include "QuarnCore/foundation/SizeCalculator.h"
 #include "QuarnCore/foundation/SizingService.h"

@@ -1,4 +1,5 @@
-#include "Platform/Platform.h"
+#include "Platform/HostPlatform.h"
+
 #include "Platform/linux/LinuxApplications.h"
 #include "Platform/linux/LinuxFileSystem.h"
 #include "Platform/linux/LinuxPlaces.h"
@@ -6,6 +7,7 @@
 #include "Platform/linux/LinuxVolumes.h"
 #include "Platform/posix/FolderLocks.h"
 #include "Platform/posix/PosixProcesses.h"
+#include "Platform/posix/SQLiteDatabases.h"
 #include "Platform/posix/StandardStreams.h"
 #include "Platform/posix/SystemClock.h"
 
@@ -23,7 +25,8 @@ struct Host {
   LinuxTrash trash{places};
   SystemClock clock;
   FolderLocks locks;
-  Platform platform{files, processes, volumes, applications, trash, clock, places, locks};
+  SQLiteDatabases databases;
+  Platform platform{files, processes, volumes, applications, trash, clock, places, locks, databases};
 };
 
 }  // namespace

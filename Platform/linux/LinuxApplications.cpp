@@ -8,8 +8,8 @@
 #include <thread>
 
 #include "Platform/posix/BundleOfExecutable.h"
-#include "Platform/posix/DirectoryReader.h"
 #include "Platform/posix/FileReader.h"
+#include "Platform/posix/FolderReader.h"
 #include "Platform/posix/LinkText.h"
 
 namespace quarn {
@@ -59,7 +59,7 @@ std::vector<RunningApplication> LinuxApplications::running() const {
   std::vector<RunningApplication> applications;
   const Descriptor table = openTable();
   if (!table.isOpen()) return applications;
-  DirectoryReader reader;
+  FolderReader reader;
   reader.begin(table.number());
   while (const auto entry = reader.next()) {
     const auto process = identifier(entry->name);

@@ -1,4 +1,5 @@
-#include "Platform/Platform.h"
+#include "Platform/HostPlatform.h"
+
 #include "Platform/macos/MacApplications.h"
 #include "Platform/macos/MacFileSystem.h"
 #include "Platform/macos/MacPlaces.h"
@@ -6,6 +7,7 @@
 #include "Platform/macos/MacVolumes.h"
 #include "Platform/posix/FolderLocks.h"
 #include "Platform/posix/PosixProcesses.h"
+#include "Platform/posix/SQLiteDatabases.h"
 #include "Platform/posix/StandardStreams.h"
 #include "Platform/posix/SystemClock.h"
 
@@ -23,7 +25,8 @@ struct Host {
   MacTrash trash;
   SystemClock clock;
   FolderLocks locks;
-  Platform platform{files, processes, volumes, applications, trash, clock, places, locks};
+  SQLiteDatabases databases;
+  Platform platform{files, processes, volumes, applications, trash, clock, places, locks, databases};
 };
 
 }  // namespace

@@ -9,7 +9,7 @@ std::optional<FileKind> entryKind(unsigned char type) {
     case DT_REG:
       return FileKind::regular;
     case DT_DIR:
-      return FileKind::directory;
+      return FileKind::folder;
     case DT_LNK:
       return FileKind::symbolicLink;
     case DT_SOCK:

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "Platform/posix/DirectoryReader.h"
+#include "Platform/posix/FolderReader.h"
 #include "Platform/posix/PathAt.h"
 
 namespace quarn {
@@ -54,7 +54,7 @@ void removeLeftoverFiles(const Path& folder) {
   const Descriptor opened(::openat(at.folder(), at.name(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   if (!opened.isOpen()) return;
   std::vector<std::string> leftovers;
-  DirectoryReader reader;
+  FolderReader reader;
   reader.begin(opened.number());
   while (const auto entry = reader.next()) {
     const auto writer = entry->kind == FileKind::regular ? writerOf(entry->name) : std::nullopt;

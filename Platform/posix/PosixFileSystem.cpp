@@ -6,10 +6,10 @@
 
 #include "Platform/CocoaError.h"
 #include "Platform/posix/AtomicWrite.h"
-#include "Platform/posix/DirectoryReader.h"
 #include "Platform/posix/ExclusiveRename.h"
 #include "Platform/posix/FileReader.h"
 #include "Platform/posix/FolderMaker.h"
+#include "Platform/posix/FolderReader.h"
 #include "Platform/posix/HiddenFlag.h"
 #include "Platform/posix/ItemAttributes.h"
 #include "Platform/posix/LinkText.h"
@@ -34,7 +34,7 @@ bool follow(const Path& path, struct stat& status) {
 /// 0, or the number of the failure.
 int makeEmpty(const PathAt& place, FileKind folderOrRegular) {
   if (place.error()) return place.error();
-  if (folderOrRegular == FileKind::directory)
+  if (folderOrRegular == FileKind::folder)
     return ::mkdirat(place.folder(), place.name(), 0700) == 0 ? 0 : errno;
   const Descriptor made(
       ::openat(place.folder(), place.name(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
@@ -57,7 +57,7 @@ bool PosixFileSystem::exists(const Path& path) const {
   return follow(path, status);
 }
 
-bool PosixFileSystem::isDirectory(const Path& path) const {
+bool PosixFileSystem::isFolder(const Path& path) const {
   struct stat status;
   return follow(path, status) && S_ISDIR(status.st_mode);
 }
@@ -69,7 +69,7 @@ Result<FileAttributes> PosixFileSystem::attributes(const Path& path) const {
   return CocoaError::fromErrno(Operation::readFile, errno, path);
 }
 
-Result<std::string> PosixFileSystem::readLink(const Path& path) const {
+Result<std::string> PosixFileSystem::readSymbolicLink(const Path& path) const {
   const PathAt at(path);
   if (at.error()) return CocoaError::fromErrno(Operation::readFile, at.error(), path);
   if (auto text = linkText(at.folder(), at.name())) return *std::move(text);
@@ -82,7 +82,7 @@ Result<std::vector<std::string>> PosixFileSystem::list(const Path& folder, Hidde
       at.error() ? -1 : ::openat(at.folder(), at.name(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
   if (!opened.isOpen())
     return CocoaError::fromErrno(Operation::listFolder, at.error() ? at.error() : errno, folder);
-  DirectoryReader reader;
+  FolderReader reader;
   reader.begin(opened.number());
   std::vector<std::string> names;
   while (const auto entry = reader.next()) {
@@ -113,7 +113,7 @@ Result<void> PosixFileSystem::createFolder(const Path& folder) {
   return makeFolder(folder);
 }
 
-Result<void> PosixFileSystem::createLink(const Path& link, const std::string& target) {
+Result<void> PosixFileSystem::createSymbolicLink(const Path& link, const std::string& target) {
   const PathAt at(link);
   if (at.error()) return writeError(Operation::save, at.error(), link);
   if (::symlinkat(target.c_str(), at.folder(), at.name()) == 0) return {};
@@ -132,7 +132,7 @@ Result<void> PosixFileSystem::remove(const Path& item) {
   return CocoaError::fromErrno(Operation::remove, error, item);
 }
 
-Result<void> PosixFileSystem::removeLink(const Path& link) {
+Result<void> PosixFileSystem::removeSymbolicLink(const Path& link) {
   const int error = unlinkLink(PathAt(link));
   if (error == 0) return {};
   return CocoaError::fromErrno(Operation::remove, error, link);

@@ -9,19 +9,19 @@ namespace quarn {
 class PosixFileSystem : public FileSystem {
  public:
   bool exists(const Path& path) const override;
-  bool isDirectory(const Path& path) const override;
+  bool isFolder(const Path& path) const override;
   Result<FileAttributes> attributes(const Path& path) const override;
-  Result<std::string> readLink(const Path& path) const override;
+  Result<std::string> readSymbolicLink(const Path& path) const override;
   Result<std::vector<std::string>> list(const Path& folder, Hidden hidden) const override;
   void walk(const Path& root, Hidden hidden, WalkVisitor& visitor) const override;
   Result<std::string> read(const Path& file) const override;
   std::optional<PlatformError> obstacleToRemoval(const Path& item) const override;
 
   Result<void> createFolder(const Path& folder) override;
-  Result<void> createLink(const Path& link, const std::string& target) override;
+  Result<void> createSymbolicLink(const Path& link, const std::string& target) override;
   Result<void> claim(const Path& place, FileKind folderOrRegular) override;
   Result<void> remove(const Path& item) override;
-  Result<void> removeLink(const Path& link) override;
+  Result<void> removeSymbolicLink(const Path& link) override;
   Result<bool> rename(const Path& source, const Path& destination) override;
   Result<void> copy(const Path& source, const Path& destination) override;
   Result<void> copyAttributes(const Path& source, const Path& destination) override;

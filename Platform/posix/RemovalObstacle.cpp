@@ -5,7 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "Platform/posix/DirectoryReader.h"
+#include "Platform/posix/FolderReader.h"
 #include "Platform/posix/PathAt.h"
 #include "Platform/posix/RemovalFacts.h"
 #include "Platform/posix/SearchOnly.h"
@@ -26,7 +26,7 @@ bool isKeptBySticky(int folder, const RemovalFacts& facts) {
 bool isEmpty(int folder, const char* name) {
   const Descriptor opened(::openat(folder, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
   if (!opened.isOpen()) return false;
-  DirectoryReader reader;
+  FolderReader reader;
   reader.begin(opened.number());
   return !reader.next() && reader.error() == 0;
 }

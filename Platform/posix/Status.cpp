@@ -7,7 +7,7 @@ FileKind kindFrom(mode_t mode) {
     case S_IFREG:
       return FileKind::regular;
     case S_IFDIR:
-      return FileKind::directory;
+      return FileKind::folder;
     case S_IFLNK:
       return FileKind::symbolicLink;
     case S_IFSOCK:
@@ -24,7 +24,7 @@ FileKind kindFrom(mode_t mode) {
 FileAttributes attributesFrom(const struct stat& status) {
   FileAttributes attributes;
   attributes.kind = kindFrom(status.st_mode);
-  if (attributes.kind != FileKind::directory) attributes.size = status.st_size;
+  if (attributes.kind != FileKind::folder) attributes.size = status.st_size;
   attributes.blockBytes = static_cast<std::int64_t>(status.st_blocks) * 512;
   attributes.totalAllocatedSize = attributes.blockBytes;
   attributes.allocatedSize = attributes.blockBytes;

@@ -48,8 +48,8 @@ class Copy : public TreeWork {
  public:
   Copy(dev_t device, Descriptor root) : device_(device), copy_(std::move(root)) {}
 
-  Next entry(const FolderStack& at, const DirectoryReader::Entry& entry) override {
-    if (entry.kind == FileKind::directory) return Next::enter;
+  Next entry(const FolderStack& at, const FolderReader::Entry& entry) override {
+    if (entry.kind == FileKind::folder) return Next::enter;
     struct stat status;
     if (::fstatat(at.folder(), entry.name, &status, AT_SYMLINK_NOFOLLOW) != 0)
       error_ = errno;

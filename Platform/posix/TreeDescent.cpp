@@ -83,7 +83,7 @@ class Descent {
   FolderStack stack_;
   TreeWork& work_;
   PendingFolders pending_;
-  DirectoryReader reader_;
+  FolderReader reader_;
   std::string name_;
 };
 

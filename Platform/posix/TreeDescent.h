@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/posix/DirectoryReader.h"
+#include "Platform/posix/FolderReader.h"
 #include "Platform/posix/FolderStack.h"
 
 namespace quarn {
@@ -16,7 +16,7 @@ class TreeWork {
 
   virtual ~TreeWork() = default;
   /// An entry of the innermost folder of `at`.
-  virtual Next entry(const FolderStack& at, const DirectoryReader::Entry& entry) = 0;
+  virtual Next entry(const FolderStack& at, const FolderReader::Entry& entry) = 0;
   /// The innermost folder of `at` has been opened; not called for the root. False stops.
   virtual bool entered(const FolderStack&) { return true; }
   /// Everything in the innermost folder is done; called while it is still open, not for the root.

@@ -23,9 +23,9 @@ class Removal : public TreeWork {
  public:
   Removal(dev_t device, Item item) : device_(device), item_(item) {}
 
-  Next entry(const FolderStack& at, const DirectoryReader::Entry& entry) override {
+  Next entry(const FolderStack& at, const FolderReader::Entry& entry) override {
     if (item_ == Item::ourCopy) unlockCopy(at.folder(), entry.name);
-    if (entry.kind == FileKind::directory) return Next::enter;
+    if (entry.kind == FileKind::folder) return Next::enter;
     if (::unlinkat(at.folder(), entry.name, 0) == 0) return Next::goOn;
     // Another program removed it, or it belonged to a file removed before: a Mac keeps the attributes of
     // `name` in `._name` where a volume has no place for them, and removes both together.

@@ -39,7 +39,7 @@ class Walk : public TreeWork, private WalkItem {
   Walk(const Path& root, Hidden hidden, WalkVisitor& visitor)
       : root_(root), hidden_(hidden), visitor_(visitor) {}
 
-  Next entry(const FolderStack& at, const DirectoryReader::Entry& entry) override {
+  Next entry(const FolderStack& at, const FolderReader::Entry& entry) override {
     if (isLeftOut(hidden_, at.folder(), entry.name)) return Next::goOn;
     folder_ = at.folder();
     folderPath_ = at.path();
@@ -54,7 +54,7 @@ class Walk : public TreeWork, private WalkItem {
       case WalkStep::proceed:
         break;
     }
-    return kind_ == FileKind::directory ? Next::enter : Next::goOn;
+    return kind_ == FileKind::folder ? Next::enter : Next::goOn;
   }
 
   bool failed(const FolderStack& at, std::string_view name, int errnoValue) override {

@@ -1,6 +1,6 @@
 #include <exception>
 
-#include "Platform/LocalizedError.h"
+#include "Platform/HostPlatform.h"
 #include "QuarnCLI/Console.h"
 #include "QuarnCLI/QuarnCLI.h"
 
@@ -20,10 +20,8 @@ ExitStatus run() {
     const ExitStatus status = cli.run(quarn::hostPlatform());
     // A report that was cut must not pass for a whole one, nor a run for one that found nothing to do.
     return quarn::Console::allWasWritten() ? status : failed("Standard output could not be written.");
-  } catch (const quarn::LocalizedError& error) {
-    return failed(error.localizedDescription());
   } catch (const std::exception& error) {
-    // The system had no memory or no thread left.
+    // A `LocalizedError`, or the system had no memory or no thread left.
     return failed(error.what());
   }
 }

@@ -14,7 +14,7 @@ bool isPlain(const AppEntry& entry) {
          !entry.isAlreadySymlinked;
 }
 
-std::vector<AppEntry> listedApps(Platform& platform, bool all) {
+std::vector<AppEntry> listedApps(const ReadOnlyPlatform& platform, bool all) {
   std::vector<AppEntry> apps;
   for (const AppEntry& entry : AppScanner::discoverMetadata(platform)) {
     if (all || isPlain(entry)) apps.push_back(AppScanner::computeSizes(platform, entry));

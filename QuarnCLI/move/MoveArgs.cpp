@@ -8,7 +8,7 @@
 namespace quarn::MoveArgs {
 namespace {
 
-DriveInfo driveNamed(Platform& platform, const std::string& wanted) {
+DriveInfo driveNamed(const ReadOnlyPlatform& platform, const std::string& wanted) {
   const std::string path = PathText::expandingTilde(platform.places, wanted);
   for (const DriveInfo& drive : DriveScanner::scan(platform)) {
     if (Text::equal(drive.mountPath.text(), path) || Text::equal(drive.name, wanted)) return drive;
@@ -16,7 +16,7 @@ DriveInfo driveNamed(Platform& platform, const std::string& wanted) {
   throw CLIError("Target drive not found: " + wanted + ". Run `move drives` to list mounts.");
 }
 
-DriveInfo firstExternalWritable(Platform& platform) {
+DriveInfo firstExternalWritable(const ReadOnlyPlatform& platform) {
   for (const DriveInfo& drive : DriveScanner::scan(platform)) {
     if (!drive.isInternal && drive.isWritable) return drive;
   }
@@ -33,7 +33,7 @@ bool includesData(const CLIArgs& args) {
   return !args.contains("--no-data");
 }
 
-DriveInfo resolveDrive(Platform& platform, const CLIArgs& args) {
+DriveInfo resolveDrive(const ReadOnlyPlatform& platform, const CLIArgs& args) {
   const auto wanted = value("target-drive", args);
   return wanted ? driveNamed(platform, *wanted) : firstExternalWritable(platform);
 }

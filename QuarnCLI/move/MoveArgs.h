@@ -17,6 +17,6 @@ bool includesData(const CLIArgs& args);
 
 /// The drive that "--target-drive" names by mount path or by name, whatever it is; without the flag
 /// the first external and writable one. Throws `CLIError` when there is none.
-DriveInfo resolveDrive(Platform& platform, const CLIArgs& args);
+DriveInfo resolveDrive(const ReadOnlyPlatform& platform, const CLIArgs& args);
 
 }  // namespace quarn::MoveArgs

@@ -10,14 +10,14 @@ namespace quarn::MoveBackCommand {
 namespace {
 
 /// A path as it is; a bare name means an application in the shared folder.
-Path resolveSymlinkURL(Platform& platform, const std::string& text) {
+Path resolveSymlinkURL(const ReadOnlyPlatform& platform, const std::string& text) {
   const std::string expanded = PathText::expandingTilde(platform.places, text);
   if (expanded.starts_with('/')) return Path(expanded);
   const std::string name = Text::hasSuffix(expanded, ".app") ? expanded : expanded + ".app";
   return Path("/Applications").appending(name);
 }
 
-void requireLink(Platform& platform, const Path& item) {
+void requireLink(const ReadOnlyPlatform& platform, const Path& item) {
   if (!platform.files.exists(item)) throw CLIError("No such item: " + item.text());
   if (platform.files.isSymbolicLink(item)) return;
   throw CLIError("Not a symlink: " + item.text() + " — already local, nothing to move back.");

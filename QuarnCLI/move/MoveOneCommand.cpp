@@ -17,7 +17,7 @@ bool isNamed(const AppEntry& entry, const std::string& selector) {
          (entry.bundleIdentifier && Text::equal(*entry.bundleIdentifier, selector));
 }
 
-AppEntry appNamed(Platform& platform, const std::string& selector) {
+AppEntry appNamed(const ReadOnlyPlatform& platform, const std::string& selector) {
   for (const AppEntry& entry : AppScanner::discoverMetadata(platform)) {
     if (isNamed(entry, selector)) return AppScanner::computeSizes(platform, entry);
   }

@@ -18,7 +18,7 @@ bool isMissing(const std::optional<std::string>& text) {
   return !text || text->empty();
 }
 
-Path givenPath(Platform& platform, const std::string& text) {
+Path givenPath(const ReadOnlyPlatform& platform, const std::string& text) {
   const std::string expanded = PathText::expandingTilde(platform.places, text);
   return platform.files.standardized(PathText::fileURL(platform.places, expanded));
 }
@@ -33,9 +33,9 @@ Pair givenPair(const Invocation& invocation) {
 }
 
 /// Nothing is wrong then, so that the command can be repeated safely.
-bool wasMovedAlready(Platform& platform, const Path& source) {
+bool wasMovedAlready(const ReadOnlyPlatform& platform, const Path& source) {
   if (!platform.files.isSymbolicLink(source)) return false;
-  const std::string target = platform.files.readLink(source).valueOr("unknown");
+  const std::string target = platform.files.readSymbolicLink(source).valueOr("unknown");
   Console::print("already symlink: " + source.text() + " -> " + target);
   return true;
 }

@@ -10,7 +10,7 @@
 namespace quarn::MovePlanCommand {
 
 ExitStatus run(const Invocation& invocation) {
-  Platform& platform = invocation.platform;
+  const ReadOnlyPlatform& platform = invocation.platform;
   const DriveInfo drive = MoveArgs::resolveDrive(platform, invocation.args);
   const auto apps = MoveSelection::eligibleApps(platform, invocation.args);
   const auto jobs = MovePlanner::buildAppJobs(platform, apps, drive, MoveArgs::includesData(invocation.args));

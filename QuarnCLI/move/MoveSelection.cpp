@@ -55,7 +55,7 @@ bool isRisky(const AppEntry& entry) {
 
 }  // namespace
 
-std::vector<AppEntry> eligibleApps(Platform& platform, const CLIArgs& args) {
+std::vector<AppEntry> eligibleApps(const ReadOnlyPlatform& platform, const CLIArgs& args) {
   const bool includesProtected = args.contains("--include-protected");
   const bool includesRisky = args.contains("--include-risky");
   const auto running = args.contains("--include-running") ? RunningAppsDetector::BundlePaths{}
@@ -71,7 +71,7 @@ std::vector<AppEntry> eligibleApps(Platform& platform, const CLIArgs& args) {
   return eligible;
 }
 
-bool isProtectedLiveTool(Platform& platform, const AppEntry& entry) {
+bool isProtectedLiveTool(const ReadOnlyPlatform& platform, const AppEntry& entry) {
   if (isOneOf(protectedNames, entry.bundlePath.lastComponent())) return true;
   if (entry.bundleIdentifier && isOneOf(protectedIdentifiers, *entry.bundleIdentifier)) return true;
   return std::any_of(liveToolWords.begin(), liveToolWords.end(), [&](std::string_view word) {

@@ -11,9 +11,9 @@ namespace quarn::MoveSelection {
 
 /// All applications but this tool itself and, unless a flag includes them, the protected, the risky and
 /// the running ones; by name, with sizes.
-std::vector<AppEntry> eligibleApps(Platform& platform, const CLIArgs& args);
+std::vector<AppEntry> eligibleApps(const ReadOnlyPlatform& platform, const CLIArgs& args);
 
 /// On the list of tools that people work in; or named after one of which some process runs.
-bool isProtectedLiveTool(Platform& platform, const AppEntry& entry);
+bool isProtectedLiveTool(const ReadOnlyPlatform& platform, const AppEntry& entry);
 
 }  // namespace quarn::MoveSelection

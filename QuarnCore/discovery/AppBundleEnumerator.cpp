@@ -9,9 +9,9 @@ Path targetOf(const Path& link, const std::string& target) {
 }
 
 /// A folder that is itself a link can't be listed by its own name, so its target is.
-std::vector<std::string> names(Platform& platform, const Path& folder) {
+std::vector<std::string> names(const ReadOnlyPlatform& platform, const Path& folder) {
   if (auto listed = platform.files.list(folder, Hidden::skipped)) return *std::move(listed);
-  const auto target = platform.files.readLink(folder);
+  const auto target = platform.files.readSymbolicLink(folder);
   if (!target) return {};
   const Path resolved = platform.files.resolvingLinks(targetOf(folder, *target));
   return platform.files.list(resolved, Hidden::skipped).valueOr({});
@@ -19,13 +19,14 @@ std::vector<std::string> names(Platform& platform, const Path& folder) {
 
 }  // namespace
 
-void walk(Platform& platform, const Path& root, int depth, int maxDepth, std::vector<Path>& bundles) {
+void walk(const ReadOnlyPlatform& platform, const Path& root, int depth, int maxDepth,
+          std::vector<Path>& bundles) {
   if (depth > maxDepth) return;
   for (const std::string& name : names(platform, root)) {
     const Path child = root.appending(name);
     if (child.extension() == "app") {
       bundles.push_back(child);
-    } else if (depth < maxDepth && platform.files.isDirectory(child)) {
+    } else if (depth < maxDepth && platform.files.isFolder(child)) {
       walk(platform, child, depth + 1, maxDepth, bundles);
     }
   }

@@ -5,12 +5,12 @@
 namespace quarn::AppBundleScanRoots {
 namespace {
 
-bool isFolderItself(Platform& platform, const Path& item) {
+bool isFolderItself(const ReadOnlyPlatform& platform, const Path& item) {
   const auto attributes = platform.files.attributes(item);
-  return attributes && attributes->kind == FileKind::directory;
+  return attributes && attributes->kind == FileKind::folder;
 }
 
-bool holdsBundle(Platform& platform, const Path& folder, int maxDepth) {
+bool holdsBundle(const ReadOnlyPlatform& platform, const Path& folder, int maxDepth) {
   std::vector<Path> bundles;
   AppBundleEnumerator::walk(platform, folder, 0, maxDepth, bundles);
   return !bundles.empty();
@@ -18,7 +18,7 @@ bool holdsBundle(Platform& platform, const Path& folder, int maxDepth) {
 
 }  // namespace
 
-std::vector<Path> standardApplicationRoots(Platform& platform, bool includeSystem) {
+std::vector<Path> standardApplicationRoots(const ReadOnlyPlatform& platform, bool includeSystem) {
   std::vector<Path> roots = {Path("/Applications")};
   if (includeSystem) {
     roots.emplace_back("/Applications/Utilities");
@@ -29,7 +29,7 @@ std::vector<Path> standardApplicationRoots(Platform& platform, bool includeSyste
   return roots;
 }
 
-std::vector<Path> supplementalApplicationSupportRoots(Platform& platform, int maxDepth) {
+std::vector<Path> supplementalApplicationSupportRoots(const ReadOnlyPlatform& platform, int maxDepth) {
   const Path support = platform.places.home().appending("Library/Application Support");
   std::vector<Path> roots;
   for (const std::string& name : platform.files.list(support, Hidden::skipped).valueOr({})) {

@@ -5,22 +5,22 @@ namespace {
 
 /// A folder that is a link counts by what it leads to. Most bundles have no such folder, so that is asked
 /// first.
-bool hasContents(Platform& platform, const Path& folder) {
-  if (!platform.files.isDirectory(folder)) return false;
+bool hasContents(const ReadOnlyPlatform& platform, const Path& folder) {
+  if (!platform.files.isFolder(folder)) return false;
   return !platform.files.list(platform.files.resolvingLinks(folder), Hidden::included).valueOr({}).empty();
 }
 
 }  // namespace
 
-bool isMacAppStore(Platform& platform, const Path& bundle) {
+bool isMacAppStore(const ReadOnlyPlatform& platform, const Path& bundle) {
   return platform.files.exists(bundle.appending("Contents/_MASReceipt/receipt"));
 }
 
-bool hasLoginItems(Platform& platform, const Path& bundle) {
+bool hasLoginItems(const ReadOnlyPlatform& platform, const Path& bundle) {
   return hasContents(platform, bundle.appending("Contents/Library/LoginItems"));
 }
 
-bool hasSystemExtension(Platform& platform, const Path& bundle) {
+bool hasSystemExtension(const ReadOnlyPlatform& platform, const Path& bundle) {
   const Path library = bundle.appending("Contents/Library");
   return hasContents(platform, library.appending("SystemExtensions")) ||
          hasContents(platform, library.appending("Extensions"));

@@ -6,8 +6,8 @@
 namespace quarn::AppFlags {
 
 /// It carries a store receipt.
-bool isMacAppStore(Platform& platform, const Path& bundle);
-bool hasLoginItems(Platform& platform, const Path& bundle);
-bool hasSystemExtension(Platform& platform, const Path& bundle);
+bool isMacAppStore(const ReadOnlyPlatform& platform, const Path& bundle);
+bool hasLoginItems(const ReadOnlyPlatform& platform, const Path& bundle);
+bool hasSystemExtension(const ReadOnlyPlatform& platform, const Path& bundle);
 
 }  // namespace quarn::AppFlags

@@ -23,12 +23,12 @@ std::string displayName(const InfoPlist::Texts& texts, const Path& bundle) {
   return bundle.nameWithoutExtension();
 }
 
-InfoPlist::Texts textsOf(Platform& platform, const Path& bundle) {
+InfoPlist::Texts textsOf(const ReadOnlyPlatform& platform, const Path& bundle) {
   return InfoPlist::read(platform, bundle).value_or(InfoPlist::Texts{});
 }
 
 /// `texts` are those of the application itself, which for a launcher is its target.
-AppEntry describe(Platform& platform, const ProtectedPlaces& places, const Path& bundle,
+AppEntry describe(const ReadOnlyPlatform& platform, const ProtectedPlaces& places, const Path& bundle,
                   const InfoPlist::Texts& texts, bool isLauncher) {
   AppEntry entry;
   entry.bundlePath = bundle;
@@ -46,7 +46,8 @@ AppEntry describe(Platform& platform, const ProtectedPlaces& places, const Path&
   return entry;
 }
 
-std::optional<AppEntry> entryOf(Platform& platform, const ProtectedPlaces& places, const Path& bundle) {
+std::optional<AppEntry> entryOf(const ReadOnlyPlatform& platform, const ProtectedPlaces& places,
+                                const Path& bundle) {
   const auto texts = textsOf(platform, bundle);
   if (!LauncherShim::isExternalAppLauncher(platform, bundle, texts)) {
     return describe(platform, places, bundle, texts, false);
@@ -57,7 +58,7 @@ std::optional<AppEntry> entryOf(Platform& platform, const ProtectedPlaces& place
 }
 
 /// By path, so that the order of the disk never shows in a list with equal names.
-std::map<std::string, AppEntry> entriesByPath(Platform& platform) {
+std::map<std::string, AppEntry> entriesByPath(const ReadOnlyPlatform& platform) {
   std::map<std::string, AppEntry> entries;
   const ProtectedPlaces places(platform);
   for (const Path& root : scanRoots(platform)) {
@@ -74,11 +75,11 @@ std::map<std::string, AppEntry> entriesByPath(Platform& platform) {
 
 }  // namespace
 
-std::vector<Path> scanRoots(Platform& platform) {
+std::vector<Path> scanRoots(const ReadOnlyPlatform& platform) {
   return AppBundleScanRoots::standardApplicationRoots(platform, false);
 }
 
-std::vector<AppEntry> discoverMetadata(Platform& platform) {
+std::vector<AppEntry> discoverMetadata(const ReadOnlyPlatform& platform) {
   std::vector<AppEntry> entries;
   for (auto& [path, entry] : entriesByPath(platform)) entries.push_back(std::move(entry));
   std::stable_sort(entries.begin(), entries.end(), [](const AppEntry& a, const AppEntry& b) {
@@ -87,11 +88,11 @@ std::vector<AppEntry> discoverMetadata(Platform& platform) {
   return entries;
 }
 
-std::optional<AppEntry> metadataEntry(Platform& platform, const Path& bundle) {
+std::optional<AppEntry> metadataEntry(const ReadOnlyPlatform& platform, const Path& bundle) {
   return entryOf(platform, ProtectedPlaces(platform), bundle);
 }
 
-AppEntry computeSizes(Platform& platform, const AppEntry& entry) {
+AppEntry computeSizes(const ReadOnlyPlatform& platform, const AppEntry& entry) {
   AppEntry sized = entry;
   sized.appSize = SizingService::measure(platform, entry.bundlePath);
   sized.dataPathSizes.clear();
@@ -103,11 +104,11 @@ AppEntry computeSizes(Platform& platform, const AppEntry& entry) {
   return sized;
 }
 
-std::optional<Path> launcherShimTarget(Platform& platform, const Path& bundle) {
+std::optional<Path> launcherShimTarget(const ReadOnlyPlatform& platform, const Path& bundle) {
   return LauncherShim::target(platform, bundle);
 }
 
-bool isSymbolicLinkOrInsideOne(Platform& platform, const Path& item) {
+bool isSymbolicLinkOrInsideOne(const ReadOnlyPlatform& platform, const Path& item) {
   const std::string root = platform.files.standardized(Path("/Applications")).text();
   Path current = platform.files.standardized(item);
   while (Text::hasPrefix(current.text(), root)) {

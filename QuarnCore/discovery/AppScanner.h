@@ -11,21 +11,21 @@
 /// passed over.
 namespace quarn::AppScanner {
 
-std::vector<Path> scanRoots(Platform& platform);
+std::vector<Path> scanRoots(const ReadOnlyPlatform& platform);
 
 /// Every application of the scan roots, sorted by name as a person's list is; without sizes.
-std::vector<AppEntry> discoverMetadata(Platform& platform);
+std::vector<AppEntry> discoverMetadata(const ReadOnlyPlatform& platform);
 
 /// Nothing for a launcher whose target is gone.
-std::optional<AppEntry> metadataEntry(Platform& platform, const Path& bundle);
+std::optional<AppEntry> metadataEntry(const ReadOnlyPlatform& platform, const Path& bundle);
 
 /// A copy with the sizes of the bundle and of each data path, links at the top resolved.
-AppEntry computeSizes(Platform& platform, const AppEntry& entry);
+AppEntry computeSizes(const ReadOnlyPlatform& platform, const AppEntry& entry);
 
 /// Where a launcher leads; nothing if the bundle is none or its target is gone.
-std::optional<Path> launcherShimTarget(Platform& platform, const Path& bundle);
+std::optional<Path> launcherShimTarget(const ReadOnlyPlatform& platform, const Path& bundle);
 
 /// Looks only below the shared applications folder; anything elsewhere is neither.
-bool isSymbolicLinkOrInsideOne(Platform& platform, const Path& item);
+bool isSymbolicLinkOrInsideOne(const ReadOnlyPlatform& platform, const Path& item);
 
 }  // namespace quarn::AppScanner

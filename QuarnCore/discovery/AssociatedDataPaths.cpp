@@ -32,7 +32,7 @@ std::vector<Path> curatedPaths(const AppIdentity& identity) {
 
 }  // namespace
 
-std::vector<Path> ExistingPaths::filter(Platform& platform, const std::vector<Path>& paths) {
+std::vector<Path> ExistingPaths::filter(const ReadOnlyPlatform& platform, const std::vector<Path>& paths) {
   std::vector<Path> existing;
   for (const Path& path : paths) {
     if (platform.files.exists(path)) existing.push_back(path);
@@ -40,7 +40,7 @@ std::vector<Path> ExistingPaths::filter(Platform& platform, const std::vector<Pa
   return existing;
 }
 
-std::vector<Path> AssociatedDataPaths::locate(Platform& platform, const AppIdentity& identity) {
+std::vector<Path> AssociatedDataPaths::locate(const ReadOnlyPlatform& platform, const AppIdentity& identity) {
   const Path home = platform.places.home();
   const bool isSupplemental = SupplementalInstall::matches(platform.places, identity.bundlePath);
   std::vector<Path> paths = libraryPaths(home, identity, isSupplemental);

@@ -9,12 +9,12 @@ namespace quarn {
 
 namespace ExistingPaths {
 /// The paths at which something exists (links followed), in their order.
-std::vector<Path> filter(Platform& platform, const std::vector<Path>& paths);
+std::vector<Path> filter(const ReadOnlyPlatform& platform, const std::vector<Path>& paths);
 }  // namespace ExistingPaths
 
 namespace AssociatedDataPaths {
 /// The data paths of an application that exist, by what is generally known of where data lies.
-std::vector<Path> locate(Platform& platform, const AppIdentity& identity);
+std::vector<Path> locate(const ReadOnlyPlatform& platform, const AppIdentity& identity);
 }  // namespace AssociatedDataPaths
 
 }  // namespace quarn

@@ -4,7 +4,7 @@
 
 namespace quarn::BundleIdentifierReader {
 
-std::optional<std::string> read(Platform& platform, const Path& bundle) {
+std::optional<std::string> read(const ReadOnlyPlatform& platform, const Path& bundle) {
   const auto info = BundleInfoPlistReader::read(platform, bundle);
   return info ? info->bundleIdentifier : std::nullopt;
 }

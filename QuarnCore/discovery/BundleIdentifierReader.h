@@ -8,6 +8,6 @@
 namespace quarn::BundleIdentifierReader {
 
 /// `CFBundleIdentifier` of a bundle, if it has one.
-std::optional<std::string> read(Platform& platform, const Path& bundle);
+std::optional<std::string> read(const ReadOnlyPlatform& platform, const Path& bundle);
 
 }  // namespace quarn::BundleIdentifierReader

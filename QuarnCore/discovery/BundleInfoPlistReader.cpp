@@ -4,7 +4,7 @@
 
 namespace quarn::BundleInfoPlistReader {
 
-std::optional<Info> read(Platform& platform, const Path& bundle) {
+std::optional<Info> read(const ReadOnlyPlatform& platform, const Path& bundle) {
   const auto texts = InfoPlist::read(platform, bundle);
   if (!texts) return std::nullopt;
   const auto shortVersion = InfoPlist::value(*texts, "CFBundleShortVersionString");

@@ -14,6 +14,6 @@ struct Info {
 };
 
 /// Nothing if the bundle has no readable `Contents/Info.plist`.
-std::optional<Info> read(Platform& platform, const Path& bundle);
+std::optional<Info> read(const ReadOnlyPlatform& platform, const Path& bundle);
 
 }  // namespace quarn::BundleInfoPlistReader

@@ -12,8 +12,8 @@ namespace {
 
 /// Without what is data of no application. What names a data path was written by others: a row of the ledger,
 /// or the property list of a bundle. What lies in a folder of this tool has been moved already.
-std::vector<Path> dataAmong(Platform& platform, const ProtectedPlaces& places, const std::vector<Path>& paths,
-                            const Path& bundlePath) {
+std::vector<Path> dataAmong(const ReadOnlyPlatform& platform, const ProtectedPlaces& places,
+                            const std::vector<Path>& paths, const Path& bundlePath) {
   if (paths.empty()) return {};
   const Sighting bundle = sight(platform.files, bundlePath);
   std::vector<Path> data;
@@ -25,7 +25,7 @@ std::vector<Path> dataAmong(Platform& platform, const ProtectedPlaces& places, c
   return data;
 }
 
-std::vector<Path> trackedDataPaths(Platform& platform, const AppIdentity& identity) {
+std::vector<Path> trackedDataPaths(const ReadOnlyPlatform& platform, const AppIdentity& identity) {
   const Path database = InstallsDB::defaultPath(platform.places);
   if (!InstallsDB::isAvailable(platform, database)) return {};
   const auto entry = identity.bundleIdentifier
@@ -39,7 +39,7 @@ std::vector<Path> trackedDataPaths(Platform& platform, const AppIdentity& identi
   return paths;
 }
 
-std::vector<Path> firstOfEach(Platform& platform, const std::vector<Path>& paths) {
+std::vector<Path> firstOfEach(const ReadOnlyPlatform& platform, const std::vector<Path>& paths) {
   std::set<std::string> seen;
   std::vector<Path> kept;
   for (const Path& path : paths) {
@@ -50,7 +50,8 @@ std::vector<Path> firstOfEach(Platform& platform, const std::vector<Path>& paths
 
 }  // namespace
 
-std::vector<Path> locate(Platform& platform, const ProtectedPlaces& places, const AppIdentity& identity) {
+std::vector<Path> locate(const ReadOnlyPlatform& platform, const ProtectedPlaces& places,
+                         const AppIdentity& identity) {
   const Path bundle(identity.bundlePath);
   const auto associated =
       dataAmong(platform, places, AssociatedDataPaths::locate(platform, identity), bundle);
@@ -60,7 +61,7 @@ std::vector<Path> locate(Platform& platform, const ProtectedPlaces& places, cons
   return firstOfEach(platform, paths);
 }
 
-std::vector<Path> locate(Platform& platform, const std::optional<std::string>& bundleId,
+std::vector<Path> locate(const ReadOnlyPlatform& platform, const std::optional<std::string>& bundleId,
                          const std::string& appName, const Path& bundlePath,
                          const std::optional<std::string>& executableName) {
   return locate(platform, ProtectedPlaces(platform), {bundlePath.text(), appName, bundleId, executableName});

@@ -25,7 +25,7 @@ bool comesBefore(const DriveInfo& a, const DriveInfo& b) {
 
 }  // namespace
 
-std::vector<DriveInfo> scan(Platform& platform) {
+std::vector<DriveInfo> scan(const ReadOnlyPlatform& platform) {
   std::vector<DriveInfo> drives;
   for (const Path& mountPath : platform.volumes.mounted().valueOr({})) {
     const auto properties = platform.volumes.properties(mountPath);

@@ -8,6 +8,6 @@
 namespace quarn::DriveScanner {
 
 /// The browsable volumes: internal ones first, then by name. What can't be read is left out.
-std::vector<DriveInfo> scan(Platform& platform);
+std::vector<DriveInfo> scan(const ReadOnlyPlatform& platform);
 
 }  // namespace quarn::DriveScanner

@@ -4,7 +4,7 @@
 
 namespace quarn::ExternalAppsRootsDiscovery {
 
-std::vector<Path> roots(Platform& platform, const std::vector<Path>& extra) {
+std::vector<Path> roots(const ReadOnlyPlatform& platform, const std::vector<Path>& extra) {
   const Path volumes("/Volumes");
   std::vector<Path> found;
   for (const std::string& name : platform.files.list(volumes, Hidden::skipped).valueOr({})) {

@@ -8,6 +8,6 @@ namespace quarn::ExternalAppsRootsDiscovery {
 
 /// The folders of moved applications that exist on mounted volumes, then those of `extra` that exist.
 /// The same folder may come twice.
-std::vector<Path> roots(Platform& platform, const std::vector<Path>& extra);
+std::vector<Path> roots(const ReadOnlyPlatform& platform, const std::vector<Path>& extra);
 
 }  // namespace quarn::ExternalAppsRootsDiscovery

@@ -4,7 +4,7 @@
 
 namespace quarn::InfoPlist {
 
-std::optional<Texts> read(Platform& platform, const Path& bundle) {
+std::optional<Texts> read(const ReadOnlyPlatform& platform, const Path& bundle) {
   const auto bytes = platform.files.read(bundle.appending("Contents/Info.plist"));
   if (!bytes) return std::nullopt;
   return PropertyList::texts(*bytes);

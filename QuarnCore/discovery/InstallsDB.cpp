@@ -1,13 +1,11 @@
 #include "QuarnCore/discovery/InstallsDB.h"
 
-#include "Platform/Database.h"
-
 namespace quarn::InstallsDB {
 namespace {
 
-std::optional<Database> open(Platform& platform, const Path& database) {
-  if (!isAvailable(platform, database)) return std::nullopt;
-  return Database::open(database, Database::Access::reading);
+std::unique_ptr<Database> open(const ReadOnlyPlatform& platform, const Path& database) {
+  if (!isAvailable(platform, database)) return nullptr;
+  return platform.databases.openForReading(database);
 }
 
 std::optional<Entry> entryOfRow(const Statement& row) {
@@ -24,11 +22,11 @@ std::optional<Entry> entryOfRow(const Statement& row) {
 }
 
 /// The newest live install whose `column` has the value.
-std::optional<Entry> newestEntry(Platform& platform, const std::string& column, const std::string& value,
-                                 const Path& path) {
-  auto database = open(platform, path);
+std::optional<Entry> newestEntry(const ReadOnlyPlatform& platform, const std::string& column,
+                                 const std::string& value, const Path& path) {
+  const auto database = open(platform, path);
   if (!database) return std::nullopt;
-  auto statement = database->prepare(
+  const auto statement = database->prepare(
       "SELECT install_id, app_name, bundle_id, version, install_type, confidence, installed_at\n"
       "FROM installs\n"
       "WHERE " +
@@ -47,23 +45,26 @@ Path defaultPath(const Places& places) {
   return places.home().appending(".claude/tools/setup-ledger/db/installs.db");
 }
 
-bool isAvailable(Platform& platform, const Path& database) {
+bool isAvailable(const ReadOnlyPlatform& platform, const Path& database) {
   return platform.files.exists(database);
 }
 
-std::optional<Entry> entryForBundleId(Platform& platform, const std::string& bundleId, const Path& database) {
+std::optional<Entry> entryForBundleId(const ReadOnlyPlatform& platform, const std::string& bundleId,
+                                      const Path& database) {
   return newestEntry(platform, "bundle_id", bundleId, database);
 }
 
-std::optional<Entry> entryForAppName(Platform& platform, const std::string& appName, const Path& database) {
+std::optional<Entry> entryForAppName(const ReadOnlyPlatform& platform, const std::string& appName,
+                                     const Path& database) {
   return newestEntry(platform, "app_name", appName, database);
 }
 
-std::vector<std::string> trackedFiles(Platform& platform, const std::string& installId, const Path& path) {
+std::vector<std::string> trackedFiles(const ReadOnlyPlatform& platform, const std::string& installId,
+                                      const Path& path) {
   std::vector<std::string> files;
-  auto database = open(platform, path);
+  const auto database = open(platform, path);
   if (!database) return files;
-  auto statement = database->prepare("SELECT file_path FROM tracked_files WHERE install_id = ?;");
+  const auto statement = database->prepare("SELECT file_path FROM tracked_files WHERE install_id = ?;");
   if (!statement) return files;
   statement->bind(1, installId);
   while (statement->step() == Statement::Step::row) {

@@ -25,11 +25,14 @@ struct Entry {
 
 Path defaultPath(const Places& places);
 
-bool isAvailable(Platform& platform, const Path& database);
+bool isAvailable(const ReadOnlyPlatform& platform, const Path& database);
 /// The newest install that has not been uninstalled.
-std::optional<Entry> entryForBundleId(Platform& platform, const std::string& bundleId, const Path& database);
-std::optional<Entry> entryForAppName(Platform& platform, const std::string& appName, const Path& database);
+std::optional<Entry> entryForBundleId(const ReadOnlyPlatform& platform, const std::string& bundleId,
+                                      const Path& database);
+std::optional<Entry> entryForAppName(const ReadOnlyPlatform& platform, const std::string& appName,
+                                     const Path& database);
 /// In the order of the rows; empty if the database or the table can't be read.
-std::vector<std::string> trackedFiles(Platform& platform, const std::string& installId, const Path& database);
+std::vector<std::string> trackedFiles(const ReadOnlyPlatform& platform, const std::string& installId,
+                                      const Path& database);
 
 }  // namespace quarn::InstallsDB

@@ -4,7 +4,7 @@
 
 namespace quarn::InstallsDBEntryResolver {
 
-std::optional<InstallsDB::Entry> resolve(Platform& platform, const Path& symlinkLocation,
+std::optional<InstallsDB::Entry> resolve(const ReadOnlyPlatform& platform, const Path& symlinkLocation,
                                          const Path& target) {
   const Path database = InstallsDB::defaultPath(platform.places);
   if (const auto identifier = BundleIdentifierReader::read(platform, target)) {

@@ -12,13 +12,14 @@ Path targetFile(const Path& bundle) {
 
 }  // namespace
 
-bool isExternalAppLauncher(Platform& platform, const Path& bundle, const InfoPlist::Texts& texts) {
+bool isExternalAppLauncher(const ReadOnlyPlatform& platform, const Path& bundle,
+                           const InfoPlist::Texts& texts) {
   if (platform.files.exists(targetFile(bundle))) return true;
   if (InfoPlist::value(texts, "CFBundleExecutable") == "ExternalAppLauncher") return true;
   return Text::hasSuffix(InfoPlist::value(texts, "CFBundleIdentifier").value_or(""), ".externallauncher");
 }
 
-std::optional<Path> target(Platform& platform, const Path& bundle) {
+std::optional<Path> target(const ReadOnlyPlatform& platform, const Path& bundle) {
   const auto bytes = platform.files.read(targetFile(bundle));
   const auto text = bytes ? Text::decodingFile(*bytes) : std::nullopt;
   if (!text) return std::nullopt;

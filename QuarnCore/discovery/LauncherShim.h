@@ -10,9 +10,10 @@ namespace quarn::LauncherShim {
 
 /// By the target file inside it, its executable's name or the ending of its bundle identifier; `texts`
 /// are those of its property list.
-bool isExternalAppLauncher(Platform& platform, const Path& bundle, const InfoPlist::Texts& texts);
+bool isExternalAppLauncher(const ReadOnlyPlatform& platform, const Path& bundle,
+                           const InfoPlist::Texts& texts);
 
 /// Where it leads, standardized; nothing if the bundle is no launcher or the target is gone.
-std::optional<Path> target(Platform& platform, const Path& bundle);
+std::optional<Path> target(const ReadOnlyPlatform& platform, const Path& bundle);
 
 }  // namespace quarn::LauncherShim

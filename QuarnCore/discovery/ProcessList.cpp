@@ -10,7 +10,8 @@
 namespace quarn::ProcessList {
 namespace {
 
-std::vector<std::string> linesOfPs(Platform& platform, const std::vector<std::string>& arguments) {
+std::vector<std::string> linesOfPs(const ReadOnlyPlatform& platform,
+                                   const std::vector<std::string>& arguments) {
   auto child = platform.processes.start(Path("/bin/ps"), arguments, OutputStreams::separate);
   if (!child) return {};
   std::string output;
@@ -32,7 +33,7 @@ std::optional<std::string> lineOfOne(const std::vector<int>& identifiers, std::s
   return std::string(numbered.substr(static_cast<std::size_t>(number.ptr - numbered.data()) + 1));
 }
 
-std::vector<std::string> linesOfLineage(Platform& platform) {
+std::vector<std::string> linesOfLineage(const ReadOnlyPlatform& platform) {
   const std::vector<int> identifiers = platform.processes.lineage();
   std::string list;
   for (const int identifier : identifiers) {
@@ -55,7 +56,7 @@ std::vector<std::string>::iterator lineOf(const std::string& own, std::vector<st
 
 }  // namespace
 
-std::vector<std::string> lines(Platform& platform,
+std::vector<std::string> lines(const ReadOnlyPlatform& platform,
                                const std::function<bool(const std::string& line)>& isOfInterest) {
   std::vector<std::string> all = linesOfPs(platform, {"-axo", "comm,args"});
   std::erase_if(all, std::not_fn(isOfInterest));

@@ -68,7 +68,7 @@ Sightings onNamedDrive(const Sighting& item, Paths (*onDrive)(const Path& drive)
 
 }  // namespace
 
-ProtectedPlaces::ProtectedPlaces(Platform& platform) : files_(platform.files) {
+ProtectedPlaces::ProtectedPlaces(const ReadOnlyPlatform& platform) : files_(platform.files) {
   Paths ownFolders = {AppStorageNames::supportRoot(platform.places)};
   Paths places = AppBundleScanRoots::standardApplicationRoots(platform, true);
   append(places, {platform.places.home(), ownFolders.front()});

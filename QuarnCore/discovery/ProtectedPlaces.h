@@ -13,7 +13,7 @@ namespace quarn {
 /// places as they were when it was made.
 class ProtectedPlaces {
  public:
-  explicit ProtectedPlaces(Platform& platform);
+  explicit ProtectedPlaces(const ReadOnlyPlatform& platform);
 
   /// The item is one of the places or lies around one.
   bool isOneOrAroundOne(const Sighting& item) const;

@@ -33,7 +33,7 @@ bool BundlePaths::contains(const Path& standardized) const {
   return paths_.contains(Text::canonical(standardized.text()));
 }
 
-BundlePaths bundlePaths(Platform& platform) {
+BundlePaths bundlePaths(const ReadOnlyPlatform& platform) {
   BundlePaths paths;
   for (const RunningApplication& application : platform.applications.running()) {
     if (application.bundlePath) paths.insert(platform.files.standardized(*application.bundlePath));
@@ -47,17 +47,17 @@ BundlePaths bundlePaths(Platform& platform) {
   return paths;
 }
 
-bool isAmong(const BundlePaths& running, Platform& platform, const Path& bundle) {
+bool isAmong(const BundlePaths& running, const ReadOnlyPlatform& platform, const Path& bundle) {
   if (running.empty()) return false;
   return running.contains(platform.files.standardized(bundle)) ||
          running.contains(platform.files.resolvingLinks(bundle));
 }
 
-bool isRunning(Platform& platform, const Path& bundle) {
+bool isRunning(const ReadOnlyPlatform& platform, const Path& bundle) {
   return isAmong(bundlePaths(platform), platform, bundle);
 }
 
-std::vector<RunningApplication> runningInstances(Platform& platform, const Path& bundle) {
+std::vector<RunningApplication> runningInstances(const ReadOnlyPlatform& platform, const Path& bundle) {
   BundlePaths wanted;
   wanted.insert(platform.files.standardized(bundle));
   wanted.insert(platform.files.resolvingLinks(bundle));
@@ -84,7 +84,7 @@ bool quit(Platform& platform, const Path& bundle, bool force, double timeout) {
   return runningInstances(platform, bundle).empty();
 }
 
-bool containsProcess(Platform& platform, const std::string& name) {
+bool containsProcess(const ReadOnlyPlatform& platform, const std::string& name) {
   const auto holdsName = [wanted = Text::lowercased(name)](const std::string& line) {
     return Text::lowercased(line).find(wanted) != std::string::npos;
   };

@@ -21,12 +21,12 @@ class BundlePaths {
   std::unordered_set<std::string> paths_;
 };
 
-BundlePaths bundlePaths(Platform& platform);
+BundlePaths bundlePaths(const ReadOnlyPlatform& platform);
 /// By its standardized path, or by that of what the path leads to: through a link, or on a Mac with names in
 /// other letters. The system lists what runs by its real path.
-bool isAmong(const BundlePaths& running, Platform& platform, const Path& bundle);
-bool isRunning(Platform& platform, const Path& bundle);
-std::vector<RunningApplication> runningInstances(Platform& platform, const Path& bundle);
+bool isAmong(const BundlePaths& running, const ReadOnlyPlatform& platform, const Path& bundle);
+bool isRunning(const ReadOnlyPlatform& platform, const Path& bundle);
+std::vector<RunningApplication> runningInstances(const ReadOnlyPlatform& platform, const Path& bundle);
 
 /// Asks every instance to quit and waits up to `timeout` seconds; with `force`, ends what is left and
 /// waits 3 seconds more. True when no instance is left, at once if there was none. A process that only
@@ -34,6 +34,6 @@ std::vector<RunningApplication> runningInstances(Platform& platform, const Path&
 bool quit(Platform& platform, const Path& bundle, bool force, double timeout);
 
 /// True if the name occurs, letter case aside, anywhere in a line of the process list.
-bool containsProcess(Platform& platform, const std::string& name);
+bool containsProcess(const ReadOnlyPlatform& platform, const std::string& name);
 
 }  // namespace quarn::RunningAppsDetector

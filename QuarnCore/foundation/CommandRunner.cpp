@@ -56,13 +56,13 @@ class Reader {
 };
 
 /// False if the tool still runs at the deadline.
-bool endsBefore(SteadyTime deadline, Platform& platform, Child& child) {
+bool endsBefore(SteadyTime deadline, const ReadOnlyPlatform& platform, Child& child) {
   while (child.isRunning() && platform.clock.steadyNow() < deadline) platform.clock.sleep(pollInterval);
   return !child.isRunning();
 }
 
 /// True if the tool had to be ended.
-bool endAtTimeout(double timeout, Platform& platform, Child& child) {
+bool endAtTimeout(double timeout, const ReadOnlyPlatform& platform, Child& child) {
   if (endsBefore(platform.clock.after(timeout), platform, child)) return false;
   child.terminate();
   if (!endsBefore(platform.clock.steadyNow() + graceBeforeKill, platform, child)) child.kill();
@@ -71,7 +71,7 @@ bool endAtTimeout(double timeout, Platform& platform, Child& child) {
 
 }  // namespace
 
-CommandResult run(Platform& platform, const std::string& executable,
+CommandResult run(const ReadOnlyPlatform& platform, const std::string& executable,
                   const std::vector<std::string>& arguments, std::optional<double> timeout) {
   auto started = platform.processes.start(Path(executable), arguments, OutputStreams::separate);
   if (!started) return {notStarted, "", started.error().description, false};

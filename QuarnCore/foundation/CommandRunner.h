@@ -28,7 +28,7 @@ inline constexpr std::int32_t notStarted = 127;
 /// Runs a tool by absolute path and blocks until it has ended and its output is read to the end, which
 /// a process left behind by the tool can delay. Never throws. `timeout` in seconds; absent means to
 /// wait as long as it takes. A tool that outlives it is asked to end, and killed 2 seconds later.
-CommandResult run(Platform& platform, const std::string& executable,
+CommandResult run(const ReadOnlyPlatform& platform, const std::string& executable,
                   const std::vector<std::string>& arguments, std::optional<double> timeout = std::nullopt);
 
 }  // namespace CommandRunner

@@ -24,10 +24,10 @@ class RegularFileSum : public WalkVisitor {
 
 }  // namespace
 
-std::int64_t size(Platform& platform, const Path& item) {
+std::int64_t size(const ReadOnlyPlatform& platform, const Path& item) {
   const auto attributes = platform.files.attributes(item);
   if (!attributes) return 0;
-  if (attributes->kind != FileKind::directory) return allocated(*attributes);
+  if (attributes->kind != FileKind::folder) return allocated(*attributes);
   RegularFileSum sum;
   platform.files.walk(item, Hidden::skipped, sum);
   return sum.bytes;

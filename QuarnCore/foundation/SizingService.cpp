@@ -22,8 +22,8 @@ class BlockSum : public WalkVisitor {
     const FileKind kind = item.kind();
     if (kind == FileKind::symbolicLink) return WalkStep::proceed;
     const auto attributes = item.attributes();
-    if (!attributes) return kind == FileKind::directory ? WalkStep::skipDescendants : WalkStep::proceed;
-    if (kind == FileKind::directory) return enter(attributes->identity);
+    if (!attributes) return kind == FileKind::folder ? WalkStep::skipDescendants : WalkStep::proceed;
+    if (kind == FileKind::folder) return enter(attributes->identity);
     bytes += attributes->blockBytes;
     return WalkStep::proceed;
   }
@@ -41,33 +41,33 @@ class BlockSum : public WalkVisitor {
   std::unordered_set<DirID, DirIDHash> seen_;
 };
 
-std::int64_t measure(Platform& platform, const Path& item, const Cancellation* cancellation) {
+std::int64_t measure(const ReadOnlyPlatform& platform, const Path& item, const Cancellation* cancellation) {
   const Path resolved = platform.files.resolvingLinks(item);
   const auto attributes = platform.files.attributes(resolved);
   if (!attributes) return 0;
   if (attributes->kind == FileKind::regular) return attributes->blockBytes;
-  return attributes->kind == FileKind::directory ? walk(platform, resolved, cancellation) : 0;
+  return attributes->kind == FileKind::folder ? walk(platform, resolved, cancellation) : 0;
 }
 
 }  // namespace
 
-std::int64_t measure(Platform& platform, const Path& item) {
+std::int64_t measure(const ReadOnlyPlatform& platform, const Path& item) {
   return measure(platform, item, nullptr);
 }
 
-std::int64_t size(Platform& platform, const Path& item) {
+std::int64_t size(const ReadOnlyPlatform& platform, const Path& item) {
   return measure(platform, item);
 }
 
-std::int64_t walk(Platform& platform, const Path& folder, const Cancellation* cancellation) {
+std::int64_t walk(const ReadOnlyPlatform& platform, const Path& folder, const Cancellation* cancellation) {
   if (cancellation && cancellation->load()) return 0;
   BlockSum sum(cancellation);
   platform.files.walk(folder, Hidden::skippedDots, sum);
   return sum.bytes;
 }
 
-SizeTask::SizeTask(Platform& platform, const Path& item, ThreadPriority priority)
-    : value_(std::async(std::launch::async, [this, &platform, item, priority] {
+SizeTask::SizeTask(const ReadOnlyPlatform& platform, const Path& item, ThreadPriority priority)
+    : value_(std::async(std::launch::async, [this, platform, item, priority] {
         setCurrentThreadPriority(priority);
         return measure(platform, item, &cancellation_);
       })) {}
@@ -84,7 +84,8 @@ void SizeTask::cancel() {
   cancellation_.store(true);
 }
 
-std::unique_ptr<SizeTask> sizeAsync(Platform& platform, const Path& item, ThreadPriority priority) {
+std::unique_ptr<SizeTask> sizeAsync(const ReadOnlyPlatform& platform, const Path& item,
+                                    ThreadPriority priority) {
   return std::make_unique<SizeTask>(platform, item, priority);
 }
 

@@ -16,18 +16,19 @@ namespace quarn::SizingService {
 using Cancellation = std::atomic<bool>;
 
 /// Links resolved at the top only: a file counts its blocks, a folder what `walk` finds, anything else 0.
-std::int64_t measure(Platform& platform, const Path& item);
+std::int64_t measure(const ReadOnlyPlatform& platform, const Path& item);
 /// The same as `measure`.
-std::int64_t size(Platform& platform, const Path& item);
+std::int64_t size(const ReadOnlyPlatform& platform, const Path& item);
 
 /// Blocks of all that is below a folder but links and the folders themselves. A folder reached twice
 /// counts once. Cancelled, it stops at the next folder and returns the sum so far.
-std::int64_t walk(Platform& platform, const Path& folder, const Cancellation* cancellation = nullptr);
+std::int64_t walk(const ReadOnlyPlatform& platform, const Path& folder,
+                  const Cancellation* cancellation = nullptr);
 
 /// A measurement that runs on a thread of its own.
 class SizeTask {
  public:
-  SizeTask(Platform& platform, const Path& item, ThreadPriority priority);
+  SizeTask(const ReadOnlyPlatform& platform, const Path& item, ThreadPriority priority);
   ~SizeTask();
   SizeTask(const SizeTask&) = delete;
   SizeTask& operator=(const SizeTask&) = delete;
@@ -42,6 +43,7 @@ class SizeTask {
   std::future<std::int64_t> value_;
 };
 
-std::unique_ptr<SizeTask> sizeAsync(Platform& platform, const Path& item, ThreadPriority priority);
+std::unique_ptr<SizeTask> sizeAsync(const ReadOnlyPlatform& platform, const Path& item,
+                                    ThreadPriority priority);
 
 }  // namespace quarn::SizingService

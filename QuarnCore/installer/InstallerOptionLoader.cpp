@@ -28,7 +28,7 @@ class OptionFiles : public WalkVisitor {
   Path root_;
 };
 
-std::vector<Path> tomlURLs(Platform& platform, const Path& root) {
+std::vector<Path> tomlURLs(const ReadOnlyPlatform& platform, const Path& root) {
   OptionFiles files(root);
   platform.files.walk(root, Hidden::skipped, files);
   std::sort(files.found.begin(), files.found.end(),
@@ -36,13 +36,13 @@ std::vector<Path> tomlURLs(Platform& platform, const Path& root) {
   return files.found;
 }
 
-std::vector<Path> bundledOptionURLs(Platform& platform) {
+std::vector<Path> bundledOptionURLs(const ReadOnlyPlatform& platform) {
   const Path resources = platform.places.executable().parent().parent().appending("share/quarn");
   const Path options = resources.appending(AppStorageNames::installerOptions);
   return tomlURLs(platform, platform.files.exists(options) ? options : resources);
 }
 
-std::optional<InstallerOption> decoded(Platform& platform, const Path& file) {
+std::optional<InstallerOption> decoded(const ReadOnlyPlatform& platform, const Path& file) {
   auto content = platform.files.read(file);
   if (!content) return std::nullopt;
   try {
@@ -54,7 +54,7 @@ std::optional<InstallerOption> decoded(Platform& platform, const Path& file) {
 
 }  // namespace
 
-std::vector<InstallerOption> loadAll(Platform& platform, const Path& userRoot) {
+std::vector<InstallerOption> loadAll(const ReadOnlyPlatform& platform, const Path& userRoot) {
   std::vector<Path> files = bundledOptionURLs(platform);
   const std::vector<Path> own = tomlURLs(platform, userRoot);
   files.insert(files.end(), own.begin(), own.end());
@@ -71,7 +71,7 @@ std::vector<InstallerOption> loadAll(Platform& platform, const Path& userRoot) {
   return options;
 }
 
-std::optional<InstallerOption> find(Platform& platform, const std::string& id) {
+std::optional<InstallerOption> find(const ReadOnlyPlatform& platform, const std::string& id) {
   for (InstallerOption& option :
        loadAll(platform, AppStorageNames::userInstallerOptionsRoot(platform.places))) {
     if (Text::equal(option.id, id)) return std::move(option);

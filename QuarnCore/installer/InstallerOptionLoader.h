@@ -14,9 +14,9 @@ namespace quarn::InstallerOptionLoader {
 
 /// Sorted by label; options of one label in no promised order. Of several files with one `id` the last one
 /// counts as a whole: the user's before the shipped ones, and within a folder, subfolders included, by path.
-std::vector<InstallerOption> loadAll(Platform& platform, const Path& userRoot);
+std::vector<InstallerOption> loadAll(const ReadOnlyPlatform& platform, const Path& userRoot);
 
 /// From the user's folder and the shipped one; nothing for an unknown `id`.
-std::optional<InstallerOption> find(Platform& platform, const std::string& id);
+std::optional<InstallerOption> find(const ReadOnlyPlatform& platform, const std::string& id);
 
 }  // namespace quarn::InstallerOptionLoader

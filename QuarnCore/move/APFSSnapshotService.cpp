@@ -41,7 +41,7 @@ std::optional<Snapshot> createdSnapshot(const std::string& output) {
 
 }  // namespace
 
-bool isSupported(Platform& platform) {
+bool isSupported(const ReadOnlyPlatform& platform) {
   return platform.files.exists(Path(tmutil));
 }
 
@@ -52,7 +52,7 @@ CreateResult create(Platform& platform, const std::optional<std::string>&) {
           result.succeeded()};
 }
 
-std::vector<Snapshot> list(Platform& platform) {
+std::vector<Snapshot> list(const ReadOnlyPlatform& platform) {
   if (!isSupported(platform)) return {};
   const CommandResult result = CommandRunner::run(platform, tmutil, {"listlocalsnapshots", "/"});
   std::vector<Snapshot> snapshots;

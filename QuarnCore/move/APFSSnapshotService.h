@@ -24,9 +24,9 @@ struct CreateResult {
 };
 
 /// The tool is there.
-bool isSupported(Platform& platform);
+bool isSupported(const ReadOnlyPlatform& platform);
 /// `tmutil` names a snapshot itself, so the label isn't used.
 CreateResult create(Platform& platform, const std::optional<std::string>& label);
-std::vector<Snapshot> list(Platform& platform);
+std::vector<Snapshot> list(const ReadOnlyPlatform& platform);
 
 }  // namespace quarn::APFSSnapshotService

@@ -17,14 +17,14 @@ std::optional<Path> driveOf(const Path& path) {
   return std::nullopt;
 }
 
-std::optional<std::int32_t> deviceOf(Platform& platform, const Path& item) {
+std::optional<std::int32_t> deviceOf(const ReadOnlyPlatform& platform, const Path& item) {
   const auto attributes = platform.files.attributes(platform.files.resolvingLinks(item));
   if (!attributes) return std::nullopt;
   return attributes->identity.device;
 }
 
 /// Of the folder itself, or of the nearest around it that exists.
-std::optional<std::int32_t> deviceAround(Platform& platform, Path folder) {
+std::optional<std::int32_t> deviceAround(const ReadOnlyPlatform& platform, Path folder) {
   while (!platform.files.exists(folder) && folder.parent() != folder) folder = folder.parent();
   return deviceOf(platform, folder);
 }
@@ -35,7 +35,7 @@ MoveRefused notMounted(const Path& drive) {
 
 }  // namespace
 
-std::optional<ChosenVolume> ChosenVolume::holding(Platform& platform, const Path& folder) {
+std::optional<ChosenVolume> ChosenVolume::holding(const ReadOnlyPlatform& platform, const Path& folder) {
   const Path place = sight(platform.files, folder).leadsTo;
   const auto drive = driveOf(place);
   if (drive && !MountPoints::contains(platform, *drive)) return std::nullopt;
@@ -44,16 +44,16 @@ std::optional<ChosenVolume> ChosenVolume::holding(Platform& platform, const Path
   return ChosenVolume(drive, *device);
 }
 
-ChosenVolume ChosenVolume::requiredFor(Platform& platform, const Path& folder) {
+ChosenVolume ChosenVolume::requiredFor(const ReadOnlyPlatform& platform, const Path& folder) {
   if (auto volume = holding(platform, folder)) return *volume;
   throw notMounted(driveOf(sight(platform.files, folder).leadsTo).value_or(folder));
 }
 
-bool ChosenVolume::holds(Platform& platform, const Path& item) const {
+bool ChosenVolume::holds(const ReadOnlyPlatform& platform, const Path& item) const {
   return (!drive_ || MountPoints::contains(platform, *drive_)) && deviceOf(platform, item) == device_;
 }
 
-void ChosenVolume::requireHolds(Platform& platform, const Path& item) const {
+void ChosenVolume::requireHolds(const ReadOnlyPlatform& platform, const Path& item) const {
   if (!holds(platform, item)) throw notMounted(drive_.value_or(item));
 }
 

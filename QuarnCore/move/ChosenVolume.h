@@ -14,14 +14,14 @@ class ChosenVolume {
  public:
   /// The volume that holds a folder, or will hold it once it is made. Nothing if the folder lies below
   /// "/Volumes/<name>" and nothing is mounted there.
-  static std::optional<ChosenVolume> holding(Platform& platform, const Path& folder);
+  static std::optional<ChosenVolume> holding(const ReadOnlyPlatform& platform, const Path& folder);
   /// The same; throws `MoveRefused` where nothing is mounted.
-  static ChosenVolume requiredFor(Platform& platform, const Path& folder);
+  static ChosenVolume requiredFor(const ReadOnlyPlatform& platform, const Path& folder);
 
   /// The volume is still there, and an item that exists, or what a link leads to, lies on it.
-  bool holds(Platform& platform, const Path& item) const;
+  bool holds(const ReadOnlyPlatform& platform, const Path& item) const;
   /// Throws `MoveRefused` unless it is so.
-  void requireHolds(Platform& platform, const Path& item) const;
+  void requireHolds(const ReadOnlyPlatform& platform, const Path& item) const;
 
  private:
   ChosenVolume(std::optional<Path> drive, std::int32_t device) : drive_(std::move(drive)), device_(device) {}

@@ -6,7 +6,7 @@
 namespace quarn {
 
 Claim::Claim(Platform& platform, const Path& place, const Path& source)
-    : place_(place), kind_(platform.files.isDirectory(source) ? FileKind::directory : FileKind::regular) {
+    : place_(place), kind_(platform.files.isFolder(source) ? FileKind::folder : FileKind::regular) {
   const auto claimed = platform.files.claim(place, kind_);
   if (!claimed && claimed.error().code == CocoaErrorCode::fileWriteFileExists)
     throw MoverError::destinationExists();
@@ -17,13 +17,13 @@ Claim::Claim(Platform& platform, const Path& place, const Path& source)
 }
 
 /// The tool that copies may put a file in the place of what was claimed, but another folder is another's.
-bool Claim::isOurs(Platform& platform) const {
+bool Claim::isOurs(const ReadOnlyPlatform& platform) const {
   const auto found = platform.files.attributes(place_);
   if (!found || found->identity.device != identity_.device) return false;
-  return found->kind != FileKind::directory || found->identity == identity_;
+  return found->kind != FileKind::folder || found->identity == identity_;
 }
 
-bool Claim::isEmpty(Platform& platform) const {
+bool Claim::isEmpty(const ReadOnlyPlatform& platform) const {
   const auto found = platform.files.attributes(place_);
   return found && found->kind == kind_ && isOurs(platform) && holdsNothing(platform, place_);
 }
@@ -36,11 +36,11 @@ void Claim::giveBack(Platform& platform) const {
   }
 }
 
-bool holdsNothing(Platform& platform, const Path& item) {
+bool holdsNothing(const ReadOnlyPlatform& platform, const Path& item) {
   const auto attributes = platform.files.attributes(item);
   if (!attributes) return false;
   if (attributes->kind == FileKind::regular) return attributes->size == 0;
-  if (attributes->kind != FileKind::directory) return false;
+  if (attributes->kind != FileKind::folder) return false;
   const auto names = platform.files.list(item, Hidden::included);
   return names && names->empty();
 }

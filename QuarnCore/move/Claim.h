@@ -15,12 +15,12 @@ class Claim {
   Claim(Platform& platform, const Path& place, const Path& source);
 
   /// Nothing has been copied there yet.
-  bool isEmpty(Platform& platform) const;
+  bool isEmpty(const ReadOnlyPlatform& platform) const;
   /// Clears the place: what was copied goes to the Trash or beside, an empty claim goes altogether.
   void giveBack(Platform& platform) const;
 
  private:
-  bool isOurs(Platform& platform) const;
+  bool isOurs(const ReadOnlyPlatform& platform) const;
 
   Path place_;
   FileKind kind_;
@@ -28,6 +28,6 @@ class Claim {
 };
 
 /// An item that holds nothing: a folder without entries, a file without bytes.
-bool holdsNothing(Platform& platform, const Path& item);
+bool holdsNothing(const ReadOnlyPlatform& platform, const Path& item);
 
 }  // namespace quarn

@@ -9,7 +9,7 @@ namespace quarn::DiskUsage {
 namespace {
 
 /// Both streams joined. Throws `MoveRefused` unless the status is 0.
-std::string runAndCapture(Platform& platform, const Path& executable,
+std::string runAndCapture(const ReadOnlyPlatform& platform, const Path& executable,
                           const std::vector<std::string>& arguments) {
   const auto child = platform.processes.start(executable, arguments, OutputStreams::joined).orThrow();
   std::string output;
@@ -29,7 +29,7 @@ std::string firstWord(const std::string& text) {
 
 }  // namespace
 
-std::int64_t kilobytes(Platform& platform, const Path& item) {
+std::int64_t kilobytes(const ReadOnlyPlatform& platform, const Path& item) {
   const std::string output = runAndCapture(platform, Path("/usr/bin/du"), {"-sk", item.text()});
   const std::string word = firstWord(output);
   std::int64_t number = 0;

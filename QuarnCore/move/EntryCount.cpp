@@ -57,7 +57,7 @@ struct EntryCount::Run {
   std::thread reader;  // last, since it uses the others from its first moment
 };
 
-EntryCount::EntryCount(Platform& platform, const Path& root) {
+EntryCount::EntryCount(const ReadOnlyPlatform& platform, const Path& root) {
   auto child = platform.processes.start(Path("/usr/bin/find"), {root.text()}, OutputStreams::separate);
   if (child) run_ = std::make_unique<Run>(*std::move(child));
 }

@@ -12,7 +12,7 @@ namespace quarn {
 /// the moment it is made, while its owner does something else.
 class EntryCount {
  public:
-  EntryCount(Platform& platform, const Path& root);
+  EntryCount(const ReadOnlyPlatform& platform, const Path& root);
   ~EntryCount();
   EntryCount(const EntryCount&) = delete;
   EntryCount& operator=(const EntryCount&) = delete;

@@ -68,7 +68,7 @@ Path fileURL(const Places& places) {
   return AppStorageNames::supportRoot(places).appending(filename);
 }
 
-Entries load(Platform& platform) {
+Entries load(const ReadOnlyPlatform& platform) {
   const auto bytes = platform.files.read(fileURL(platform.places));
   const auto json = bytes ? Json::parse(*bytes) : std::nullopt;
   return json ? decodeAll(*json).value_or(Entries{}) : Entries{};

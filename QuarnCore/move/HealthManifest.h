@@ -27,7 +27,7 @@ inline constexpr const char* filename = "health-manifest.json";
 
 Path fileURL(const Places& places);
 /// In file order. One malformed entry makes the whole file count as empty.
-std::vector<HealthManifestEntry> load(Platform& platform);
+std::vector<HealthManifestEntry> load(const ReadOnlyPlatform& platform);
 /// Puts an entry at the end, in place of any of the same source. Overwrites a corrupt file.
 void record(Platform& platform, const HealthManifestEntry& entry);
 /// Writes only if there was such an entry; the last one leaves an empty list.

@@ -17,7 +17,7 @@ namespace {
 
 /// What can't be moved to where the link stands, or must not be: found out only afterwards, the link would be
 /// gone, and a link or a launcher that a stranger made could carry off the home.
-void requireApart(Platform& platform, const Path& place, const Path& target) {
+void requireApart(const ReadOnlyPlatform& platform, const Path& place, const Path& target) {
   const Sighting at = sightItself(platform.files, place);
   const Sighting leadsTo = sight(platform.files, target);
   if (at.isAtOrIn(leadsTo) || leadsTo.isAtOrIn(at) || MountPoints::contains(platform, target))
@@ -30,8 +30,8 @@ void requireApart(Platform& platform, const Path& place, const Path& target) {
 }
 
 /// What a link leads to; it must be there, or the way back would end with nothing at all.
-Path linkTarget(Platform& platform, const Path& link) {
-  const std::string text = platform.files.readLink(link).orThrow();
+Path linkTarget(const ReadOnlyPlatform& platform, const Path& link) {
+  const std::string text = platform.files.readSymbolicLink(link).orThrow();
   const Path target = platform.files.standardized(PathText::fileURL(platform.places, text));
   if (!platform.files.exists(target)) throw MoverError::sourceMissing();
   return target;
@@ -39,18 +39,18 @@ Path linkTarget(Platform& platform, const Path& link) {
 
 /// Where a launcher leads; nothing if the place holds none. A link is a link, whatever the bundle that it
 /// leads to holds.
-std::optional<Path> launcherTarget(Platform& platform, const Path& place) {
+std::optional<Path> launcherTarget(const ReadOnlyPlatform& platform, const Path& place) {
   if (platform.files.isSymbolicLink(place)) return std::nullopt;
   return AppScanner::launcherShimTarget(platform, place);
 }
 
 /// What stands in a launcher was perhaps written by a stranger.
-void requireApplication(Platform& platform, const Path& target) {
-  if (target.extension() == "app" && platform.files.isDirectory(target)) return;
+void requireApplication(const ReadOnlyPlatform& platform, const Path& target) {
+  if (target.extension() == "app" && platform.files.isFolder(target)) return;
   throw MoveRefused("A launcher must lead to an application: " + target.text());
 }
 
-void requireRemovable(Platform& platform, const Path& launcher) {
+void requireRemovable(const ReadOnlyPlatform& platform, const Path& launcher) {
   const auto obstacles = Obstacles::find(platform, launcher);
   if (obstacles.toRemoval) throw PlatformError(*obstacles.toRemoval);
 }
@@ -99,7 +99,7 @@ void bringHome(Platform& platform, const Path& place) {
   if (ofLauncher) requireApplication(platform, target);
   ItemMover::requireMovable(platform, target, place.parent());
   if (ofLauncher) return replaceLauncher(platform, place, target);
-  platform.files.removeLink(place).orThrow();
+  platform.files.removeSymbolicLink(place).orThrow();
   ItemMover::move(platform, target, place);
 }
 

@@ -1,6 +1,5 @@
 #include "QuarnCore/move/InstallsDBWriter.h"
 
-#include "Platform/Database.h"
 #include "Platform/DateText.h"
 #include "Platform/UUID.h"
 #include "QuarnCore/discovery/InstallsDB.h"
@@ -10,14 +9,14 @@ namespace {
 
 using Parameters = std::vector<std::optional<std::string>>;
 
-std::optional<Database> open(Platform& platform, const Path& database) {
-  if (!InstallsDB::isAvailable(platform, database)) return std::nullopt;
-  return Database::open(database, Database::Access::writing);
+std::unique_ptr<Database> open(Platform& platform, const Path& database) {
+  if (!InstallsDB::isAvailable(platform, database)) return nullptr;
+  return platform.databases.openForWriting(database);
 }
 
 /// True if the statement ran to its end.
 bool execute(Database& database, const std::string& sql, const Parameters& parameters) {
-  auto statement = database.prepare(sql);
+  const auto statement = database.prepare(sql);
   if (!statement) return false;
   int position = 0;
   for (const auto& parameter : parameters) statement->bind(++position, parameter);
@@ -29,7 +28,8 @@ std::string notes(const Move& move) {
          std::to_string(move.sizeBytes) + " bytes";
 }
 
-bool insertInstall(Platform& platform, Database& database, const std::string& installId, const Move& move) {
+bool insertInstall(const ReadOnlyPlatform& platform, Database& database, const std::string& installId,
+                   const Move& move) {
   return execute(database,
                  "INSERT INTO installs (install_id, app_name, bundle_id, version, source_file, source_hash,\n"
                  "                      install_type, confidence, uninstall_strategy, installed_at, "
@@ -42,7 +42,7 @@ bool insertInstall(Platform& platform, Database& database, const std::string& in
 }  // namespace
 
 void recordMove(Platform& platform, const Move& move, const Path& path) {
-  auto database = open(platform, path);
+  const auto database = open(platform, path);
   if (!database) return;
   const std::string installId = "quarn-" + UUID::make();
   if (!insertInstall(platform, *database, installId, move)) return;
@@ -55,7 +55,7 @@ void recordMove(Platform& platform, const Move& move, const Path& path) {
 }
 
 void recordRestore(Platform& platform, const Path& source, const Path& path) {
-  auto database = open(platform, path);
+  const auto database = open(platform, path);
   if (!database) return;
   execute(*database,
           "UPDATE installs SET uninstalled_at = ?\n"
@@ -68,7 +68,7 @@ void recordRestore(Platform& platform, const Path& source, const Path& path) {
 }
 
 int forgetMissingTrackedFiles(Platform& platform, const std::string& installId, const Path& path) {
-  auto database = open(platform, path);
+  const auto database = open(platform, path);
   if (!database) return 0;
   int deleted = 0;
   for (const std::string& file : InstallsDB::trackedFiles(platform, installId, path)) {

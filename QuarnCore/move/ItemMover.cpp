@@ -12,7 +12,7 @@ namespace {
 
 /// Whichever step failed, a person is told that the item couldn't be moved, and with which number. `place`
 /// lies on the volume that refused.
-PlatformError moveError(Platform& platform, const PlatformError& error, const Path& source,
+PlatformError moveError(const ReadOnlyPlatform& platform, const PlatformError& error, const Path& source,
                         const Path& destination, const Path& place) {
   if (error.domain != cocoaErrorDomain) return error;
   return CocoaError::fromCode(CocoaError::Operation::move, error.code, source, destination, [&] {
@@ -21,12 +21,12 @@ PlatformError moveError(Platform& platform, const PlatformError& error, const Pa
   });
 }
 
-PlatformError couldNotArrive(Platform& platform, const PlatformError& error, const Path& source,
+PlatformError couldNotArrive(const ReadOnlyPlatform& platform, const PlatformError& error, const Path& source,
                              const Path& destination) {
   return moveError(platform, error, source, destination, destination.parent());
 }
 
-PlatformError couldNotLeave(Platform& platform, const PlatformError& error, const Path& source,
+PlatformError couldNotLeave(const ReadOnlyPlatform& platform, const PlatformError& error, const Path& source,
                             const Path& destination) {
   // It is the source's folder that may not be changed then.
   const bool isRefused = error.code == CocoaErrorCode::fileWriteNoPermission;
@@ -61,7 +61,7 @@ void moveAcrossVolumes(Platform& platform, const Path& source, const Path& desti
 }
 
 /// A rename does then; one device can be mounted twice, and no rename goes from one mount to the other.
-bool isOnOneVolume(Platform& platform, const Path& item, const Path& folder) {
+bool isOnOneVolume(const ReadOnlyPlatform& platform, const Path& item, const Path& folder) {
   const auto one = platform.files.attributes(item);
   const auto other = platform.files.attributes(platform.files.resolvingLinks(folder));
   return one && other && one->identity.device == other->identity.device &&
@@ -74,7 +74,7 @@ void move(Platform& platform, const Path& source, const Path& destination) {
   if (!platform.files.rename(source, destination).orThrow()) moveAcrossVolumes(platform, source, destination);
 }
 
-void requireMovable(Platform& platform, const Path& item, const Path& folder) {
+void requireMovable(const ReadOnlyPlatform& platform, const Path& item, const Path& folder) {
   MountPoints::refuseInside(platform, item);
   // A rename takes everything below along as it is.
   const auto obstacles = isOnOneVolume(platform, item, folder)

@@ -13,6 +13,6 @@ void move(Platform& platform, const Path& source, const Path& destination);
 /// Throws unless `move` could carry an item off to a place that lies in `folder`: no volume is mounted
 /// inside, and, where it takes a copy, nothing in it is of a kind that can't be copied or stands in the way
 /// of the removal. Changes nothing.
-void requireMovable(Platform& platform, const Path& item, const Path& folder);
+void requireMovable(const ReadOnlyPlatform& platform, const Path& item, const Path& folder);
 
 }  // namespace quarn::ItemMover

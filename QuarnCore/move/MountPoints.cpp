@@ -9,20 +9,20 @@
 namespace quarn::MountPoints {
 namespace {
 
-std::vector<Path> all(Platform& platform) {
+std::vector<Path> all(const ReadOnlyPlatform& platform) {
   return platform.volumes.mountPoints().valueOr({});
 }
 
 }  // namespace
 
-bool contains(Platform& platform, const Path& place) {
+bool contains(const ReadOnlyPlatform& platform, const Path& place) {
   const auto mountPoints = all(platform);
   const Path resolved = platform.files.resolvingLinks(place);
   return std::any_of(mountPoints.begin(), mountPoints.end(),
                      [&](const Path& mountPoint) { return Text::equal(mountPoint.text(), resolved.text()); });
 }
 
-Path holding(Platform& platform, const Path& place) {
+Path holding(const ReadOnlyPlatform& platform, const Path& place) {
   const Path resolved = sight(platform.files, place).leadsTo;
   Path innermost("/");
   for (const Path& mountPoint : all(platform)) {
@@ -32,7 +32,7 @@ Path holding(Platform& platform, const Path& place) {
   return innermost;
 }
 
-void refuseInside(Platform& platform, const Path& item) {
+void refuseInside(const ReadOnlyPlatform& platform, const Path& item) {
   const auto mountPoints = platform.volumes.mountPoints();
   if (!mountPoints) throw MoveRefused("The list of mounted volumes can't be read.");
   // The item itself, also where it is a link.

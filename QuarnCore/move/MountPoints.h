@@ -7,11 +7,11 @@
 namespace quarn::MountPoints {
 
 /// Something is mounted at that place.
-bool contains(Platform& platform, const Path& place);
+bool contains(const ReadOnlyPlatform& platform, const Path& place);
 /// The mount point that holds a place, or will hold it once it is made: the innermost around it.
-Path holding(Platform& platform, const Path& place);
+Path holding(const ReadOnlyPlatform& platform, const Path& place);
 /// Throws `MoveRefused` if an item is a mount point or holds one: a copy would take that volume's contents
 /// along, and a removal would empty it. So does a list of mount points that can't be read.
-void refuseInside(Platform& platform, const Path& item);
+void refuseInside(const ReadOnlyPlatform& platform, const Path& item);
 
 }  // namespace quarn::MountPoints

@@ -13,11 +13,12 @@ std::string relativePath(const Path& source, const Path& home) {
 
 }  // namespace
 
-Path dataDestination(Platform& platform, const Path& source, const Path& dataParent) {
+Path dataDestination(const ReadOnlyPlatform& platform, const Path& source, const Path& dataParent) {
   return dataDestination(platform, source, dataParent, platform.places.home());
 }
 
-Path dataDestination(Platform& platform, const Path& source, const Path& dataParent, const Path& home) {
+Path dataDestination(const ReadOnlyPlatform& platform, const Path& source, const Path& dataParent,
+                     const Path& home) {
   return dataParent.appending(
       relativePath(platform.files.standardized(source), platform.files.standardized(home)));
 }

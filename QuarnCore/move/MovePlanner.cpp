@@ -17,7 +17,7 @@ namespace {
 /// Where the climb from an item ends: what lies above an applications folder doesn't matter.
 using Stops = std::vector<std::string>;
 
-Stops climbingStops(Platform& platform) {
+Stops climbingStops(const ReadOnlyPlatform& platform) {
   Stops stops;
   for (const Path& root : AppBundleScanRoots::standardApplicationRoots(platform, false)) {
     stops.push_back(platform.files.standardized(root).text());
@@ -25,7 +25,7 @@ Stops climbingStops(Platform& platform) {
   return stops;
 }
 
-bool isLinkOrInsideOne(Platform& platform, const Path& item, const Stops& stops) {
+bool isLinkOrInsideOne(const ReadOnlyPlatform& platform, const Path& item, const Stops& stops) {
   Path current = platform.files.standardized(item);
   while (true) {
     if (platform.files.isSymbolicLink(current)) return true;
@@ -37,7 +37,7 @@ bool isLinkOrInsideOne(Platform& platform, const Path& item, const Stops& stops)
   }
 }
 
-bool mayMove(Platform& platform, const Path& source, const Stops& stops) {
+bool mayMove(const ReadOnlyPlatform& platform, const Path& source, const Stops& stops) {
   return platform.files.exists(source) && !isUnsafePrefsPlist(platform, source) &&
          !isLinkOrInsideOne(platform, source, stops);
 }
@@ -52,16 +52,16 @@ MoveJob job(std::string label, const Path& source, const Path& destination, std:
           .bytesCopied = 0};
 }
 
-void appendBundleJob(Platform& platform, const AppEntry& entry, const DriveInfo& drive, const Stops& stops,
-                     std::vector<MoveJob>& jobs) {
+void appendBundleJob(const ReadOnlyPlatform& platform, const AppEntry& entry, const DriveInfo& drive,
+                     const Stops& stops, std::vector<MoveJob>& jobs) {
   if (!mayMove(platform, entry.bundlePath, stops)) return;
   const Path destination =
       AppStorageNames::appsRoot(drive.mountPath).appending(entry.bundlePath.lastComponent());
   jobs.push_back(job(entry.name, entry.bundlePath, destination, entry.appSize));
 }
 
-void appendDataJobs(Platform& platform, const AppEntry& entry, const DriveInfo& drive, const Stops& stops,
-                    std::vector<MoveJob>& jobs) {
+void appendDataJobs(const ReadOnlyPlatform& platform, const AppEntry& entry, const DriveInfo& drive,
+                    const Stops& stops, std::vector<MoveJob>& jobs) {
   const Path dataRoot = AppStorageNames::dataRoot(drive.mountPath);
   std::set<std::string> seen;
   for (std::size_t number = 0; number < entry.dataPaths.size(); ++number) {
@@ -83,7 +83,7 @@ std::vector<MoveJob> firstOfEachDestination(const std::vector<MoveJob>& jobs) {
   return kept;
 }
 
-std::string key(Platform& platform, const Path& source) {
+std::string key(const ReadOnlyPlatform& platform, const Path& source) {
   return Text::canonical(platform.files.standardized(source).text());
 }
 
@@ -96,7 +96,7 @@ bool isInside(const Path& item, const std::set<std::string>& sources) {
 
 /// What lies in a folder moves with it. A job of its own would find it behind the link of that folder, and
 /// tear it out of the copy; before that folder, it would take its place on the drive.
-std::vector<MoveJob> withoutNested(Platform& platform, const std::vector<MoveJob>& jobs) {
+std::vector<MoveJob> withoutNested(const ReadOnlyPlatform& platform, const std::vector<MoveJob>& jobs) {
   std::set<std::string> sources;
   for (const MoveJob& job : jobs) sources.insert(key(platform, job.source));
   std::vector<MoveJob> kept;
@@ -108,7 +108,7 @@ std::vector<MoveJob> withoutNested(Platform& platform, const std::vector<MoveJob
 
 }  // namespace
 
-std::vector<MoveJob> buildAppJobs(Platform& platform, const std::vector<AppEntry>& entries,
+std::vector<MoveJob> buildAppJobs(const ReadOnlyPlatform& platform, const std::vector<AppEntry>& entries,
                                   const DriveInfo& drive, bool includeData) {
   const Stops stops = climbingStops(platform);
   std::vector<MoveJob> jobs;
@@ -119,16 +119,16 @@ std::vector<MoveJob> buildAppJobs(Platform& platform, const std::vector<AppEntry
   return withoutNested(platform, firstOfEachDestination(jobs));
 }
 
-bool shouldMove(Platform& platform, const Path& source) {
+bool shouldMove(const ReadOnlyPlatform& platform, const Path& source) {
   return mayMove(platform, source, climbingStops(platform));
 }
 
-void requireStillMovable(Platform& platform, const Path& source) {
+void requireStillMovable(const ReadOnlyPlatform& platform, const Path& source) {
   if (!platform.files.exists(source) || !isLinkOrInsideOne(platform, source, climbingStops(platform))) return;
   throw MoveRefused("It has been moved since it was looked at: " + source.text());
 }
 
-bool isUnsafePrefsPlist(Platform& platform, const Path& item) {
+bool isUnsafePrefsPlist(const ReadOnlyPlatform& platform, const Path& item) {
   if (item.extension() != "plist") return false;
   const std::string folder = platform.files.standardized(item.parent()).text();
   return Text::hasSuffix(folder, "/Library/Preferences") ||

@@ -11,7 +11,7 @@ namespace quarn {
 class MoveRefused : public LocalizedError {
  public:
   explicit MoveRefused(std::string sentence) : sentence_(std::move(sentence)) {}
-  std::string localizedDescription() const override { return sentence_; }
+  const std::string& localizedDescription() const noexcept override { return sentence_; }
 
  private:
   std::string sentence_;

@@ -22,9 +22,10 @@ Reason notInspected(const std::string& name) {
   return "Could not inspect " + name + ".";
 }
 
-Reason verifySymlink(Platform& platform, const Path& source, const Path& destination,
+Reason verifySymlink(const ReadOnlyPlatform& platform, const Path& source, const Path& destination,
                      const std::string& relativePath) {
-  if (platform.files.readLink(source).asOptional() == platform.files.readLink(destination).asOptional()) {
+  if (platform.files.readSymbolicLink(source).asOptional() ==
+      platform.files.readSymbolicLink(destination).asOptional()) {
     return std::nullopt;
   }
   return relativePath + " symlink target does not match.";
@@ -52,7 +53,7 @@ Reason verifyItem(const Pair& pair, const std::string& relativePath) {
   const auto copy = pair.copy();
   if (!copy) return missing(relativePath);
   if (kind == FileKind::symbolicLink) return pair.differenceOfTargets(relativePath);
-  if (kind == FileKind::directory && copy->kind != FileKind::directory) {
+  if (kind == FileKind::folder && copy->kind != FileKind::folder) {
     return relativePath + " is not a folder at the destination.";
   }
   if (kind == FileKind::regular && copy->size != size) {
@@ -63,7 +64,8 @@ Reason verifyItem(const Pair& pair, const std::string& relativePath) {
 
 class TopPair : public Pair {
  public:
-  TopPair(Platform& platform, const FileAttributes& attributes, const Path& source, const Path& destination)
+  TopPair(const ReadOnlyPlatform& platform, const FileAttributes& attributes, const Path& source,
+          const Path& destination)
       : platform_(platform), attributes_(attributes), source_(source), destination_(destination) {}
 
   FileKind kind() const override { return attributes_.kind; }
@@ -74,7 +76,7 @@ class TopPair : public Pair {
   }
 
  private:
-  Platform& platform_;
+  const ReadOnlyPlatform& platform_;
   const FileAttributes& attributes_;
   const Path& source_;
   const Path& destination_;
@@ -82,7 +84,8 @@ class TopPair : public Pair {
 
 class WalkedPair : public Pair {
  public:
-  WalkedPair(Platform& platform, const WalkItem& item, const Path& source, const Path& destination)
+  WalkedPair(const ReadOnlyPlatform& platform, const WalkItem& item, const Path& source,
+             const Path& destination)
       : platform_(platform), item_(item), source_(source), destination_(destination) {}
 
   FileKind kind() const override { return item_.kind(); }
@@ -94,7 +97,7 @@ class WalkedPair : public Pair {
   }
 
  private:
-  Platform& platform_;
+  const ReadOnlyPlatform& platform_;
   const WalkItem& item_;
   const Path& source_;
   const Path& destination_;
@@ -110,7 +113,7 @@ Reason fileCountParity(EntryCount& ofSource, EntryCount& ofDestination, const st
 
 class ItemByItem : public WalkVisitor {
  public:
-  ItemByItem(Platform& platform, const Path& source, const Path& destination)
+  ItemByItem(const ReadOnlyPlatform& platform, const Path& source, const Path& destination)
       : platform_(platform), source_(source), destination_(destination) {}
 
   WalkStep visit(const WalkItem& item) override {
@@ -125,7 +128,7 @@ class ItemByItem : public WalkVisitor {
   Reason reason;
 
  private:
-  Platform& platform_;
+  const ReadOnlyPlatform& platform_;
   const Path& source_;
   const Path& destination_;
 };
@@ -147,13 +150,14 @@ std::optional<PlatformError> asOfTheWhole(const std::optional<PlatformError>& ob
   return CocoaError::fromCode(CocoaError::Operation::remove, obstacle->code, item);
 }
 
-Reason difference(Platform& platform, const Path& source, const Path& destination, ItemByItem& check) {
+Reason difference(const ReadOnlyPlatform& platform, const Path& source, const Path& destination,
+                  ItemByItem& check) {
   if (!platform.files.exists(destination)) return missing(destination.lastComponent());
   const std::string name = source.lastComponent();
   const auto attributes = platform.files.attributes(source);
   if (!attributes) return notInspected(name);
   if (auto reason = verifyItem(TopPair(platform, *attributes, source, destination), name)) return reason;
-  if (attributes->kind != FileKind::directory) return std::nullopt;
+  if (attributes->kind != FileKind::folder) return std::nullopt;
   // `find` counts on both sides while the items are looked at; what it finds missing is told first.
   EntryCount ofSource(platform, source);
   EntryCount ofDestination(platform, destination);
@@ -164,12 +168,13 @@ Reason difference(Platform& platform, const Path& source, const Path& destinatio
 
 }  // namespace
 
-std::optional<std::string> failureReason(Platform& platform, const Path& source, const Path& destination) {
+std::optional<std::string> failureReason(const ReadOnlyPlatform& platform, const Path& source,
+                                         const Path& destination) {
   ItemByItem check(platform, source, destination);
   return difference(platform, source, destination, check);
 }
 
-Findings beforeRemoval(Platform& platform, const Path& source, const Path& destination) {
+Findings beforeRemoval(const ReadOnlyPlatform& platform, const Path& source, const Path& destination) {
   ItemByItemBeforeRemoval check(platform, source, destination);
   check.obstacle = platform.files.obstacleToRemoval(source);
   auto found = difference(platform, source, destination, check);

@@ -10,7 +10,8 @@ namespace quarn::MoveVerifier {
 /// The first difference between an item and its copy, as one sentence; nothing means the copy is whole.
 /// Compares kinds, sizes, link targets and the number of entries, never contents. Links are not
 /// followed. Never throws.
-std::optional<std::string> failureReason(Platform& platform, const Path& source, const Path& destination);
+std::optional<std::string> failureReason(const ReadOnlyPlatform& platform, const Path& source,
+                                         const Path& destination);
 
 /// What is found in one look at an item and its copy, right before the item is removed.
 struct Findings {
@@ -19,6 +20,6 @@ struct Findings {
   std::optional<PlatformError> obstacle;
 };
 
-Findings beforeRemoval(Platform& platform, const Path& source, const Path& destination);
+Findings beforeRemoval(const ReadOnlyPlatform& platform, const Path& source, const Path& destination);
 
 }  // namespace quarn::MoveVerifier

@@ -20,7 +20,7 @@ namespace {
 
 constexpr double secondsToQuit = 8.0;
 
-void checkSource(Platform& platform, const Path& source) {
+void checkSource(const ReadOnlyPlatform& platform, const Path& source) {
   if (!platform.files.exists(source)) throw MoverError::sourceMissing();
 }
 
@@ -30,12 +30,12 @@ void checkRunning(Platform& platform, const Path& source, bool quitRunning) {
   throw MoverError::appIsRunning(source.lastComponent());
 }
 
-void checkDestination(Platform& platform, const Path& destination) {
+void checkDestination(const ReadOnlyPlatform& platform, const Path& destination) {
   if (platform.files.exists(destination)) throw MoverError::destinationExists();
 }
 
 /// A free space of 0 means that the volume doesn't tell, and passes.
-void checkSpace(Platform& platform, std::int64_t needed, const Path& folder) {
+void checkSpace(const ReadOnlyPlatform& platform, std::int64_t needed, const Path& folder) {
   const std::int64_t available = VolumeCapacityProbe::freeBytes(platform, folder);
   if (available >= 1 && available < needed) throw MoverError::insufficientSpace(needed, available);
 }
@@ -58,8 +58,8 @@ Result<void> flushToDrive(Platform& platform, const Path& destination, const Cla
 
 /// The last look before the removal. What would stand in its way is found while the source is whole, and
 /// given back.
-std::optional<PlatformError> verify(Platform& platform, const Path& source, const Path& destination,
-                                    const Claim& claim, const ChosenVolume& volume) {
+std::optional<PlatformError> verify(Platform& platform, const Path& source,
+                                    const Path& destination, const Claim& claim, const ChosenVolume& volume) {
   const auto flushed = flushToDrive(platform, destination, claim);
   auto findings = MoveVerifier::beforeRemoval(platform, source, destination);
   if (findings.difference) giveUp(platform, claim, MoverError::verifyFailed(*findings.difference));
@@ -78,7 +78,7 @@ void removeSource(Platform& platform, const Path& source, const Claim& claim,
 
 /// Without the link the copy is the only data left, so it goes home and not into the stash.
 void link(Platform& platform, const Path& source, const Path& destination) {
-  const auto linked = platform.files.createLink(source, destination.text());
+  const auto linked = platform.files.createSymbolicLink(source, destination.text());
   if (linked) return;
   try {
     ItemMover::move(platform, destination, source);
@@ -106,7 +106,7 @@ void record(Platform& platform, const Path& source, const Path& destination, std
                                InstallsDB::defaultPath(platform.places));
 }
 
-void verifyInternalized(Platform& platform, const Path& item) {
+void verifyInternalized(const ReadOnlyPlatform& platform, const Path& item) {
   if (!platform.files.exists(item)) {
     throw MoverError::verifyFailed(item.lastComponent() + " missing after restore");
   }

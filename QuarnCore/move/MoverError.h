@@ -31,7 +31,7 @@ class MoverError : public LocalizedError {
   static MoverError destinationExists();
 
   Reason reason() const { return reason_; }
-  std::string localizedDescription() const override { return description_; }
+  const std::string& localizedDescription() const noexcept override { return description_; }
 
  private:
   MoverError(Reason reason, std::string description)

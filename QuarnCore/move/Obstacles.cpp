@@ -24,12 +24,12 @@ class Search : public WalkVisitor {
 
 }  // namespace
 
-Obstacles Obstacles::find(Platform& platform, const Path& item) {
+Obstacles Obstacles::find(const ReadOnlyPlatform& platform, const Path& item) {
   Search search;
   search.found.toRemoval = platform.files.obstacleToRemoval(item);
   const auto attributes = platform.files.attributes(item);
   if (attributes && !canBeCopied(attributes->kind)) search.found.toCopying = item.lastComponent();
-  const bool isFolder = attributes && attributes->kind == FileKind::directory;
+  const bool isFolder = attributes && attributes->kind == FileKind::folder;
   if (isFolder && !search.found.toRemoval) platform.files.walk(item, Hidden::included, search);
   return search.found;
 }

@@ -13,7 +13,7 @@ struct Obstacles {
   std::optional<std::string> toCopying;    ///< the name, below the item, of a socket or a device
   std::optional<PlatformError> toRemoval;  ///< also a folder that can't be read
 
-  static Obstacles find(Platform& platform, const Path& item);
+  static Obstacles find(const ReadOnlyPlatform& platform, const Path& item);
 };
 
 }  // namespace quarn

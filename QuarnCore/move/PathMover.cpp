@@ -16,14 +16,14 @@ std::int64_t ninetyFivePercent(std::int64_t kilobytes) {
 }
 
 /// A drive that isn't plugged in: the folders that would be made in its place lie on the startup disk.
-ChosenVolume mountedVolume(Platform& platform, const Path& destination) {
+ChosenVolume mountedVolume(const ReadOnlyPlatform& platform, const Path& destination) {
   if (auto volume = ChosenVolume::holding(platform, destination)) return *volume;
   throw MoveRefused("No drive is mounted there: " + destination.text());
 }
 
 /// What stands in place of a whole volume can't come home again, and what is merged into the home or a folder
 /// of applications is never told apart from what was there.
-void refuseProtectedPlace(Platform& platform, const Path& destination) {
+void refuseProtectedPlace(const ReadOnlyPlatform& platform, const Path& destination) {
   if (MountPoints::contains(platform, destination))
     throw MoveRefused("Destination is a whole volume: " + destination.text() + ". Name a folder on it.");
   if (ProtectedPlaces(platform).isOneOrAroundOne(sight(platform.files, destination)))
@@ -32,7 +32,7 @@ void refuseProtectedPlace(Platform& platform, const Path& destination) {
 
 /// What makes the removal of the source safe. Looked at again right before each step that relies on it: a
 /// plan gets old while the source is measured, while a person is asked, while another run has its turn.
-void requireSafe(Platform& platform, const Path& source, const Path& destination) {
+void requireSafe(const ReadOnlyPlatform& platform, const Path& source, const Path& destination) {
   PathPair::requireSafe(platform, source, destination);
   MountPoints::refuseInside(platform, source);
   refuseProtectedPlace(platform, destination);
@@ -40,7 +40,7 @@ void requireSafe(Platform& platform, const Path& source, const Path& destination
 
 void runRsync(Platform& platform, const Plan& plan, bool showsProgress) {
   const auto attributes = platform.files.attributes(plan.source);
-  const bool isFolder = attributes && attributes->kind == FileKind::directory;
+  const bool isFolder = attributes && attributes->kind == FileKind::folder;
   if (isFolder) platform.files.createFolder(plan.destination).orThrow();
   std::vector<std::string> arguments = {"-aH"};
   if (showsProgress) arguments.emplace_back("--progress");
@@ -60,7 +60,7 @@ void requireAtLeast(std::int64_t minimumKB, std::int64_t destinationKB) {
 
 }  // namespace
 
-Plan plan(Platform& platform, const Path& source, const Path& destination) {
+Plan plan(const ReadOnlyPlatform& platform, const Path& source, const Path& destination) {
   PathPair::requireSafe(platform, source, destination);
   const ChosenVolume volume = mountedVolume(platform, destination);
   requireSafe(platform, source, destination);
@@ -87,7 +87,7 @@ void replaceByLink(Platform& platform, const Plan& plan, std::int64_t destinatio
   plan.volume.requireHolds(platform, plan.destination);
   requireSafe(platform, plan.source, plan.destination);
   platform.files.remove(plan.source).orThrow();
-  platform.files.createLink(plan.source, plan.destination.text()).orThrow();
+  platform.files.createSymbolicLink(plan.source, plan.destination.text()).orThrow();
 }
 
 }  // namespace quarn::PathMover

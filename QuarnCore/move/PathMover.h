@@ -19,7 +19,7 @@ struct Plan {
 };
 
 /// Looks whether the move can be made, and changes nothing.
-Plan plan(Platform& platform, const Path& source, const Path& destination);
+Plan plan(const ReadOnlyPlatform& platform, const Path& source, const Path& destination);
 
 /// Copies, with `rsync`'s own output on standard output and standard error, and returns when the drive holds
 /// the copy: its disk use, in units of 1024 bytes. A failure leaves what was copied; the next attempt goes on

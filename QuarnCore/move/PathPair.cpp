@@ -5,7 +5,7 @@
 #include "QuarnCore/move/MoveRefused.h"
 
 namespace quarn::PathPair {
-void requireSafe(Platform& platform, const Path& source, const Path& destination) {
+void requireSafe(const ReadOnlyPlatform& platform, const Path& source, const Path& destination) {
   if (!platform.files.exists(source)) {
     throw MoveRefused("Source path does not exist: " + source.text());
   }
@@ -20,7 +20,7 @@ void requireSafe(Platform& platform, const Path& source, const Path& destination
   if (from.isAtOrIn(to)) {
     throw MoveRefused("Source lies inside the destination: " + destination.text());
   }
-  if (!platform.files.isDirectory(source) && platform.files.isDirectory(destination)) {
+  if (!platform.files.isFolder(source) && platform.files.isFolder(destination)) {
     throw MoveRefused("Destination is a folder, and the source is none: " + destination.text());
   }
 }

@@ -2,6 +2,7 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 
+#include "Platform/HostPlatform.h"
 #include "QuarnCLI/move/MoveRunner.h"
 #include "tests/cli/Expected.h"
 #include "tests/support/Scene.h"

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <filesystem>
 
+#include "Platform/HostPlatform.h"
 #include "QuarnCore/discovery/AppBundleEnumerator.h"
 #include "QuarnCore/discovery/AppBundleScanRoots.h"
 #include "tests/support/Child.h"

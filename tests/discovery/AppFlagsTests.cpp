@@ -1,3 +1,4 @@
+#include "Platform/HostPlatform.h"
 #include "QuarnCore/discovery/AppFlags.h"
 #include "tests/support/Scene.h"
 

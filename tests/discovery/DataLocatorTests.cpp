@@ -1,5 +1,6 @@
 #include <filesystem>
 
+#include "Platform/HostPlatform.h"
 #include "QuarnCore/discovery/DataLocator.h"
 #include "tests/support/Child.h"
 #include "tests/support/Scene.h"

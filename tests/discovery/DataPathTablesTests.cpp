@@ -1,3 +1,4 @@
+#include "Platform/HostPlatform.h"
 #include "QuarnCore/discovery/AssociatedDataPaths.h"
 #include "QuarnCore/discovery/CuratedDomains.h"
 #include "QuarnCore/discovery/LibraryDataPaths.h"

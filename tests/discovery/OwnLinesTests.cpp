@@ -1,6 +1,7 @@
 #include <filesystem>
 #include <unistd.h>
 
+#include "Platform/HostPlatform.h"
 #include "QuarnCore/discovery/RunningAppsDetector.h"
 #include "tests/support/Scene.h"
 

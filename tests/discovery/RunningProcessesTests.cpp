@@ -4,6 +4,7 @@
 #include <optional>
 #include <unistd.h>
 
+#include "Platform/HostPlatform.h"
 #include "QuarnCore/discovery/RunningAppsDetector.h"
 #include "tests/support/Scene.h"
 

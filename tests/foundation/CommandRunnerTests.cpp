@@ -3,6 +3,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "Platform/HostPlatform.h"
 #include "QuarnCore/foundation/CommandRunner.h"
 #include "tests/support/Child.h"
 #include "tests/support/Scene.h"

@@ -182,7 +182,7 @@ TEST(SizingService, everythingButLinksAndFoldersCountsItsBlocks) {
 TEST(SizingService, anItemThatCannotBeLookedAtIsPassedOver) {
   FakeTree files(hostPlatform().files);
   files.items = {{"gone", FileKind::regular, doubles::unreadable()},
-                 {"closed", FileKind::directory, doubles::unreadable()},
+                 {"closed", FileKind::folder, doubles::unreadable()},
                  FakeTree::file("closed/a", 4096),
                  FakeTree::file("b", 512)};
   EXPECT_EQ(walkOver(files), 512);

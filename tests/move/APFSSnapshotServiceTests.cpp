@@ -1,6 +1,7 @@
 #include <cstdlib>
 #include <ctime>
 
+#include "Platform/HostPlatform.h"
 #include "QuarnCore/move/APFSSnapshotService.h"
 #include "tests/support/Scene.h"
 

@@ -1,6 +1,7 @@
 #include <filesystem>
 #include <sys/stat.h>
 
+#include "Platform/HostPlatform.h"
 #include "QuarnCore/move/MoveVerifier.h"
 #include "tests/support/Scene.h"
 

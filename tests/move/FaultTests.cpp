@@ -96,7 +96,7 @@ Expected afterFailureOf(const std::string& operation, const Item& item) {
   if (is("copyAttributes")) return {"Copy failed: It broke.", {source}, "nothing"};
   if (is("flush")) return {"Verification failed: It broke.", {source, inTrash}, "nothing"};
   if (is("remove")) return {"Could not remove original after copy: It broke.", {source, inTrash}, "nothing"};
-  if (is("createLink")) return {"Symlink creation failed: It broke.", {source}, "nothing"};
+  if (is("createSymbolicLink")) return {"Symlink creation failed: It broke.", {source}, "nothing"};
   // Neither the list of processes nor a count nor a record can fail a move.
   return {"nothing", {destination}, "Destination already exists."};
 }
@@ -139,7 +139,7 @@ TEST_P(Fault, inAnyOneOperationOfAMoveLosesNothing) {
   EXPECT_GE(failed.size(), 8u);
   EXPECT_LT(failed.size(), static_cast<std::size_t>(mostOperations)) << "never ran through";
   EXPECT_EQ(std::count(failed.begin(), failed.end(), "remove"), 1);
-  EXPECT_EQ(std::count(failed.begin(), failed.end(), "createLink"), 1);
+  EXPECT_EQ(std::count(failed.begin(), failed.end(), "createSymbolicLink"), 1);
 }
 
 TEST_P(Fault, inEveryOperationFromAnyOneOnLosesNothing) {
@@ -163,7 +163,7 @@ TEST_P(Fault, inEveryOperationFromAnyOneOnLosesNothing) {
     EXPECT_EQ(foreignChanges(oracle, item), "");
     const bool copied = scene::exists(item.destination());
     const bool sourceStands = scene::exists(item.source) && !scene::isLink(item.source);
-    if (first.starts_with("createLink")) {
+    if (first.starts_with("createSymbolicLink")) {
       EXPECT_EQ(told, "Symlink creation failed: It broke.");
       EXPECT_EQ(whole, (Places{item.destination()}));
       EXPECT_EQ(item.move(), "Source path no longer exists.");
@@ -250,7 +250,7 @@ TEST_P(Fault, thatKillsTheProgramAtAnyOperationLosesNothing) {
                           operation.starts_with("remove");
     EXPECT_EQ(foreignChanges(oracle, item), "");
     EXPECT_EQ(scene::read(scene::manifest), "[\n\n]");
-    if (operation.starts_with("createLink")) {
+    if (operation.starts_with("createSymbolicLink")) {
       EXPECT_EQ(wholeAt(oracle), (Places{item.destination()}));
       EXPECT_FALSE(scene::exists(item.source));
       EXPECT_EQ(item.move(), "Source path no longer exists.");
@@ -266,7 +266,7 @@ TEST_P(Fault, thatKillsTheProgramAtAnyOperationLosesNothing) {
     EXPECT_FALSE(wholeAt(oracle).empty());
   }
   EXPECT_EQ(std::count(killed.begin(), killed.end(), "remove"), 1);
-  EXPECT_EQ(std::count(killed.begin(), killed.end(), "createLink"), 1);
+  EXPECT_EQ(std::count(killed.begin(), killed.end(), "createSymbolicLink"), 1);
   EXPECT_EQ(std::count(killed.begin(), killed.end(), "writeAtomically"), 1);
 }
 
@@ -325,9 +325,9 @@ const std::string recorded = "sourcePath";
 
 /// The changing steps of a way home, in their order. On a drive that is no volume of its own a rename is all.
 std::vector<std::string> stepsHome() {
-  if (!scene::hasMounts()) return {"removeLink", "rename", "createFolder", "writeAtomically"};
-  return {"removeLink", "rename", "copy",         "flush",          "start",
-          "start",      "remove", "createFolder", "writeAtomically"};
+  if (!scene::hasMounts()) return {"removeSymbolicLink", "rename", "createFolder", "writeAtomically"};
+  return {"removeSymbolicLink", "rename",         "copy", "flush", "start", "start", "remove",
+          "createFolder",       "writeAtomically"};
 }
 
 TEST_P(Fault, inAnyOneOperationOfARestoreLosesNothing) {
@@ -352,7 +352,7 @@ TEST_P(Fault, inAnyOneOperationOfARestoreLosesNothing) {
     }
     SCOPED_TRACE(operation);
     failed.push_back(operation.substr(0, operation.find(' ')));
-    if (failed.back() == "removeLink") {
+    if (failed.back() == "removeSymbolicLink") {
       EXPECT_EQ(told, "It broke.");
       EXPECT_EQ(wholeAt(oracle), (Places{item.destination()}));
       EXPECT_EQ(oracle.foreignChanges({}), "");
@@ -391,7 +391,7 @@ TEST_P(Fault, thatKillsTheProgramAtAnyOperationOfARestoreLosesNothing) {
     const bool isHome = is("createFolder") || is("writeAtomically");
     const Places both = {item.source, item.destination()};
     EXPECT_EQ(wholeAt(oracle), isCopied ? both : Places{isHome ? item.source : item.destination()});
-    EXPECT_EQ(scene::isLink(item.source), is("removeLink"));
+    EXPECT_EQ(scene::isLink(item.source), is("removeSymbolicLink"));
     EXPECT_NE(scene::read(scene::manifest).find(recorded), std::string::npos) << "not forgotten yet";
   }
   EXPECT_EQ(killed, stepsHome());

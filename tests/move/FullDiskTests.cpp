@@ -1,5 +1,6 @@
 #include <filesystem>
 
+#include "Platform/HostPlatform.h"
 #include "tests/move/Moving.h"
 #include "tests/support/NothingLost.h"
 

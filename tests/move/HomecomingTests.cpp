@@ -49,7 +49,7 @@ class Homecoming : public ::testing::Test {
 TEST_F(Homecoming, aTreeThatTookTheLinksPlaceStays) {
   linkIt();
   GatedPlatform gated([](const std::string& operation) {
-    if (!operation.starts_with("removeLink")) return Result<void>();
+    if (!operation.starts_with("removeSymbolicLink")) return Result<void>();
     fs::remove(app);
     scene::write(app + "/Contents/mine", "an updater's");
     return Result<void>();

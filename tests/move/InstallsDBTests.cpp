@@ -1,5 +1,6 @@
 #include <filesystem>
 
+#include "Platform/HostPlatform.h"
 #include "QuarnCore/discovery/InstallsDB.h"
 #include "QuarnCore/discovery/InstallsDBEntryResolver.h"
 #include "tests/support/DatabaseLock.h"

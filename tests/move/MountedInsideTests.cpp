@@ -1,6 +1,7 @@
 #include <filesystem>
 #include <sys/mount.h>
 
+#include "Platform/HostPlatform.h"
 #include "QuarnCore/move/PathMover.h"
 #include "tests/move/Moving.h"
 #include "tests/support/Child.h"

@@ -1,3 +1,4 @@
+#include "Platform/HostPlatform.h"
 #include "QuarnCore/move/MoveDestination.h"
 
 namespace quarn {

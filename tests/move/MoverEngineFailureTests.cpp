@@ -135,7 +135,7 @@ TEST_F(FailedMove, ofARemovalThatTheSystemWouldRefuseIsFoundBeforeAnythingIsRemo
 
 TEST_F(FailedMove, ofTheLinkBringsTheCopyHome) {
   const NothingLost oracle(app);
-  Refusing refusing({"createLink"});
+  Refusing refusing({"createSymbolicLink"});
   EXPECT_EQ(move(refusing.platform()), "Symlink creation failed: It broke.");
   EXPECT_EQ(oracle.wholeAt(), (Places{app}));
   EXPECT_FALSE(scene::exists(driveTrash()));
@@ -144,7 +144,7 @@ TEST_F(FailedMove, ofTheLinkBringsTheCopyHome) {
 
 TEST_F(FailedMove, ofTheLinkAndOfTheWayHomeLeavesTheCopyOnTheDrive) {
   const NothingLost oracle(app);
-  Refusing refusing({"createLink", "rename", "copy "});
+  Refusing refusing({"createSymbolicLink", "rename", "copy "});
   EXPECT_EQ(move(refusing.platform()), "Symlink creation failed: It broke.");
   EXPECT_EQ(oracle.wholeAt(), (Places{movedApp}));
   EXPECT_FALSE(scene::exists(app));
@@ -153,7 +153,7 @@ TEST_F(FailedMove, ofTheLinkAndOfTheWayHomeLeavesTheCopyOnTheDrive) {
 TEST_F(FailedMove, ofTheLinkBecauseSomethingTookThePlaceTellsThePlatformsWords) {
   const NothingLost oracle(app);
   GatedPlatform gated([](const std::string& operation) {
-    if (operation.starts_with("createLink")) scene::write(app, "somebody else's");
+    if (operation.starts_with("createSymbolicLink")) scene::write(app, "somebody else's");
     return Result<void>();
   });
   EXPECT_EQ(

@@ -56,7 +56,7 @@ TEST(MoverEngine, aBundleIsMovedStepByStep) {
                 "start /usr/bin/find /Volumes/X9/ExternalQuarn/Apps/Foo.app",
                 "linking",
                 "remove /Applications/Foo.app",
-                "createLink /Applications/Foo.app -> /Volumes/X9/ExternalQuarn/Apps/Foo.app",
+                "createSymbolicLink /Applications/Foo.app -> /Volumes/X9/ExternalQuarn/Apps/Foo.app",
                 "createFolder /Users/me/Library/Application Support/Quarn",
                 "writeAtomically /Users/me/Library/Application Support/Quarn/health-manifest.json",
             }));
@@ -78,7 +78,7 @@ TEST(MoverEngine, aDataFolderIsMovedLikeABundleWithoutAskingWhatRuns) {
                 "start /usr/bin/find " + to,
                 "linking",
                 "remove " + support,
-                "createLink " + support + " -> " + to,
+                "createSymbolicLink " + support + " -> " + to,
                 "createFolder /Users/me/Library/Application Support/Quarn",
                 "writeAtomically /Users/me/Library/Application Support/Quarn/health-manifest.json",
             }));

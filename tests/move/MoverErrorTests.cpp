@@ -18,7 +18,10 @@ TEST(MoverError, everyReasonHasItsSentence) {
       {MoverError::sourceMissing(), "Source path no longer exists."},
       {MoverError::destinationExists(), "Destination already exists."},
   };
-  for (const auto& [error, text] : rows) EXPECT_EQ(error.localizedDescription(), text);
+  for (const auto& [error, text] : rows) {
+    EXPECT_EQ(error.localizedDescription(), text);
+    EXPECT_STREQ(error.what(), text.c_str()) << "also for who knows nothing of this program";
+  }
 }
 
 }  // namespace

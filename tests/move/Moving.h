@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "Platform/Platform.h"
+#include "Platform/HostPlatform.h"
 #include "QuarnCore/move/MoverEngine.h"
 #include "tests/support/Replacing.h"
 #include "tests/support/Scene.h"

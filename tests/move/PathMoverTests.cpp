@@ -55,7 +55,7 @@ TEST(PathMover, copiesWritesOutComparesAndRemovesInThisOrder) {
                           "start /usr/bin/rsync -aH " + source + "/ " + destination + "/",
                           "flush " + destination, "start /usr/bin/du -sk " + destination,
                           "start /usr/bin/find " + source, "start /usr/bin/find " + destination,
-                          "remove " + source, "createLink " + source + " -> " + destination}));
+                          "remove " + source, "createSymbolicLink " + source + " -> " + destination}));
 }
 
 TEST(PathMover, aFailureOfAnyOneOperationLosesNothing) {
@@ -78,7 +78,7 @@ TEST(PathMover, aFailureOfAnyOneOperationLosesNothing) {
     SCOPED_TRACE(operation);
     failed.push_back(operation.substr(0, operation.find(' ')));
     EXPECT_EQ(oracle.foreignChanges({source, "/Volumes/X9/deep"}), "");
-    if (failed.back() == "createLink") {
+    if (failed.back() == "createSymbolicLink") {
       EXPECT_EQ(told, "It broke.");
       EXPECT_EQ(oracle.wholeAt(), (Places{destination}));
     } else if (operation.starts_with("start /usr/bin/find")) {

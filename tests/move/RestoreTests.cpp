@@ -65,7 +65,7 @@ TEST(Restore, removesTheLinkThenMovesThenForgets) {
     return Result<void>();
   });
   EXPECT_EQ(restore(gated.platform()), "nothing");
-  Lines expected = {"removeLink " + app, "rename " + movedApp + " -> " + app};
+  Lines expected = {"removeSymbolicLink " + app, "rename " + movedApp + " -> " + app};
   if (scene::hasMounts()) {
     for (const std::string& step :
          {"copy " + movedApp + " -> " + app, "flush " + app, "start /usr/bin/find " + movedApp,

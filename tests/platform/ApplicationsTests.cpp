@@ -4,7 +4,7 @@
 #include <sys/wait.h>
 #include <thread>
 
-#include "Platform/Platform.h"
+#include "Platform/HostPlatform.h"
 #include "tests/support/ScratchFolder.h"
 
 namespace quarn {

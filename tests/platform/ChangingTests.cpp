@@ -1,7 +1,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 
-#include "Platform/Platform.h"
+#include "Platform/HostPlatform.h"
 #include "tests/support/Child.h"
 #include "tests/support/Scene.h"
 #include "tests/support/ScratchFolder.h"
@@ -88,25 +88,25 @@ TEST(CreateFolder, needsPermission) {
 
 // Links.
 
-TEST(CreateLink, storesTheTextAsItIs) {
+TEST(CreateSymbolicLink, storesTheTextAsItIs) {
   ScratchFolder scratch;
-  EXPECT_EQ(code(files().createLink(scratch / "link", "../not/there//")), 0);
+  EXPECT_EQ(code(files().createSymbolicLink(scratch / "link", "../not/there//")), 0);
   EXPECT_EQ(std::filesystem::read_symlink(scratch.at("link")), "../not/there//");
 }
 
-TEST(CreateLink, replacesNothing) {
+TEST(CreateSymbolicLink, replacesNothing) {
   ScratchFolder scratch;
   scratch.write("file");
   scratch.link("dangling", "none");
-  EXPECT_EQ(code(files().createLink(scratch / "file", "x")), 516);
-  EXPECT_EQ(code(files().createLink(scratch / "dangling", "x")), 516);
+  EXPECT_EQ(code(files().createSymbolicLink(scratch / "file", "x")), 516);
+  EXPECT_EQ(code(files().createSymbolicLink(scratch / "dangling", "x")), 516);
   EXPECT_EQ(std::filesystem::read_symlink(scratch.at("dangling")), "none");
   EXPECT_EQ(scratch.read("file"), "content");
 }
 
-TEST(CreateLink, makesNoParents) {
+TEST(CreateSymbolicLink, makesNoParents) {
   ScratchFolder scratch;
-  const auto made = files().createLink(scratch / "none/x", "y");
+  const auto made = files().createSymbolicLink(scratch / "none/x", "y");
   EXPECT_EQ(code(made), 4);
   EXPECT_EQ(text(made), "The file “x” doesn’t exist.");
 }
@@ -278,7 +278,7 @@ TEST(Changing, aReadOnlyVolumeTakesNothing) {
               EXPECT_EQ(code(made), 642);
               EXPECT_EQ(text(made),
                         "You can’t save the file “z” because the volume “Macintosh HD” is read only.");
-              EXPECT_EQ(code(files().createLink(scratch / "z", "x")), 642);
+              EXPECT_EQ(code(files().createSymbolicLink(scratch / "z", "x")), 642);
               EXPECT_EQ(code(files().writeAtomically(scratch / "x", "new")), 642);
               EXPECT_EQ(code(files().rename(scratch / "x", scratch / "z")), 642);
               EXPECT_EQ(code(files().remove(scratch / "x")), 642);

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
-#include "Platform/Platform.h"
+#include "Platform/HostPlatform.h"
 #include "tests/support/Decorators.h"
 #include "tests/support/ScratchFolder.h"
 
@@ -10,7 +10,7 @@ namespace {
 
 void makeThreeChanges(FileSystem& files, const ScratchFolder& scratch) {
   (void)files.createFolder(scratch / "folder");
-  (void)files.createLink(scratch / "link", "folder");
+  (void)files.createSymbolicLink(scratch / "link", "folder");
   (void)files.rename(scratch / "link", scratch / "moved");
 }
 
@@ -50,10 +50,11 @@ TEST(Decorators, recordingKeepsTheOrder) {
   (void)files.writeAtomically(scratch / "file", "x");
   (void)files.remove(scratch / "file");
   const std::string at = scratch.text();
-  EXPECT_EQ(files.operations(), (std::vector<std::string>{
-                                    "createFolder " + at + "/folder", "createLink " + at + "/link -> folder",
-                                    "rename " + at + "/link -> " + at + "/moved",
-                                    "writeAtomically " + at + "/file", "remove " + at + "/file"}));
+  EXPECT_EQ(files.operations(),
+            (std::vector<std::string>{"createFolder " + at + "/folder",
+                                      "createSymbolicLink " + at + "/link -> folder",
+                                      "rename " + at + "/link -> " + at + "/moved",
+                                      "writeAtomically " + at + "/file", "remove " + at + "/file"}));
 }
 
 }  // namespace

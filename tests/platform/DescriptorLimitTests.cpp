@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 
-#include "Platform/Platform.h"
+#include "Platform/HostPlatform.h"
 #include "tests/support/Child.h"
 #include "tests/support/DeepTree.h"
 #include "tests/support/Scene.h"

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 #include <sys/syscall.h>
 
-#include "Platform/Platform.h"
+#include "Platform/HostPlatform.h"
 #include "tests/support/Child.h"
 #include "tests/support/ScratchFolder.h"
 

@@ -3,7 +3,7 @@
 #include <sys/resource.h>
 #include <sys/wait.h>
 
-#include "Platform/Platform.h"
+#include "Platform/HostPlatform.h"
 #include "tests/support/Child.h"
 #include "tests/support/ScratchFolder.h"
 

@@ -4,7 +4,7 @@
 #include <sys/socket.h>
 #include <sys/un.h>
 
-#include "Platform/Platform.h"
+#include "Platform/HostPlatform.h"
 #include "Platform/posix/ResolvedPath.h"
 #include "tests/support/Child.h"
 #include "tests/support/Scene.h"
@@ -51,15 +51,15 @@ TEST(Looking, nothingExistsInAFolderThatMayNotBeSearched) {
             "");
 }
 
-TEST(Looking, aLinkToAFolderIsADirectory) {
+TEST(Looking, aLinkToAFolderIsAFolder) {
   ScratchFolder scratch;
   scratch.folder("folder");
   scratch.write("file");
   scratch.link("link", "folder");
-  EXPECT_TRUE(files().isDirectory(scratch / "folder"));
-  EXPECT_TRUE(files().isDirectory(scratch / "link"));
-  EXPECT_FALSE(files().isDirectory(scratch / "file"));
-  EXPECT_FALSE(files().isDirectory(scratch / "none"));
+  EXPECT_TRUE(files().isFolder(scratch / "folder"));
+  EXPECT_TRUE(files().isFolder(scratch / "link"));
+  EXPECT_FALSE(files().isFolder(scratch / "file"));
+  EXPECT_FALSE(files().isFolder(scratch / "none"));
 }
 
 TEST(Looking, attributesDescribeTheLinkAndNotItsTarget) {
@@ -69,7 +69,7 @@ TEST(Looking, attributesDescribeTheLinkAndNotItsTarget) {
   scratch.link("dangling", "nowhere");
   EXPECT_EQ(files().attributes(scratch / "link")->kind, FileKind::symbolicLink);
   EXPECT_EQ(files().attributes(scratch / "dangling")->size, 7);
-  EXPECT_EQ(files().attributes(scratch / "folder")->kind, FileKind::directory);
+  EXPECT_EQ(files().attributes(scratch / "folder")->kind, FileKind::folder);
   EXPECT_EQ(files().attributes(scratch / "folder")->size, std::nullopt);
 }
 
@@ -108,17 +108,17 @@ TEST(Looking, readLinkGivesTheStoredTextOfAnyLength) {
   const std::string longText(4000, 'x');
   scratch.link("short", "../a b");
   scratch.link("long", longText);
-  EXPECT_EQ(*files().readLink(scratch / "short"), "../a b");
-  EXPECT_EQ(*files().readLink(scratch / "long"), longText);
+  EXPECT_EQ(*files().readSymbolicLink(scratch / "short"), "../a b");
+  EXPECT_EQ(*files().readSymbolicLink(scratch / "long"), longText);
 }
 
 TEST(Looking, readLinkOfNoLinkFails) {
   ScratchFolder scratch;
   scratch.write("plain.txt");
-  const auto found = files().readLink(scratch / "plain.txt");
+  const auto found = files().readSymbolicLink(scratch / "plain.txt");
   EXPECT_EQ(code(found), 256);
   EXPECT_EQ(found.error().description, "The file “plain.txt” couldn’t be opened.");
-  EXPECT_EQ(code(files().readLink(scratch / "none")), 260);
+  EXPECT_EQ(code(files().readSymbolicLink(scratch / "none")), 260);
 }
 
 TEST(Looking, resolvingLinksResolvesAllOrNone) {

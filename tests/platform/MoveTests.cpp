@@ -4,7 +4,7 @@
 #include <sys/syscall.h>
 #include <sys/xattr.h>
 
-#include "Platform/Platform.h"
+#include "Platform/HostPlatform.h"
 #include "tests/support/Child.h"
 #include "tests/support/DeepTree.h"
 #include "tests/support/Scene.h"

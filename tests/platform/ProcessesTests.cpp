@@ -9,7 +9,7 @@
 #include <sys/wait.h>
 #include <thread>
 
-#include "Platform/Platform.h"
+#include "Platform/HostPlatform.h"
 #include "Platform/Processes.h"
 #include "tests/support/Scene.h"
 #include "tests/support/ScratchFolder.h"

@@ -5,7 +5,7 @@
 #include <sys/xattr.h>
 #include <unistd.h>
 
-#include "Platform/Platform.h"
+#include "Platform/HostPlatform.h"
 #include "tests/support/Child.h"
 #include "tests/support/ScratchFolder.h"
 
@@ -25,7 +25,7 @@ int obstacle(const Path& item) {
 
 TEST(Claim, makesWhatIsEmptyAndForItsOwnerAlone) {
   const ScratchFolder scratch;
-  EXPECT_EQ(code(files().claim(scratch / "folder", FileKind::directory)), 0);
+  EXPECT_EQ(code(files().claim(scratch / "folder", FileKind::folder)), 0);
   EXPECT_EQ(code(files().claim(scratch / "file", FileKind::regular)), 0);
   EXPECT_EQ(scratch.status("folder").st_mode & 07777u, 0700u);
   EXPECT_TRUE(S_ISDIR(scratch.status("folder").st_mode));
@@ -39,26 +39,26 @@ TEST(Claim, ofAPlaceThatIsTakenFailsWhateverStandsThere) {
   scratch.folder("folder");
   scratch.link("dangling", "none");
   for (const char* taken : {"file", "folder", "dangling"}) {
-    for (const FileKind kind : {FileKind::directory, FileKind::regular})
+    for (const FileKind kind : {FileKind::folder, FileKind::regular})
       EXPECT_EQ(code(files().claim(scratch / taken, kind)), 516) << taken;
   }
   EXPECT_FALSE(scratch.stands("none"));
-  EXPECT_EQ(code(files().claim(scratch / "missing/x", FileKind::directory)), 4);
+  EXPECT_EQ(code(files().claim(scratch / "missing/x", FileKind::folder)), 4);
 }
 
-TEST(RemoveLink, removesALinkAndNothingElse) {
+TEST(RemoveSymbolicLink, removesALinkAndNothingElse) {
   const ScratchFolder scratch;
   scratch.write("tree/file");
   scratch.write("file");
   scratch.link("link", "tree");
   scratch.link("dangling", "none");
-  EXPECT_EQ(code(files().removeLink(scratch / "link")), 0);
-  EXPECT_EQ(code(files().removeLink(scratch / "dangling")), 0);
+  EXPECT_EQ(code(files().removeSymbolicLink(scratch / "link")), 0);
+  EXPECT_EQ(code(files().removeSymbolicLink(scratch / "dangling")), 0);
   EXPECT_FALSE(scratch.stands("link"));
   EXPECT_FALSE(scratch.stands("dangling"));
-  EXPECT_EQ(code(files().removeLink(scratch / "tree")), 512);
-  EXPECT_EQ(code(files().removeLink(scratch / "file")), 512);
-  EXPECT_EQ(code(files().removeLink(scratch / "none")), 4);
+  EXPECT_EQ(code(files().removeSymbolicLink(scratch / "tree")), 512);
+  EXPECT_EQ(code(files().removeSymbolicLink(scratch / "file")), 512);
+  EXPECT_EQ(code(files().removeSymbolicLink(scratch / "none")), 4);
   EXPECT_TRUE(scratch.stands("tree/file"));
   EXPECT_TRUE(scratch.stands("file"));
 }

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 #include <sys/syscall.h>
 
-#include "Platform/Platform.h"
+#include "Platform/HostPlatform.h"
 #include "tests/support/ChangingCalls.h"
 #include "tests/support/KilledAt.h"
 #include "tests/support/ScratchFolder.h"

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 #include <thread>
 
-#include "Platform/Platform.h"
+#include "Platform/HostPlatform.h"
 #include "Platform/RepeatingTimer.h"
 
 namespace quarn {

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 #include <sys/statvfs.h>
 
-#include "Platform/Platform.h"
+#include "Platform/HostPlatform.h"
 #include "Platform/linux/MountTable.h"
 #include "tests/support/Scene.h"
 #include "tests/support/ScratchFolder.h"

@@ -4,7 +4,7 @@
 #include <map>
 #include <set>
 
-#include "Platform/Platform.h"
+#include "Platform/HostPlatform.h"
 #include "tests/support/Child.h"
 #include "tests/support/DeepTree.h"
 #include "tests/support/Scene.h"
@@ -79,7 +79,7 @@ TEST(Walk, tellsKindsWithoutFollowingLinks) {
   Collector collector;
   files().walk(scratch.path(), Hidden::included, collector);
   EXPECT_EQ(collector.kinds, (std::map<std::string, FileKind>{{"file", FileKind::regular},
-                                                              {"folder", FileKind::directory},
+                                                              {"folder", FileKind::folder},
                                                               {"folder/inside", FileKind::regular},
                                                               {"toFolder", FileKind::symbolicLink},
                                                               {"dangling", FileKind::symbolicLink},
@@ -308,15 +308,15 @@ TEST(Looking, pathsLongerThanOneCallTakesWork) {
   makeDeepTree(scratch.text(), 3000);
   std::string deep = scratch.text();
   for (int i = 0; i < 3000; ++i) deep += "/d";
-  EXPECT_TRUE(files().isDirectory(Path(deep)));
+  EXPECT_TRUE(files().isFolder(Path(deep)));
   EXPECT_TRUE(files().exists(Path(deep + "/f")));
   EXPECT_FALSE(files().exists(Path(deep + "/none")));
   EXPECT_EQ(files().attributes(Path(deep + "/f"))->kind, FileKind::regular);
   EXPECT_TRUE(files().writeAtomically(Path(deep + "/f"), "new"));
   EXPECT_EQ(*files().read(Path(deep + "/f")), "new");
   EXPECT_TRUE(files().createFolder(Path(deep + "/e/e")));
-  EXPECT_TRUE(files().createLink(Path(deep + "/l"), "x"));
-  EXPECT_EQ(*files().readLink(Path(deep + "/l")), "x");
+  EXPECT_TRUE(files().createSymbolicLink(Path(deep + "/l"), "x"));
+  EXPECT_EQ(*files().readSymbolicLink(Path(deep + "/l")), "x");
   EXPECT_TRUE(files().rename(Path(deep + "/f"), Path(deep + "/g")));
   EXPECT_EQ(files().list(Path(deep), Hidden::included)->size(), 3u);
   EXPECT_TRUE(files().remove(scratch / "d"));

@@ -4,7 +4,7 @@
 #include <sys/stat.h>
 #include <sys/syscall.h>
 
-#include "Platform/Platform.h"
+#include "Platform/HostPlatform.h"
 #include "tests/support/CallsOf.h"
 #include "tests/support/Child.h"
 #include "tests/support/KilledAt.h"

@@ -19,9 +19,10 @@ class GuardedFileSystem : public FileSystemDecorator {
     if (auto refusal = before("createFolder " + folder.text()); !refusal) return refusal;
     return FileSystemDecorator::createFolder(folder);
   }
-  Result<void> createLink(const Path& link, const std::string& target) override {
-    if (auto refusal = before("createLink " + link.text() + " -> " + target); !refusal) return refusal;
-    return FileSystemDecorator::createLink(link, target);
+  Result<void> createSymbolicLink(const Path& link, const std::string& target) override {
+    if (auto refusal = before("createSymbolicLink " + link.text() + " -> " + target); !refusal)
+      return refusal;
+    return FileSystemDecorator::createSymbolicLink(link, target);
   }
   Result<void> claim(const Path& place, FileKind folderOrRegular) override {
     if (auto refusal = before("claim " + place.text()); !refusal) return refusal;
@@ -31,9 +32,9 @@ class GuardedFileSystem : public FileSystemDecorator {
     if (auto refusal = before("remove " + item.text()); !refusal) return refusal;
     return FileSystemDecorator::remove(item);
   }
-  Result<void> removeLink(const Path& link) override {
-    if (auto refusal = before("removeLink " + link.text()); !refusal) return refusal;
-    return FileSystemDecorator::removeLink(link);
+  Result<void> removeSymbolicLink(const Path& link) override {
+    if (auto refusal = before("removeSymbolicLink " + link.text()); !refusal) return refusal;
+    return FileSystemDecorator::removeSymbolicLink(link);
   }
   Result<bool> rename(const Path& source, const Path& destination) override {
     if (auto refusal = before("rename " + source.text() + " -> " + destination.text()); !refusal)

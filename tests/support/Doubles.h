@@ -6,7 +6,7 @@
 #include <memory>
 #include <vector>
 
-#include "Platform/Platform.h"
+#include "Platform/HostPlatform.h"
 
 /// Answers of the system that a test decides.
 namespace quarn::doubles {

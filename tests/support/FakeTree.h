@@ -42,10 +42,10 @@ class FakeTree : public FileSystemDecorator {
   }
   static Item folder(const std::string& path, FileIdentity identity) {
     FileAttributes attributes;
-    attributes.kind = FileKind::directory;
+    attributes.kind = FileKind::folder;
     attributes.blockBytes = 1'000'000;
     attributes.identity = identity;
-    return {path, FileKind::directory, attributes};
+    return {path, FileKind::folder, attributes};
   }
 
  private:

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "Platform/HostPlatform.h"
 #include "Platform/LocalizedError.h"
-#include "Platform/Platform.h"
 
 namespace quarn {
 
@@ -15,6 +15,7 @@ struct Replacement {
   Clock* clock = nullptr;
   Places* places = nullptr;
   Locks* locks = nullptr;
+  Databases* databases = nullptr;
 };
 
 /// `platform` with those parts in place of its own.
@@ -26,7 +27,8 @@ inline Platform replacing(const Replacement& part, const Platform& platform = ho
           .trash = part.trash ? *part.trash : platform.trash,
           .clock = part.clock ? *part.clock : platform.clock,
           .places = part.places ? *part.places : platform.places,
-          .locks = part.locks ? *part.locks : platform.locks};
+          .locks = part.locks ? *part.locks : platform.locks,
+          .databases = part.databases ? *part.databases : platform.databases};
 }
 
 /// What a person would be told; "nothing" if nothing was thrown.

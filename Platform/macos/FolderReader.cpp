@@ -1,4 +1,4 @@
-#include "Platform/posix/DirectoryReader.h"
+#include "Platform/posix/FolderReader.h"
 
 #include <cerrno>
 #include <dirent.h>
@@ -17,15 +17,15 @@ struct CloseFolder {
 
 }  // namespace
 
-struct DirectoryReader::State {
+struct FolderReader::State {
   std::unique_ptr<DIR, CloseFolder> folder;
   int error = 0;
 };
 
-DirectoryReader::DirectoryReader() : state_(new State) {}
-DirectoryReader::~DirectoryReader() = default;
+FolderReader::FolderReader() : state_(new State) {}
+FolderReader::~FolderReader() = default;
 
-void DirectoryReader::begin(int folder) {
+void FolderReader::begin(int folder) {
   // The stream closes the descriptor that it is given, and ours belongs to the caller.
   const int own = ::fcntl(folder, F_DUPFD_CLOEXEC, 0);
   state_->folder.reset(own < 0 ? nullptr : ::fdopendir(own));
@@ -33,7 +33,7 @@ void DirectoryReader::begin(int folder) {
   if (!state_->folder && own >= 0) ::close(own);
 }
 
-std::optional<DirectoryReader::Entry> DirectoryReader::next() {
+std::optional<FolderReader::Entry> FolderReader::next() {
   while (state_->folder) {
     errno = 0;
     const dirent* entry = ::readdir(state_->folder.get());
@@ -48,7 +48,7 @@ std::optional<DirectoryReader::Entry> DirectoryReader::next() {
   return std::nullopt;
 }
 
-int DirectoryReader::error() const {
+int FolderReader::error() const {
   return state_->error;
 }
 

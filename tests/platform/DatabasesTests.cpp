@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
-#include "Platform/Database.h"
+#include "Platform/HostPlatform.h"
 
 namespace quarn {
 
@@ -37,7 +37,7 @@ class DatabaseTest : public testing::Test {
 
   std::vector<std::optional<std::string>> paths(const std::optional<std::string>& id) {
     std::vector<std::optional<std::string>> found;
-    auto database = Database::open(file(), Database::Access::reading);
+    auto database = hostPlatform().databases.openForReading(file());
     auto statement = database->prepare("SELECT path FROM files WHERE id IS ?1 ORDER BY rowid;");
     statement->bind(1, id);
     while (statement->step() == Statement::Step::row) found.push_back(statement->text(0));
@@ -45,14 +45,13 @@ class DatabaseTest : public testing::Test {
   }
 
   /// The outcome of a whole operation, from opening to the last step.
-  bool canDo(const std::string& sql, Database::Access access) {
-    auto database = Database::open(file(), access);
+  bool canDo(const std::string& sql, const std::unique_ptr<Database>& database) {
     if (!database) return false;
     auto statement = database->prepare(sql);
     return statement && statement->step() != Statement::Step::failed;
   }
-  bool canRead() { return canDo("SELECT path FROM files;", Database::Access::reading); }
-  bool canWrite() { return canDo("DELETE FROM files;", Database::Access::writing); }
+  bool canRead() { return canDo("SELECT path FROM files;", hostPlatform().databases.openForReading(file())); }
+  bool canWrite() { return canDo("DELETE FROM files;", hostPlatform().databases.openForWriting(file())); }
 
   fs::path folder_;
 };
@@ -69,7 +68,7 @@ TEST_F(DatabaseTest, rowsComeInOrderAndNullIsAbsent) {
 
 TEST_F(DatabaseTest, anAbsentTextIsBoundAsNull) {
   {
-    auto database = Database::open(file(), Database::Access::writing);
+    auto database = hostPlatform().databases.openForWriting(file());
     auto statement = database->prepare("INSERT INTO files VALUES (?, ?);");
     statement->bind(1, std::nullopt);
     statement->bind(2, "/b");
@@ -79,7 +78,7 @@ TEST_F(DatabaseTest, anAbsentTextIsBoundAsNull) {
 }
 
 TEST_F(DatabaseTest, aBoundTextIsKeptWhenTheCallersGoes) {
-  auto database = Database::open(file(), Database::Access::reading);
+  auto database = hostPlatform().databases.openForReading(file());
   auto statement = database->prepare("SELECT ?;");
   {
     std::string text = "a text too long to be stored within its own object";
@@ -95,7 +94,7 @@ TEST_F(DatabaseTest, aTextIsNeverReadAsCode) {
 }
 
 TEST_F(DatabaseTest, changedRowsAreCounted) {
-  auto database = Database::open(file(), Database::Access::writing);
+  auto database = hostPlatform().databases.openForWriting(file());
   auto statement = database->prepare("DELETE FROM files WHERE id = ?;");
   statement->bind(1, "1");
   EXPECT_EQ(statement->step(), Statement::Step::done);
@@ -105,26 +104,26 @@ TEST_F(DatabaseTest, changedRowsAreCounted) {
 
 TEST_F(DatabaseTest, aZeroByteInItsPathOpensNothing) {
   const Path cut(file().text() + std::string("\0x", 2));
-  EXPECT_FALSE(Database::open(cut, Database::Access::reading));
+  EXPECT_FALSE(hostPlatform().databases.openForReading(cut));
 }
 
 TEST_F(DatabaseTest, aReaderCannotWrite) {
-  EXPECT_FALSE(canDo("DELETE FROM files;", Database::Access::reading));
+  EXPECT_FALSE(canDo("DELETE FROM files;", hostPlatform().databases.openForReading(file())));
   EXPECT_EQ(paths("1").size(), 2u);
 }
 
 TEST_F(DatabaseTest, aMissingFileIsNotCreated) {
   fs::remove(file().text());
-  EXPECT_FALSE(Database::open(file(), Database::Access::reading));
-  EXPECT_FALSE(Database::open(file(), Database::Access::writing));
+  EXPECT_FALSE(hostPlatform().databases.openForReading(file()));
+  EXPECT_FALSE(hostPlatform().databases.openForWriting(file()));
   EXPECT_FALSE(fs::exists(file().text()));
 }
 
 TEST_F(DatabaseTest, aFolderInPlaceOfTheFileCannotBeOpened) {
   fs::remove(file().text());
   fs::create_directory(file().text());
-  EXPECT_FALSE(Database::open(file(), Database::Access::reading));
-  EXPECT_FALSE(Database::open(file(), Database::Access::writing));
+  EXPECT_FALSE(hostPlatform().databases.openForReading(file()));
+  EXPECT_FALSE(hostPlatform().databases.openForWriting(file()));
 }
 
 TEST_F(DatabaseTest, aFileThatIsNoDatabaseFailsAndStaysAsItIs) {
@@ -141,7 +140,7 @@ TEST_F(DatabaseTest, aDatabaseCutShortFails) {
 }
 
 TEST_F(DatabaseTest, aStatementForAnotherSchemaIsNotToBeHad) {
-  auto database = Database::open(file(), Database::Access::reading);
+  auto database = hostPlatform().databases.openForReading(file());
   EXPECT_FALSE(database->prepare("SELECT path FROM tracked_files;"));
   EXPECT_FALSE(database->prepare("SELECT size FROM files;"));
   EXPECT_FALSE(database->prepare("SELEKT"));

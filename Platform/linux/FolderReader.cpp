@@ -1,4 +1,4 @@
-#include "Platform/posix/DirectoryReader.h"
+#include "Platform/posix/FolderReader.h"
 
 #include <array>
 #include <cerrno>
@@ -28,7 +28,7 @@ bool isDots(const char* name) {
 
 }  // namespace
 
-struct DirectoryReader::State {
+struct FolderReader::State {
   // Large enough that nearly every folder takes one call and one more for its end.
   alignas(RawEntry) std::array<char, 64 * 1024> buffer;
   int folder = -1;
@@ -46,16 +46,16 @@ struct DirectoryReader::State {
 };
 
 // The buffer is left as it comes: clearing it would cost more than most runs read.
-DirectoryReader::DirectoryReader() : state_(new State) {}
-DirectoryReader::~DirectoryReader() = default;
+FolderReader::FolderReader() : state_(new State) {}
+FolderReader::~FolderReader() = default;
 
-void DirectoryReader::begin(int folder) {
+void FolderReader::begin(int folder) {
   state_->folder = folder;
   state_->filled = state_->position = 0;
   state_->error = 0;
 }
 
-std::optional<DirectoryReader::Entry> DirectoryReader::next() {
+std::optional<FolderReader::Entry> FolderReader::next() {
   for (;;) {
     if (state_->position == state_->filled && !state_->refill()) return std::nullopt;
     const char* raw = state_->buffer.data() + state_->position;
@@ -68,7 +68,7 @@ std::optional<DirectoryReader::Entry> DirectoryReader::next() {
   }
 }
 
-int DirectoryReader::error() const {
+int FolderReader::error() const {
   return state_->error;
 }
 

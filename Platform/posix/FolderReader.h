@@ -10,17 +10,17 @@ namespace quarn {
 
 /// Reads the names in open folders, one folder after the other, with few calls. The folder's own entry
 /// and its parent's are left out.
-class DirectoryReader {
+class FolderReader {
  public:
   struct Entry {
     const char* name;              ///< until the next call
     std::optional<FileKind> kind;  ///< absent where the file system doesn't tell it
   };
 
-  DirectoryReader();
-  ~DirectoryReader();
-  DirectoryReader(const DirectoryReader&) = delete;
-  DirectoryReader& operator=(const DirectoryReader&) = delete;
+  FolderReader();
+  ~FolderReader();
+  FolderReader(const FolderReader&) = delete;
+  FolderReader& operator=(const FolderReader&) = delete;
 
   /// Begins with a folder just opened, which must stay open while it is read.
   void begin(int folder);
