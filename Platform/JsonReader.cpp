@@ -5,7 +5,7 @@
 
 #include "Platform/Json.h"
 #include "Platform/Text.h"
-#include "Platform/posix/UTF8Text.h"
+#include "Platform/UTF8.h"
 
 namespace quarn {
 

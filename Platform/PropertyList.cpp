@@ -1,8 +1,8 @@
 #include "Platform/PropertyList.h"
 
-#include "Platform/posix/BinaryPropertyList.h"
-#include "Platform/posix/XMLEncoding.h"
-#include "Platform/posix/XMLPropertyList.h"
+#include "Platform/plist/BinaryPropertyList.h"
+#include "Platform/plist/XMLEncoding.h"
+#include "Platform/plist/XMLPropertyList.h"
 
 namespace quarn::PropertyList {
 

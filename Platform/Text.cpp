@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <array>
 
-#include "Platform/UTF8Check.h"
-#include "Platform/posix/Unicode.h"
+#include "Platform/UTF8.h"
+#include "Platform/system/Unicode.h"
 
 // Most texts are plain ASCII. For them every rule here is a rule of bytes, and the tables of Unicode, which
 // first have to be read, aren't asked.

@@ -1,4 +1,4 @@
-#include "Platform/posix/FolderReader.h"
+#include "Platform/system/FolderReader.h"
 
 #include <array>
 #include <cerrno>
@@ -8,7 +8,7 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
-#include "Platform/posix/EntryKind.h"
+#include "Platform/posix/Status.h"
 
 namespace quarn {
 namespace {

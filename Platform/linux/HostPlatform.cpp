@@ -5,10 +5,10 @@
 #include "Platform/linux/LinuxPlaces.h"
 #include "Platform/linux/LinuxTrash.h"
 #include "Platform/linux/LinuxVolumes.h"
+#include "Platform/posix/Descriptor.h"
 #include "Platform/posix/FolderLocks.h"
 #include "Platform/posix/PosixProcesses.h"
 #include "Platform/posix/SQLiteDatabases.h"
-#include "Platform/posix/StandardStreams.h"
 #include "Platform/posix/SystemClock.h"
 
 namespace quarn {

@@ -8,9 +8,8 @@
 #include <thread>
 
 #include "Platform/posix/BundleOfExecutable.h"
-#include "Platform/posix/FileReader.h"
-#include "Platform/posix/FolderReader.h"
-#include "Platform/posix/LinkText.h"
+#include "Platform/posix/PathAt.h"
+#include "Platform/system/FolderReader.h"
 
 namespace quarn {
 namespace {

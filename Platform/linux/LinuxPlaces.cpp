@@ -7,8 +7,8 @@
 #include <unistd.h>
 #include <vector>
 
-#include "Platform/posix/CurrentFolder.h"
-#include "Platform/posix/LinkText.h"
+#include "Platform/posix/PathAt.h"
+#include "Platform/posix/ResolvedPath.h"
 
 namespace quarn {
 namespace {

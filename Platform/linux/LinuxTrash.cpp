@@ -10,7 +10,7 @@
 #include "Platform/posix/ExclusiveRename.h"
 #include "Platform/posix/PathAt.h"
 #include "Platform/posix/ResolvedPath.h"
-#include "Platform/posix/VolumeName.h"
+#include "Platform/system/SystemCalls.h"
 
 namespace quarn {
 namespace {

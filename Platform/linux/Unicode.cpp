@@ -1,4 +1,4 @@
-#include "Platform/posix/Unicode.h"
+#include "Platform/system/Unicode.h"
 
 #include <algorithm>
 #include <cstdint>

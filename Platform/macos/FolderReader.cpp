@@ -1,4 +1,4 @@
-#include "Platform/posix/FolderReader.h"
+#include "Platform/system/FolderReader.h"
 
 #include <cerrno>
 #include <dirent.h>
@@ -6,7 +6,7 @@
 #include <string_view>
 #include <unistd.h>
 
-#include "Platform/posix/EntryKind.h"
+#include "Platform/posix/Status.h"
 
 namespace quarn {
 namespace {

@@ -3,8 +3,8 @@
 #include <cerrno>
 
 #include "Platform/macos/FoundationText.h"
-#include "Platform/posix/VolumeName.h"
 #include "Platform/posix/WriteError.h"
+#include "Platform/system/SystemCalls.h"
 
 namespace quarn {
 

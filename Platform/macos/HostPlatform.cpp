@@ -5,10 +5,10 @@
 #include "Platform/macos/MacPlaces.h"
 #include "Platform/macos/MacTrash.h"
 #include "Platform/macos/MacVolumes.h"
+#include "Platform/posix/Descriptor.h"
 #include "Platform/posix/FolderLocks.h"
 #include "Platform/posix/PosixProcesses.h"
 #include "Platform/posix/SQLiteDatabases.h"
-#include "Platform/posix/StandardStreams.h"
 #include "Platform/posix/SystemClock.h"
 
 namespace quarn {

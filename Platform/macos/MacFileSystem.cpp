@@ -1,7 +1,6 @@
 #include "Platform/macos/MacFileSystem.h"
 
-#include "Platform/macos/DataVolume.h"
-#include "Platform/macos/PrivateFolder.h"
+#include "Platform/macos/CustomaryPath.h"
 #include "Platform/posix/ResolvedPath.h"
 
 namespace quarn {

@@ -1,7 +1,6 @@
 #include "Platform/macos/MacPlaces.h"
 
 #include "Platform/macos/FoundationText.h"
-#include "Platform/posix/CurrentFolder.h"
 #include "Platform/posix/ResolvedPath.h"
 
 namespace quarn {

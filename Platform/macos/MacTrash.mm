@@ -2,7 +2,7 @@
 
 #include "Platform/macos/FoundationError.h"
 #include "Platform/macos/FoundationText.h"
-#include "Platform/posix/VolumeName.h"
+#include "Platform/system/SystemCalls.h"
 
 namespace quarn {
 

@@ -1,6 +1,5 @@
-#include "Platform/posix/VolumeName.h"
-
 #include "Platform/macos/FoundationText.h"
+#include "Platform/system/SystemCalls.h"
 
 namespace quarn {
 namespace {

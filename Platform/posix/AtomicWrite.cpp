@@ -7,9 +7,9 @@
 #include <optional>
 #include <sys/stat.h>
 
-#include "Platform/posix/FileSync.h"
 #include "Platform/posix/LeftoverFiles.h"
 #include "Platform/posix/PathAt.h"
+#include "Platform/system/SystemCalls.h"
 
 namespace quarn {
 namespace {

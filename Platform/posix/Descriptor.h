@@ -30,4 +30,18 @@ class Descriptor {
   int number_ = -1;
 };
 
+/// Both ends are closed in a tool that is started, unless they are handed to it: a writing end that
+/// lives on elsewhere would keep a reader waiting.
+struct Pipe {
+  Descriptor reading;
+  Descriptor writing;
+
+  /// Not open if the process has no descriptors left.
+  static Pipe make();
+};
+
+/// Opens what is closed of the three standard streams onto nothing. Otherwise the next file to be opened
+/// would take its number, and what is printed would be written into that file.
+void ensureStandardStreams();
+
 }  // namespace quarn

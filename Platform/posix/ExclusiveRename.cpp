@@ -5,6 +5,8 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include "Platform/system/SystemCalls.h"
+
 namespace quarn {
 namespace {
 

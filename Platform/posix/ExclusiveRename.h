@@ -6,7 +6,4 @@ namespace quarn {
 /// failure. A volume that doesn't know such a rename is looked at first and then renames plainly.
 int renameExclusively(int sourceFolder, const char* source, int destinationFolder, const char* destination);
 
-/// The system's own call for it: 0, or the number of the failure.
-int exclusiveRenameCall(int sourceFolder, const char* source, int destinationFolder, const char* destination);
-
 }  // namespace quarn

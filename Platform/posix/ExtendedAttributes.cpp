@@ -1,8 +1,8 @@
-#include "Platform/posix/ExtendedAttributes.h"
-
 #include <cerrno>
 #include <cstring>
 #include <string>
+
+#include "Platform/posix/ItemCopier.h"
 
 namespace quarn {
 namespace {

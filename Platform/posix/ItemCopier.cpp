@@ -5,7 +5,7 @@
 #include <unistd.h>
 
 #include "Platform/posix/Descriptor.h"
-#include "Platform/posix/LinkText.h"
+#include "Platform/posix/PathAt.h"
 
 namespace quarn {
 namespace {

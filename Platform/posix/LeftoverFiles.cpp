@@ -8,8 +8,8 @@
 #include <string_view>
 #include <vector>
 
-#include "Platform/posix/FolderReader.h"
 #include "Platform/posix/PathAt.h"
+#include "Platform/system/FolderReader.h"
 
 namespace quarn {
 namespace {

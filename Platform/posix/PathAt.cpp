@@ -3,8 +3,16 @@
 #include <cerrno>
 #include <climits>
 #include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace quarn {
+namespace {
+
+// Far more than any property list or record; a larger file is a mistake, or a trap for our memory.
+constexpr off_t longestFile = 256 * 1024 * 1024;
+
+}  // namespace
 
 PathAt::PathAt(const Path& path) : rest_(path.text()) {
   if (path.holdsNul()) {
@@ -44,6 +52,40 @@ Descriptor openAt(const Path& path, int flags) {
     return {};
   }
   return Descriptor(::openat(at.folder(), at.name(), flags | O_CLOEXEC));
+}
+
+std::optional<std::string> linkText(int folder, const char* name) {
+  for (std::string text(256, '\0');; text.resize(text.size() * 2)) {
+    const ssize_t count = ::readlinkat(folder, name, text.data(), text.size());
+    if (count < 0) return std::nullopt;
+    if (static_cast<std::size_t>(count) == text.size()) continue;  // perhaps cut
+    text.resize(static_cast<std::size_t>(count));
+    return text;
+  }
+}
+
+int readWhole(const PathAt& file, std::string& content) {
+  if (file.error()) return file.error();
+  const Descriptor opened(::openat(file.folder(), file.name(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+  struct stat status;
+  if (!opened.isOpen() || ::fstat(opened.number(), &status) != 0) return errno;
+  if (S_ISDIR(status.st_mode)) return EISDIR;
+  // What is no regular file may never end, or wait for a writer that never comes.
+  if (!S_ISREG(status.st_mode)) return ESPIPE;
+  if (status.st_size > longestFile) return EFBIG;
+  // One byte more than expected, so that the end shows at once.
+  std::size_t filled = 0;
+  for (content.resize(static_cast<std::size_t>(status.st_size) + 1);;) {
+    const ssize_t count = ::read(opened.number(), content.data() + filled, content.size() - filled);
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) return errno;
+    if (count == 0) break;
+    filled += static_cast<std::size_t>(count);
+    if (filled > static_cast<std::size_t>(longestFile)) return EFBIG;
+    if (filled == content.size()) content.resize(content.size() * 2);
+  }
+  content.resize(filled);
+  return 0;
 }
 
 }  // namespace quarn

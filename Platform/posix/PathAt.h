@@ -1,11 +1,21 @@
 #pragma once
 
+#include <fcntl.h>
+#include <optional>
 #include <string>
 
 #include "Platform/Path.h"
 #include "Platform/posix/Descriptor.h"
 
 namespace quarn {
+
+/// How a folder is opened of which only names are looked up; it need not be readable then. macOS has O_SEARCH
+/// since 13, Linux calls it O_PATH (open(2) of both).
+#ifdef O_PATH
+inline constexpr int searchOnly = O_PATH;
+#else
+inline constexpr int searchOnly = O_SEARCH;
+#endif
 
 /// A path in the form that the *at calls take: a folder and a text that begins there. A path longer than
 /// one call accepts is walked in pieces, so that its length doesn't matter.
@@ -28,5 +38,11 @@ class PathAt {
 
 /// Opens the item at a path of any length. Not open, with `errno` set, if that fails.
 Descriptor openAt(const Path& path, int flags);
+
+/// The stored text of a link, of any length. Nothing, with `errno` set, if it can't be read.
+std::optional<std::string> linkText(int folder, const char* name);
+
+/// All bytes of a file; follows links. Gives 0 or the number of the failure.
+int readWhole(const PathAt& file, std::string& content);
 
 }  // namespace quarn

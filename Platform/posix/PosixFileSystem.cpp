@@ -7,19 +7,14 @@
 #include "Platform/CocoaError.h"
 #include "Platform/posix/AtomicWrite.h"
 #include "Platform/posix/ExclusiveRename.h"
-#include "Platform/posix/FileReader.h"
 #include "Platform/posix/FolderMaker.h"
-#include "Platform/posix/FolderReader.h"
-#include "Platform/posix/HiddenFlag.h"
-#include "Platform/posix/ItemAttributes.h"
-#include "Platform/posix/LinkText.h"
 #include "Platform/posix/PathAt.h"
 #include "Platform/posix/RemovalObstacle.h"
-#include "Platform/posix/TreeCopier.h"
-#include "Platform/posix/TreeRemover.h"
-#include "Platform/posix/TreeWalker.h"
+#include "Platform/posix/Trees.h"
 #include "Platform/posix/VolumeFlush.h"
 #include "Platform/posix/WriteError.h"
+#include "Platform/system/FolderReader.h"
+#include "Platform/system/SystemCalls.h"
 
 namespace quarn {
 namespace {

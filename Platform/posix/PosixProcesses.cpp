@@ -5,10 +5,10 @@
 #include <unistd.h>
 
 #include "Platform/CocoaError.h"
-#include "Platform/posix/ParentProcess.h"
-#include "Platform/posix/Pipe.h"
+#include "Platform/posix/Descriptor.h"
 #include "Platform/posix/PosixChild.h"
 #include "Platform/posix/Spawn.h"
+#include "Platform/system/SystemCalls.h"
 
 namespace quarn {
 

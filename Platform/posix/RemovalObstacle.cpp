@@ -5,10 +5,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "Platform/posix/FolderReader.h"
 #include "Platform/posix/PathAt.h"
-#include "Platform/posix/RemovalFacts.h"
-#include "Platform/posix/SearchOnly.h"
+#include "Platform/system/FolderReader.h"
+#include "Platform/system/SystemCalls.h"
 
 namespace quarn {
 namespace {

@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <memory>
 #include <string>
+#include <unistd.h>
 
 namespace quarn {
 namespace {
@@ -27,6 +28,12 @@ bool goesUp(const Path& path) {
 Path withParentResolved(const Path& path) {
   const auto parent = resolved(path.parent());
   return parent && *parent != path ? parent->appending(path.lastComponent()) : path;
+}
+
+Path currentFolder() {
+  const std::unique_ptr<char, Free> text(::getcwd(nullptr, 0));
+  // A folder that was removed has no path any more.
+  return Path(text ? text.get() : "/");
 }
 
 }  // namespace quarn

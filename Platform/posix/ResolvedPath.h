@@ -16,4 +16,7 @@ bool goesUp(const Path& path);
 /// doesn't exist, the path as it is.
 Path withParentResolved(const Path& path);
 
+/// `Places::currentFolder`.
+Path currentFolder();
+
 }  // namespace quarn

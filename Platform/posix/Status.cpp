@@ -1,5 +1,7 @@
 #include "Platform/posix/Status.h"
 
+#include <dirent.h>
+
 namespace quarn {
 
 FileKind kindFrom(mode_t mode) {
@@ -30,6 +32,27 @@ FileAttributes attributesFrom(const struct stat& status) {
   attributes.allocatedSize = attributes.blockBytes;
   attributes.identity = {static_cast<std::int32_t>(status.st_dev), static_cast<std::uint64_t>(status.st_ino)};
   return attributes;
+}
+
+std::optional<FileKind> entryKind(unsigned char type) {
+  switch (type) {
+    case DT_REG:
+      return FileKind::regular;
+    case DT_DIR:
+      return FileKind::folder;
+    case DT_LNK:
+      return FileKind::symbolicLink;
+    case DT_SOCK:
+      return FileKind::socket;
+    case DT_BLK:
+      return FileKind::blockDevice;
+    case DT_CHR:
+      return FileKind::characterDevice;
+    case DT_UNKNOWN:
+      return std::nullopt;
+    default:
+      return FileKind::unknown;
+  }
 }
 
 }  // namespace quarn

@@ -1,13 +1,11 @@
-#include "Platform/posix/TreeCopier.h"
-
 #include <cerrno>
 #include <fcntl.h>
 
 #include "Platform/posix/ItemCopier.h"
-#include "Platform/posix/MountBoundary.h"
-#include "Platform/posix/SearchOnly.h"
+#include "Platform/posix/PathAt.h"
 #include "Platform/posix/TreeDescent.h"
-#include "Platform/posix/TreeRemover.h"
+#include "Platform/posix/Trees.h"
+#include "Platform/system/SystemCalls.h"
 
 namespace quarn {
 namespace {

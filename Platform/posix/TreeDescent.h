@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Platform/posix/FolderReader.h"
 #include "Platform/posix/FolderStack.h"
+#include "Platform/system/FolderReader.h"
 
 namespace quarn {
 

@@ -1,12 +1,11 @@
-#include "Platform/posix/TreeRemover.h"
-
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
 
 #include "Platform/posix/ItemCopier.h"
-#include "Platform/posix/MountBoundary.h"
 #include "Platform/posix/TreeDescent.h"
+#include "Platform/posix/Trees.h"
+#include "Platform/system/SystemCalls.h"
 
 namespace quarn {
 namespace {

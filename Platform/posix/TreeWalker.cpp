@@ -1,17 +1,14 @@
-#include "Platform/posix/TreeWalker.h"
-
 #include <cerrno>
 #include <fcntl.h>
 #include <string>
 #include <sys/stat.h>
 
 #include "Platform/CocoaError.h"
-#include "Platform/posix/HiddenFlag.h"
-#include "Platform/posix/ItemAttributes.h"
 #include "Platform/posix/PathAt.h"
 #include "Platform/posix/RemovalObstacle.h"
-#include "Platform/posix/SearchOnly.h"
 #include "Platform/posix/TreeDescent.h"
+#include "Platform/posix/Trees.h"
+#include "Platform/system/SystemCalls.h"
 
 namespace quarn {
 namespace {

@@ -5,7 +5,7 @@
 #include <unistd.h>
 
 #include "Platform/posix/PathAt.h"
-#include "Platform/posix/VolumeSync.h"
+#include "Platform/system/SystemCalls.h"
 
 namespace quarn {
 namespace {

@@ -1,6 +1,6 @@
 #include "Platform/posix/WriteError.h"
 
-#include "Platform/posix/VolumeName.h"
+#include "Platform/system/SystemCalls.h"
 
 namespace quarn {
 

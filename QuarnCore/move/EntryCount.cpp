@@ -2,7 +2,7 @@
 
 #include <thread>
 
-#include "Platform/UTF8Check.h"
+#include "Platform/UTF8.h"
 
 namespace quarn {
 namespace {

@@ -1,9 +1,0 @@
-#include "Platform/posix/HiddenFlag.h"
-
-namespace quarn {
-
-bool hasHiddenFlag(int, const char*) {
-  return false;
-}
-
-}  // namespace quarn

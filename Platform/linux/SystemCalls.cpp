@@ -1,0 +1,87 @@
+#include "Platform/system/SystemCalls.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <fcntl.h>
+#include <string>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include "Platform/linux/MountTable.h"
+#include "Platform/posix/PathAt.h"
+#include "Platform/posix/ResolvedPath.h"
+#include "Platform/posix/Status.h"
+
+namespace quarn {
+namespace {
+
+constexpr std::uint64_t locked = STATX_ATTR_IMMUTABLE | STATX_ATTR_APPEND;
+
+constexpr unsigned noReplace = 1;  // RENAME_NOREPLACE
+
+}  // namespace
+
+std::optional<FileAttributes> itemAttributes(int folder, const char* name) {
+  struct stat status;
+  if (::fstatat(folder, name, &status, AT_SYMLINK_NOFOLLOW) != 0) return std::nullopt;
+  return attributesFrom(status);
+}
+
+bool hasHiddenFlag(int, const char*) {
+  return false;
+}
+
+std::optional<RemovalFacts> removalFacts(int folder, const char* name) {
+  struct statx status;
+  const int flags = AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT;
+  if (::statx(folder, name, flags, STATX_TYPE | STATX_MODE | STATX_UID, &status) != 0) return std::nullopt;
+  RemovalFacts facts;
+  facts.isFolder = S_ISDIR(status.stx_mode);
+  facts.owner = status.stx_uid;
+  facts.isMountPoint = (status.stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0;
+  // Such an item can't be removed by anybody, and a folder of the kind loses no name (ioctl_iflags(2)).
+  facts.refusal = (status.stx_attributes & locked) != 0 ? EPERM : 0;
+  return facts;
+}
+
+bool isMountedOver(dev_t device, int folder) {
+  struct stat status;
+  if (::fstat(folder, &status) != 0 || status.st_dev != device) return true;
+  // A part of the same volume that is mounted a second time has its device too (statx(2)).
+  struct statx more;
+  return ::statx(folder, "", AT_EMPTY_PATH, 0, &more) == 0 &&
+         (more.stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0;
+}
+
+int exclusiveRenameCall(int sourceFolder, const char* source, int destinationFolder,
+                        const char* destination) {
+  const long result =
+      ::syscall(SYS_renameat2, sourceFolder, source, destinationFolder, destination, noReplace);
+  return result == 0 ? 0 : errno;
+}
+
+int syncFile(int file) {
+  return ::fsync(file) == 0 ? 0 : errno;
+}
+
+int syncVolume(int item) {
+  return ::syncfs(item) == 0 ? 0 : errno;
+}
+
+int parentOf(int process) {
+  std::string line;
+  if (readWhole(PathAt(Path("/proc/" + std::to_string(process) + "/stat")), line) != 0) return 0;
+  // The name stands in parentheses and may hold any, so what follows the last one counts.
+  const std::size_t close = line.rfind(')');
+  int parent = 0;
+  if (close == std::string::npos || std::sscanf(line.c_str() + close, ") %*c %d", &parent) != 1) return 0;
+  return parent;
+}
+
+std::string volumeName(const Path& path) {
+  const auto found = MountTable::volumes();
+  return MountTable::holding(found.value_or(std::vector<MountedVolume>{}), withParentResolved(path)).name();
+}
+
+}  // namespace quarn
