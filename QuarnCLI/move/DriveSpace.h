@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "QuarnCore/discovery/DriveInfo.h"
+#include "QuarnCore/discovery/DriveScanner.h"
 
 namespace quarn::DriveSpace {
 

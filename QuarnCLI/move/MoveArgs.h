@@ -5,7 +5,7 @@
 
 #include "Platform/Platform.h"
 #include "QuarnCLI/CLIArgs.h"
-#include "QuarnCore/discovery/DriveInfo.h"
+#include "QuarnCore/discovery/DriveScanner.h"
 
 /// What the commands of the group "move" read from their arguments in common.
 namespace quarn::MoveArgs {

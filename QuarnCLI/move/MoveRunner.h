@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "Platform/Platform.h"
-#include "QuarnCore/discovery/DriveInfo.h"
+#include "QuarnCore/discovery/DriveScanner.h"
 #include "QuarnCore/move/MoveJob.h"
 
 /// Carries out jobs one after the other, tells of each on the console, and goes on after a failure.

@@ -1,8 +1,10 @@
 #include "QuarnCore/discovery/AppBundleScanRoots.h"
 
-#include "QuarnCore/discovery/AppBundleEnumerator.h"
+#include "QuarnCore/foundation/AppStorageNames.h"
 
-namespace quarn::AppBundleScanRoots {
+namespace quarn {
+
+namespace AppBundleScanRoots {
 namespace {
 
 bool isFolderItself(const ReadOnlyPlatform& platform, const Path& item) {
@@ -38,5 +40,54 @@ std::vector<Path> supplementalApplicationSupportRoots(const ReadOnlyPlatform& pl
   }
   return roots;
 }
+}  // namespace AppBundleScanRoots
 
-}  // namespace quarn::AppBundleScanRoots
+namespace AppBundleEnumerator {
+namespace {
+
+/// Where a link leads; a relative target begins at the folder that holds the link.
+Path targetOf(const Path& link, const std::string& target) {
+  return target.starts_with('/') ? Path(target) : link.parent().appending(target);
+}
+
+/// A folder that is itself a link can't be listed by its own name, so its target is.
+std::vector<std::string> names(const ReadOnlyPlatform& platform, const Path& folder) {
+  if (auto listed = platform.files.list(folder, Hidden::skipped)) return *std::move(listed);
+  const auto target = platform.files.readSymbolicLink(folder);
+  if (!target) return {};
+  const Path resolved = platform.files.resolvingLinks(targetOf(folder, *target));
+  return platform.files.list(resolved, Hidden::skipped).valueOr({});
+}
+
+}  // namespace
+
+void walk(const ReadOnlyPlatform& platform, const Path& root, int depth, int maxDepth,
+          std::vector<Path>& bundles) {
+  if (depth > maxDepth) return;
+  for (const std::string& name : names(platform, root)) {
+    const Path child = root.appending(name);
+    if (child.extension() == "app") {
+      bundles.push_back(child);
+    } else if (depth < maxDepth && platform.files.isFolder(child)) {
+      walk(platform, child, depth + 1, maxDepth, bundles);
+    }
+  }
+}
+}  // namespace AppBundleEnumerator
+
+namespace ExternalAppsRootsDiscovery {
+std::vector<Path> roots(const ReadOnlyPlatform& platform, const std::vector<Path>& extra) {
+  const Path volumes("/Volumes");
+  std::vector<Path> found;
+  for (const std::string& name : platform.files.list(volumes, Hidden::skipped).valueOr({})) {
+    const Path apps = AppStorageNames::appsRoot(volumes.appending(name));
+    if (platform.files.exists(apps)) found.push_back(apps);
+  }
+  for (const Path& folder : extra) {
+    if (platform.files.exists(folder)) found.push_back(folder);
+  }
+  return found;
+}
+}  // namespace ExternalAppsRootsDiscovery
+
+}  // namespace quarn

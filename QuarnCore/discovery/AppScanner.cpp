@@ -4,15 +4,15 @@
 #include <map>
 
 #include "Platform/Text.h"
-#include "QuarnCore/discovery/AppBundleEnumerator.h"
 #include "QuarnCore/discovery/AppBundleScanRoots.h"
-#include "QuarnCore/discovery/AppFlags.h"
 #include "QuarnCore/discovery/DataLocator.h"
 #include "QuarnCore/discovery/InfoPlist.h"
 #include "QuarnCore/discovery/LauncherShim.h"
 #include "QuarnCore/foundation/SizingService.h"
 
-namespace quarn::AppScanner {
+namespace quarn {
+
+namespace AppScanner {
 namespace {
 
 std::string displayName(const InfoPlist::Texts& texts, const Path& bundle) {
@@ -119,5 +119,33 @@ bool isSymbolicLinkOrInsideOne(const ReadOnlyPlatform& platform, const Path& ite
   }
   return false;
 }
+}  // namespace AppScanner
 
-}  // namespace quarn::AppScanner
+namespace AppFlags {
+namespace {
+
+/// A folder that is a link counts by what it leads to. Most bundles have no such folder, so that is asked
+/// first.
+bool hasContents(const ReadOnlyPlatform& platform, const Path& folder) {
+  if (!platform.files.isFolder(folder)) return false;
+  return !platform.files.list(platform.files.resolvingLinks(folder), Hidden::included).valueOr({}).empty();
+}
+
+}  // namespace
+
+bool isMacAppStore(const ReadOnlyPlatform& platform, const Path& bundle) {
+  return platform.files.exists(bundle.appending("Contents/_MASReceipt/receipt"));
+}
+
+bool hasLoginItems(const ReadOnlyPlatform& platform, const Path& bundle) {
+  return hasContents(platform, bundle.appending("Contents/Library/LoginItems"));
+}
+
+bool hasSystemExtension(const ReadOnlyPlatform& platform, const Path& bundle) {
+  const Path library = bundle.appending("Contents/Library");
+  return hasContents(platform, library.appending("SystemExtensions")) ||
+         hasContents(platform, library.appending("Extensions"));
+}
+}  // namespace AppFlags
+
+}  // namespace quarn

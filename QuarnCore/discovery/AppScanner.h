@@ -6,11 +6,12 @@
 #include "Platform/Platform.h"
 #include "QuarnCore/discovery/AppEntry.h"
 
+namespace quarn {
+
 /// Finds the installed applications and describes each. Finding is cheap; measuring is a step of its
 /// own. Never throws: an unreadable bundle is named after its file, a folder that can't be listed is
 /// passed over.
-namespace quarn::AppScanner {
-
+namespace AppScanner {
 std::vector<Path> scanRoots(const ReadOnlyPlatform& platform);
 
 /// Every application of the scan roots, sorted by name as a person's list is; without sizes.
@@ -27,5 +28,14 @@ std::optional<Path> launcherShimTarget(const ReadOnlyPlatform& platform, const P
 
 /// Looks only below the shared applications folder; anything elsewhere is neither.
 bool isSymbolicLinkOrInsideOne(const ReadOnlyPlatform& platform, const Path& item);
+}  // namespace AppScanner
 
-}  // namespace quarn::AppScanner
+/// What makes moving a bundle risky, read from the bundle itself. What can't be read is false.
+namespace AppFlags {
+/// It carries a store receipt.
+bool isMacAppStore(const ReadOnlyPlatform& platform, const Path& bundle);
+bool hasLoginItems(const ReadOnlyPlatform& platform, const Path& bundle);
+bool hasSystemExtension(const ReadOnlyPlatform& platform, const Path& bundle);
+}  // namespace AppFlags
+
+}  // namespace quarn

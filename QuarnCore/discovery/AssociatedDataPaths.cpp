@@ -1,10 +1,9 @@
 #include "QuarnCore/discovery/AssociatedDataPaths.h"
 
-#include "QuarnCore/discovery/CuratedDomains.h"
+#include "Platform/Text.h"
 #include "QuarnCore/discovery/LibraryDataPaths.h"
 #include "QuarnCore/discovery/SlugDataPaths.h"
-#include "QuarnCore/discovery/SupplementalInstall.h"
-#include "QuarnCore/foundation/Slug.h"
+#include "QuarnCore/foundation/AppIdentity.h"
 
 namespace quarn {
 namespace {
@@ -50,5 +49,16 @@ std::vector<Path> AssociatedDataPaths::locate(const ReadOnlyPlatform& platform, 
   }
   return ExistingPaths::filter(platform, paths);
 }
+
+namespace SupplementalInstall {
+bool matches(const Places& places, const std::string& bundlePath) {
+  const std::string userApplications = places.home().appending("Applications").text() + "/";
+  for (const std::string& folder :
+       {std::string("/Applications/"), std::string("/System/Applications"), userApplications}) {
+    if (Text::hasPrefix(bundlePath, folder)) return false;
+  }
+  return bundlePath.find("/Library/Application Support/") != std::string::npos;
+}
+}  // namespace SupplementalInstall
 
 }  // namespace quarn

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <string>
 #include <vector>
 
+#include "Platform/Places.h"
 #include "Platform/Platform.h"
 #include "QuarnCore/foundation/AppIdentity.h"
 
@@ -16,5 +18,10 @@ namespace AssociatedDataPaths {
 /// The data paths of an application that exist, by what is generally known of where data lies.
 std::vector<Path> locate(const ReadOnlyPlatform& platform, const AppIdentity& identity);
 }  // namespace AssociatedDataPaths
+
+namespace SupplementalInstall {
+/// True for a bundle that lives inside a support folder instead of an applications folder.
+bool matches(const Places& places, const std::string& bundlePath);
+}  // namespace SupplementalInstall
 
 }  // namespace quarn

@@ -4,7 +4,16 @@
 
 #include "Platform/Text.h"
 
-namespace quarn::DriveScanner {
+namespace quarn {
+
+namespace VolumeCapacityProbe {
+std::int64_t freeBytes(const ReadOnlyPlatform& platform, const Path& item) {
+  const auto properties = platform.volumes.properties(item);
+  return properties ? properties->availableCapacityForImportantUsage.value_or(0) : 0;
+}
+}  // namespace VolumeCapacityProbe
+
+namespace DriveScanner {
 namespace {
 
 DriveInfo driveInfo(const Path& mountPath, const VolumeProperties& properties) {
@@ -35,5 +44,6 @@ std::vector<DriveInfo> scan(const ReadOnlyPlatform& platform) {
   std::stable_sort(drives.begin(), drives.end(), comesBefore);
   return drives;
 }
+}  // namespace DriveScanner
 
-}  // namespace quarn::DriveScanner
+}  // namespace quarn

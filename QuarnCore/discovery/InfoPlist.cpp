@@ -2,8 +2,9 @@
 
 #include "Platform/PropertyList.h"
 
-namespace quarn::InfoPlist {
+namespace quarn {
 
+namespace InfoPlist {
 std::optional<Texts> read(const ReadOnlyPlatform& platform, const Path& bundle) {
   const auto bytes = platform.files.read(bundle.appending("Contents/Info.plist"));
   if (!bytes) return std::nullopt;
@@ -15,5 +16,23 @@ std::optional<std::string> value(const Texts& texts, const std::string& key) {
   if (found == texts.end()) return std::nullopt;
   return found->second;
 }
+}  // namespace InfoPlist
 
-}  // namespace quarn::InfoPlist
+namespace BundleIdentifierReader {
+std::optional<std::string> read(const ReadOnlyPlatform& platform, const Path& bundle) {
+  const auto info = BundleInfoPlistReader::read(platform, bundle);
+  return info ? info->bundleIdentifier : std::nullopt;
+}
+}  // namespace BundleIdentifierReader
+
+namespace BundleInfoPlistReader {
+std::optional<Info> read(const ReadOnlyPlatform& platform, const Path& bundle) {
+  const auto texts = InfoPlist::read(platform, bundle);
+  if (!texts) return std::nullopt;
+  const auto shortVersion = InfoPlist::value(*texts, "CFBundleShortVersionString");
+  return Info{.bundleIdentifier = InfoPlist::value(*texts, "CFBundleIdentifier"),
+              .version = shortVersion ? shortVersion : InfoPlist::value(*texts, "CFBundleVersion")};
+}
+}  // namespace BundleInfoPlistReader
+
+}  // namespace quarn

@@ -1,6 +1,10 @@
 #include "QuarnCore/discovery/InstallsDB.h"
 
-namespace quarn::InstallsDB {
+#include "QuarnCore/discovery/InfoPlist.h"
+
+namespace quarn {
+
+namespace InstallsDB {
 namespace {
 
 std::unique_ptr<Database> open(const ReadOnlyPlatform& platform, const Path& database) {
@@ -72,5 +76,17 @@ std::vector<std::string> trackedFiles(const ReadOnlyPlatform& platform, const st
   }
   return files;
 }
+}  // namespace InstallsDB
 
-}  // namespace quarn::InstallsDB
+namespace InstallsDBEntryResolver {
+std::optional<InstallsDB::Entry> resolve(const ReadOnlyPlatform& platform, const Path& symlinkLocation,
+                                         const Path& target) {
+  const Path database = InstallsDB::defaultPath(platform.places);
+  if (const auto identifier = BundleIdentifierReader::read(platform, target)) {
+    if (auto entry = InstallsDB::entryForBundleId(platform, *identifier, database)) return entry;
+  }
+  return InstallsDB::entryForAppName(platform, symlinkLocation.lastComponent(), database);
+}
+}  // namespace InstallsDBEntryResolver
+
+}  // namespace quarn

@@ -7,10 +7,11 @@
 #include "Platform/Places.h"
 #include "Platform/Platform.h"
 
+namespace quarn {
+
 /// The installs database of `setup-ledger`, in which this tool is a guest: optional, never created, and
 /// silent in every failure. This is the reading side.
-namespace quarn::InstallsDB {
-
+namespace InstallsDB {
 /// A live row of the table `installs`.
 struct Entry {
   std::string installId;
@@ -34,5 +35,13 @@ std::optional<Entry> entryForAppName(const ReadOnlyPlatform& platform, const std
 /// In the order of the rows; empty if the database or the table can't be read.
 std::vector<std::string> trackedFiles(const ReadOnlyPlatform& platform, const std::string& installId,
                                       const Path& database);
+}  // namespace InstallsDB
 
-}  // namespace quarn::InstallsDB
+namespace InstallsDBEntryResolver {
+/// The ledger's entry of a moved application: by the bundle identifier of `target`, else by the name
+/// under which its link stands.
+std::optional<InstallsDB::Entry> resolve(const ReadOnlyPlatform& platform, const Path& symlinkLocation,
+                                         const Path& target);
+}  // namespace InstallsDBEntryResolver
+
+}  // namespace quarn

@@ -1,9 +1,15 @@
 #include "QuarnCore/discovery/LibraryDataPaths.h"
 
-#include "QuarnCore/discovery/OwnItems.h"
+namespace quarn {
+namespace {
 
-namespace quarn::LibraryDataPaths {
+bool namesOneItem(std::string_view name) {
+  return !name.empty() && name != "." && name != ".." && name.find('/') == std::string_view::npos;
+}
 
+}  // namespace
+
+namespace LibraryDataPaths {
 std::vector<Path> byBundleId(const Path& home, const std::optional<std::string>& bundleId) {
   if (!bundleId) return {};
   const Path library = home.appending("Library");
@@ -51,5 +57,10 @@ std::vector<Path> supplemental(const Path& home, const std::string& name) {
   items.add(library.appending("Saved Application State"), name + ".savedState");
   return items.paths;
 }
+}  // namespace LibraryDataPaths
 
-}  // namespace quarn::LibraryDataPaths
+void OwnItems::add(const Path& folder, std::string_view name) {
+  if (namesOneItem(name)) paths.push_back(folder.appending(name));
+}
+
+}  // namespace quarn

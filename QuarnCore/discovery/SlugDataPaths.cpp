@@ -1,8 +1,9 @@
 #include "QuarnCore/discovery/SlugDataPaths.h"
 
+#include <map>
+
 #include "Platform/Text.h"
-#include "QuarnCore/discovery/CuratedDomains.h"
-#include "QuarnCore/discovery/OwnItems.h"
+#include "QuarnCore/discovery/LibraryDataPaths.h"
 
 namespace quarn {
 namespace {
@@ -14,6 +15,36 @@ std::vector<Path> below(const Path& folder, const std::vector<std::string>& name
 }
 
 }  // namespace
+
+namespace CuratedDomains {
+namespace {
+
+using Table = std::map<std::string, OwnedPaths>;
+
+const Table& table() {
+  static const Table domains = {
+      {"com.anthropic.claudefordesktop", {true, {}}},
+      {"com.anthropic.claude-code-url-handler", {true, {}}},
+      {"com.apple.logic10",
+       {false, {"/Library/Application Support/Logic", "/Library/Application Support/GarageBand"}}},
+      {"com.apple.finalcut", {false, {"/Library/Application Support/ProApps"}}},
+      {"com.adobe.photoshop", {false, {"/Library/Application Support/Adobe"}}},
+      {"com.arobas-music.guitarpro8", {false, {"/Library/Application Support/Arobas Music"}}},
+      {"com.image-line.flstudio", {false, {"/Library/Application Support/Image-Line"}}},
+      {"com.steinberg.spectralayers12", {false, {"/Library/Application Support/Steinberg"}}},
+  };
+  return domains;
+}
+
+}  // namespace
+
+std::optional<OwnedPaths> entry(const std::optional<std::string>& bundleIdentifier) {
+  if (!bundleIdentifier) return std::nullopt;
+  const auto found = table().find(Text::lowercased(*bundleIdentifier));
+  if (found == table().end()) return std::nullopt;
+  return found->second;
+}
+}  // namespace CuratedDomains
 
 namespace DotfileEntries {
 

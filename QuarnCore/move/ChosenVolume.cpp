@@ -2,7 +2,7 @@
 
 #include "QuarnCore/foundation/Sighting.h"
 #include "QuarnCore/move/MountPoints.h"
-#include "QuarnCore/move/MoveRefused.h"
+#include "QuarnCore/move/MoverError.h"
 
 namespace quarn {
 namespace {

@@ -1,6 +1,6 @@
 #include "QuarnCore/move/Claim.h"
 
-#include "QuarnCore/foundation/MoverStasher.h"
+#include "QuarnCore/foundation/FileStash.h"
 #include "QuarnCore/move/MoverError.h"
 
 namespace quarn {

@@ -3,7 +3,7 @@
 #include <charconv>
 
 #include "Platform/Text.h"
-#include "QuarnCore/move/MoveRefused.h"
+#include "QuarnCore/move/MoverError.h"
 
 namespace quarn::DiskUsage {
 namespace {

@@ -4,11 +4,10 @@
 #include "Platform/UUID.h"
 #include "QuarnCore/discovery/AppScanner.h"
 #include "QuarnCore/discovery/ProtectedPlaces.h"
-#include "QuarnCore/foundation/MoverStasher.h"
+#include "QuarnCore/foundation/FileStash.h"
 #include "QuarnCore/foundation/Sighting.h"
 #include "QuarnCore/move/ItemMover.h"
 #include "QuarnCore/move/MountPoints.h"
-#include "QuarnCore/move/MoveRefused.h"
 #include "QuarnCore/move/MoverError.h"
 #include "QuarnCore/move/Obstacles.h"
 

@@ -2,7 +2,6 @@
 
 #include "Platform/CocoaError.h"
 #include "QuarnCore/move/MountPoints.h"
-#include "QuarnCore/move/MoveRefused.h"
 #include "QuarnCore/move/MoveVerifier.h"
 #include "QuarnCore/move/MoverError.h"
 #include "QuarnCore/move/Obstacles.h"

@@ -4,7 +4,7 @@
 
 #include "Platform/Text.h"
 #include "QuarnCore/foundation/Sighting.h"
-#include "QuarnCore/move/MoveRefused.h"
+#include "QuarnCore/move/MoverError.h"
 
 namespace quarn::MountPoints {
 namespace {

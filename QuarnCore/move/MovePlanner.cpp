@@ -9,7 +9,7 @@
 #include "QuarnCore/foundation/AppStorageNames.h"
 #include "QuarnCore/foundation/SizingService.h"
 #include "QuarnCore/move/MoveDestination.h"
-#include "QuarnCore/move/MoveRefused.h"
+#include "QuarnCore/move/MoverError.h"
 
 namespace quarn::MovePlanner {
 namespace {

@@ -4,7 +4,7 @@
 
 #include "Platform/Platform.h"
 #include "QuarnCore/discovery/AppEntry.h"
-#include "QuarnCore/discovery/DriveInfo.h"
+#include "QuarnCore/discovery/DriveScanner.h"
 #include "QuarnCore/move/MoveJob.h"
 
 /// From applications to a queue of jobs. Looks at the disk and changes nothing; what can't be read is

@@ -1,9 +1,9 @@
 #include "QuarnCore/move/MoverEngine.h"
 
-#include "QuarnCore/discovery/BundleInfoPlistReader.h"
+#include "QuarnCore/discovery/DriveScanner.h"
+#include "QuarnCore/discovery/InfoPlist.h"
 #include "QuarnCore/discovery/InstallsDB.h"
 #include "QuarnCore/discovery/RunningAppsDetector.h"
-#include "QuarnCore/discovery/VolumeCapacityProbe.h"
 #include "QuarnCore/foundation/SizeCalculator.h"
 #include "QuarnCore/foundation/Turn.h"
 #include "QuarnCore/move/ChosenVolume.h"
@@ -58,8 +58,8 @@ Result<void> flushToDrive(Platform& platform, const Path& destination, const Cla
 
 /// The last look before the removal. What would stand in its way is found while the source is whole, and
 /// given back.
-std::optional<PlatformError> verify(Platform& platform, const Path& source,
-                                    const Path& destination, const Claim& claim, const ChosenVolume& volume) {
+std::optional<PlatformError> verify(Platform& platform, const Path& source, const Path& destination,
+                                    const Claim& claim, const ChosenVolume& volume) {
   const auto flushed = flushToDrive(platform, destination, claim);
   auto findings = MoveVerifier::beforeRemoval(platform, source, destination);
   if (findings.difference) giveUp(platform, claim, MoverError::verifyFailed(*findings.difference));

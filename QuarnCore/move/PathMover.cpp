@@ -3,8 +3,8 @@
 #include "QuarnCore/discovery/ProtectedPlaces.h"
 #include "QuarnCore/move/DiskUsage.h"
 #include "QuarnCore/move/MountPoints.h"
-#include "QuarnCore/move/MoveRefused.h"
 #include "QuarnCore/move/MoveVerifier.h"
+#include "QuarnCore/move/MoverError.h"
 #include "QuarnCore/move/PathPair.h"
 
 namespace quarn::PathMover {

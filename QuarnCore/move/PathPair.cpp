@@ -2,7 +2,7 @@
 
 #include "Platform/Text.h"
 #include "QuarnCore/foundation/Sighting.h"
-#include "QuarnCore/move/MoveRefused.h"
+#include "QuarnCore/move/MoverError.h"
 
 namespace quarn::PathPair {
 void requireSafe(const ReadOnlyPlatform& platform, const Path& source, const Path& destination) {

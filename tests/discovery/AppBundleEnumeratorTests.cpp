@@ -2,7 +2,6 @@
 #include <filesystem>
 
 #include "Platform/HostPlatform.h"
-#include "QuarnCore/discovery/AppBundleEnumerator.h"
 #include "QuarnCore/discovery/AppBundleScanRoots.h"
 #include "tests/support/Child.h"
 #include "tests/support/Scene.h"

@@ -1,5 +1,5 @@
 #include "Platform/HostPlatform.h"
-#include "QuarnCore/discovery/AppFlags.h"
+#include "QuarnCore/discovery/AppScanner.h"
 #include "tests/support/Scene.h"
 
 namespace quarn {

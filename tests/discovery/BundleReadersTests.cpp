@@ -1,8 +1,7 @@
 #include <filesystem>
 
-#include "QuarnCore/discovery/BundleIdentifierReader.h"
-#include "QuarnCore/discovery/BundleInfoPlistReader.h"
-#include "QuarnCore/discovery/SupplementalInstall.h"
+#include "QuarnCore/discovery/AssociatedDataPaths.h"
+#include "QuarnCore/discovery/InfoPlist.h"
 #include "tests/support/Doubles.h"
 #include "tests/support/Scene.h"
 

@@ -1,6 +1,5 @@
 #include "Platform/HostPlatform.h"
 #include "QuarnCore/discovery/AssociatedDataPaths.h"
-#include "QuarnCore/discovery/CuratedDomains.h"
 #include "QuarnCore/discovery/LibraryDataPaths.h"
 #include "QuarnCore/discovery/SlugDataPaths.h"
 #include "tests/support/Scene.h"

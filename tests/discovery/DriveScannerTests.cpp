@@ -1,5 +1,4 @@
 #include "QuarnCore/discovery/DriveScanner.h"
-#include "QuarnCore/discovery/VolumeCapacityProbe.h"
 #include "tests/support/Doubles.h"
 #include "tests/support/Replacing.h"
 #include "tests/support/Scene.h"

@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <filesystem>
 
-#include "QuarnCore/discovery/ExternalAppsRootsDiscovery.h"
+#include "QuarnCore/discovery/AppBundleScanRoots.h"
 #include "tests/support/Decorators.h"
 #include "tests/support/Replacing.h"
 #include "tests/support/Scene.h"

@@ -1,4 +1,4 @@
-#include "QuarnCore/foundation/Slug.h"
+#include "QuarnCore/foundation/AppIdentity.h"
 
 namespace quarn {
 namespace {

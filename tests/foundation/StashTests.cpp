@@ -4,7 +4,6 @@
 
 #include "Platform/DateText.h"
 #include "QuarnCore/foundation/FileStash.h"
-#include "QuarnCore/foundation/MoverStasher.h"
 #include "tests/support/Decorators.h"
 #include "tests/support/Doubles.h"
 #include "tests/support/Replacing.h"

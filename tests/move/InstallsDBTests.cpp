@@ -2,7 +2,6 @@
 
 #include "Platform/HostPlatform.h"
 #include "QuarnCore/discovery/InstallsDB.h"
-#include "QuarnCore/discovery/InstallsDBEntryResolver.h"
 #include "tests/support/DatabaseLock.h"
 #include "tests/support/Scene.h"
 

@@ -1,9 +1,11 @@
-#include "QuarnCore/foundation/Slug.h"
+#include "QuarnCore/foundation/AppIdentity.h"
 
 #include "Platform/Path.h"
 #include "Platform/Text.h"
 
-namespace quarn::Slug {
+namespace quarn {
+
+namespace Slug {
 namespace {
 
 std::string chosenName(const AppIdentity& identity) {
@@ -17,5 +19,6 @@ std::string chosenName(const AppIdentity& identity) {
 std::string derive(const AppIdentity& identity) {
   return Text::lowercased(chosenName(identity));
 }
+}  // namespace Slug
 
-}  // namespace quarn::Slug
+}  // namespace quarn
