@@ -7,6 +7,8 @@
 #include <spawn.h>
 #include <unistd.h>
 
+#include "Platform/system/SystemCalls.h"
+
 extern char** environ;
 
 namespace quarn {
@@ -22,19 +24,8 @@ class FileActions {
   void hand(int ours, int theirs) {
     if (ours >= 0) ::posix_spawn_file_actions_adddup2(&actions_, ours, theirs);
   }
-  void closeAbove2() {
-#ifdef __linux__
-    ::posix_spawn_file_actions_addclosefrom_np(&actions_, 3);
-#else
-    // There every descriptor is closed that isn't named, those below 3 too.
-    for (const int standard : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
-      if (::fcntl(standard, F_GETFD) >= 0) ::posix_spawn_file_actions_addinherit_np(&actions_, standard);
-    }
-#endif
-  }
-  const posix_spawn_file_actions_t* get() const {
-    return &actions_;
-  }
+  void closeAbove2() { quarn::closeAbove2(actions_); }
+  const posix_spawn_file_actions_t* get() const { return &actions_; }
 
  private:
   posix_spawn_file_actions_t actions_;

@@ -2,7 +2,7 @@
 
 #include "Platform/HostPlatform.h"
 #include "QuarnCLI/Console.h"
-#include "QuarnCLI/QuarnCLI.h"
+#include "QuarnCLI/dispatch/QuarnCLI.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "QuarnCLI/CommandTable.h"
+#include "QuarnCLI/dispatch/CommandTable.h"
 
 #include <algorithm>
 #include <array>

@@ -1,8 +1,8 @@
-#include "QuarnCLI/QuarnCLI.h"
+#include "QuarnCLI/dispatch/QuarnCLI.h"
 
 #include "QuarnCLI/CLIError.h"
-#include "QuarnCLI/CommandTable.h"
 #include "QuarnCLI/Console.h"
+#include "QuarnCLI/dispatch/CommandTable.h"
 
 namespace quarn {
 namespace {
