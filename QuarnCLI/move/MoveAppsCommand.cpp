@@ -32,7 +32,7 @@ ExitStatus run(const Invocation& invocation) {
       ReportText::tabSeparated({"name", "bundle_id", "risk", "app_size", "data_size", "total", "path"}));
   for (const AppEntry& app : apps) {
     Console::print(ReportText::tabSeparated(
-        {app.name, app.bundleIdentifier.value_or(""), std::string(word(app.riskLevel())),
+        {app.name, app.bundleIdentifier.value_or(""), std::string(rawValue(app.riskLevel())),
          SizeCalculator::format(app.appSize), SizeCalculator::format(app.dataSize),
          SizeCalculator::format(app.totalSize()), app.bundlePath.text()}));
   }

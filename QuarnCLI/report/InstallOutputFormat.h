@@ -1,18 +1,17 @@
 #pragma once
 
-#include <optional>
-#include <string_view>
+#include "QuarnCore/foundation/RawValues.h"
 
 namespace quarn {
 
 /// The forms of a report.
 enum class InstallOutputFormat { human, tsv, toml };
 
-namespace InstallOutputFormats {
+template <>
+inline constexpr auto rawValueRows<InstallOutputFormat> = std::to_array<RawValueRow<InstallOutputFormat>>({
+    {InstallOutputFormat::human, "human"},
+    {InstallOutputFormat::tsv, "tsv"},
+    {InstallOutputFormat::toml, "toml"},
+});
 
-std::string_view rawValue(InstallOutputFormat format);
-/// Nothing for an unknown text.
-std::optional<InstallOutputFormat> fromRawValue(std::string_view text);
-
-}  // namespace InstallOutputFormats
 }  // namespace quarn

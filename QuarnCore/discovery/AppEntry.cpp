@@ -5,18 +5,6 @@
 
 namespace quarn {
 
-std::string_view word(RiskLevel level) {
-  switch (level) {
-    case RiskLevel::low:
-      return "low";
-    case RiskLevel::medium:
-      return "medium";
-    case RiskLevel::high:
-      return "high";
-  }
-  return "low";
-}
-
 RiskLevel AppEntry::riskLevel() const {
   if (hasSystemExtension) return RiskLevel::high;
   return isMacAppStore || hasLoginItems ? RiskLevel::medium : RiskLevel::low;

@@ -4,18 +4,23 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "Platform/Path.h"
 #include "QuarnCore/discovery/DataPathCategory.h"
+#include "QuarnCore/foundation/RawValues.h"
 
 namespace quarn {
 
 /// How likely a move breaks the application.
 enum class RiskLevel { low, medium, high };
 
-std::string_view word(RiskLevel level);
+template <>
+inline constexpr auto rawValueRows<RiskLevel> = std::to_array<RawValueRow<RiskLevel>>({
+    {RiskLevel::low, "low"},
+    {RiskLevel::medium, "medium"},
+    {RiskLevel::high, "high"},
+});
 
 /// An installed application bundle as it was found. Sizes are bytes, 0 until they are measured.
 struct AppEntry {

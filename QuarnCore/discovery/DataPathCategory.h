@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "Platform/Path.h"
+#include "QuarnCore/foundation/RawValues.h"
 
 namespace quarn {
 
@@ -28,12 +29,42 @@ enum class DataPathCategory {
   other,
 };
 
+struct DataPathCategoryRow {
+  DataPathCategory value;
+  std::string_view rawValue;  ///< what a person reads
+  int displayOrder;           ///< the sort key of a display
+};
+
+template <>
+inline constexpr auto rawValueRows<DataPathCategory> = std::to_array<DataPathCategoryRow>({
+    {DataPathCategory::applicationSupport, "Application Support", 0},
+    {DataPathCategory::caches, "Caches", 3},
+    {DataPathCategory::preferences, "Preferences", 7},
+    {DataPathCategory::logs, "Logs", 8},
+    {DataPathCategory::httpStorages, "HTTPStorages", 4},
+    {DataPathCategory::savedState, "Saved State", 6},
+    {DataPathCategory::containers, "Containers", 1},
+    {DataPathCategory::groupContainers, "Group Containers", 2},
+    {DataPathCategory::applicationScripts, "Application Scripts", 10},
+    {DataPathCategory::launchAgents, "Launch Agents", 11},
+    {DataPathCategory::launchDaemons, "Launch Daemons", 12},
+    {DataPathCategory::webKit, "WebKit", 5},
+    {DataPathCategory::cookies, "Cookies", 9},
+    {DataPathCategory::dockIcon, "Dock Icon", 13},
+    {DataPathCategory::other, "Other", 99},
+});
+
 namespace DataPathCategories {
 
-const std::vector<DataPathCategory>& allCases();
-std::string_view label(DataPathCategory category);
-/// The sort key of a display.
-int displayOrder(DataPathCategory category);
+constexpr auto allCases() {
+  return quarn::allCases<DataPathCategory>();
+}
+constexpr std::string_view label(DataPathCategory category) {
+  return rawValue(category);
+}
+constexpr int displayOrder(DataPathCategory category) {
+  return rowOf(category).displayOrder;
+}
 /// By the text of the path alone; the disk isn't asked.
 DataPathCategory classify(const Path& path);
 

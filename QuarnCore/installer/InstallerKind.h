@@ -1,32 +1,28 @@
 #pragma once
 
-#include <array>
-#include <optional>
-#include <string_view>
+#include "QuarnCore/foundation/RawValues.h"
 
 namespace quarn {
 
 /// What can be installed from.
-enum class InstallerKind {
-  app,
-  dmg,
-  zip,
-  pkg,
-  mpkg,
-  script,
-  unknown,
-};
+enum class InstallerKind { app, dmg, zip, pkg, mpkg, script, unknown };
+
+template <>
+inline constexpr auto rawValueRows<InstallerKind> = std::to_array<RawValueRow<InstallerKind>>({
+    {InstallerKind::app, "app"},
+    {InstallerKind::dmg, "dmg"},
+    {InstallerKind::zip, "zip"},
+    {InstallerKind::pkg, "pkg"},
+    {InstallerKind::mpkg, "mpkg"},
+    {InstallerKind::script, "script"},
+    {InstallerKind::unknown, "unknown"},
+});
 
 namespace InstallerKinds {
 
-inline constexpr std::array all = {InstallerKind::app,    InstallerKind::dmg,  InstallerKind::zip,
-                                   InstallerKind::pkg,    InstallerKind::mpkg, InstallerKind::script,
-                                   InstallerKind::unknown};
-
-/// The word for a kind in files and reports.
-std::string_view rawValue(InstallerKind kind);
-/// The kind that a word stands for, to the letter.
-std::optional<InstallerKind> fromRawValue(std::string_view text);
+inline std::optional<InstallerKind> fromRawValue(std::string_view text) {
+  return quarn::fromRawValue<InstallerKind>(text);
+}
 
 }  // namespace InstallerKinds
 }  // namespace quarn

@@ -6,10 +6,9 @@ namespace quarn {
 namespace {
 
 TEST(InstallOutputFormat, eachWordNamesItsFormat) {
-  using namespace InstallOutputFormats;
-  EXPECT_EQ(fromRawValue("human"), InstallOutputFormat::human);
-  EXPECT_EQ(fromRawValue("tsv"), InstallOutputFormat::tsv);
-  EXPECT_EQ(fromRawValue("toml"), InstallOutputFormat::toml);
+  EXPECT_EQ(fromRawValue<InstallOutputFormat>("human"), InstallOutputFormat::human);
+  EXPECT_EQ(fromRawValue<InstallOutputFormat>("tsv"), InstallOutputFormat::tsv);
+  EXPECT_EQ(fromRawValue<InstallOutputFormat>("toml"), InstallOutputFormat::toml);
   EXPECT_EQ(rawValue(InstallOutputFormat::human), "human");
   EXPECT_EQ(rawValue(InstallOutputFormat::tsv), "tsv");
   EXPECT_EQ(rawValue(InstallOutputFormat::toml), "toml");
@@ -17,7 +16,7 @@ TEST(InstallOutputFormat, eachWordNamesItsFormat) {
 
 TEST(InstallOutputFormat, anUnknownWordNamesNone) {
   for (const char* word : {"", "json", "TSV", "toml ", "Human"}) {
-    EXPECT_FALSE(InstallOutputFormats::fromRawValue(word)) << word;
+    EXPECT_FALSE(fromRawValue<InstallOutputFormat>(word)) << word;
   }
 }
 

@@ -30,9 +30,9 @@ TEST(AppEntry, theRiskIsThatOfItsWorstFlag) {
 }
 
 TEST(AppEntry, risksHaveWordsAndAnOrder) {
-  EXPECT_EQ(word(RiskLevel::low), "low");
-  EXPECT_EQ(word(RiskLevel::medium), "medium");
-  EXPECT_EQ(word(RiskLevel::high), "high");
+  EXPECT_EQ(rawValue(RiskLevel::low), "low");
+  EXPECT_EQ(rawValue(RiskLevel::medium), "medium");
+  EXPECT_EQ(rawValue(RiskLevel::high), "high");
   EXPECT_LT(RiskLevel::low, RiskLevel::medium);
   EXPECT_LT(RiskLevel::medium, RiskLevel::high);
 }

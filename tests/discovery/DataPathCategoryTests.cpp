@@ -43,7 +43,8 @@ TEST(DataPathCategory, everyCaseHasItsLabelAndItsPlaceInADisplay) {
 TEST(DataPathCategory, allCasesAreListedInTheirOwnOrder) {
   std::vector<C> expected;
   for (const Row& row : rows) expected.push_back(row.category);
-  EXPECT_EQ(DataPathCategories::allCases(), expected);
+  constexpr auto cases = DataPathCategories::allCases();
+  EXPECT_EQ(std::vector<C>(cases.begin(), cases.end()), expected);
 }
 
 TEST(DataPathCategory, aPathBelongsToTheLibraryFolderThatItLiesIn) {

@@ -87,10 +87,10 @@ TEST(InstallerOption, takesNoValueOfAnotherType) {
 }
 
 TEST(InstallerOption, takesEveryKindOfSourceAndNoOtherWord) {
+  constexpr auto allKinds = allCases<InstallerKind>();
   const auto all =
       decoded(with("sourceKinds", "sourceKinds = ['app', 'dmg', 'zip', 'pkg', 'mpkg', 'script', 'unknown']"));
-  EXPECT_EQ(all.sourceKinds,
-            std::vector<InstallerKind>(InstallerKinds::all.begin(), InstallerKinds::all.end()));
+  EXPECT_EQ(all.sourceKinds, std::vector<InstallerKind>(allKinds.begin(), allKinds.end()));
   for (const char* kinds : {"['App']", "['app', 'rpm']", "['']", "[' app']"}) {
     EXPECT_THROW(decoded(with("sourceKinds", std::string("sourceKinds = ") + kinds)), toml::TOMLError)
         << kinds;
@@ -113,10 +113,11 @@ TEST(InstallerOption, keysAreTheFieldsToTheLetter) {
 
 TEST(InstallerKind, hasAWordEach) {
   const char* words[] = {"app", "dmg", "zip", "pkg", "mpkg", "script", "unknown"};
-  ASSERT_EQ(std::size(words), InstallerKinds::all.size());
+  constexpr auto kinds = allCases<InstallerKind>();
+  ASSERT_EQ(std::size(words), kinds.size());
   for (std::size_t i = 0; i < std::size(words); ++i) {
-    EXPECT_EQ(InstallerKinds::rawValue(InstallerKinds::all[i]), words[i]);
-    EXPECT_EQ(InstallerKinds::fromRawValue(words[i]), InstallerKinds::all[i]);
+    EXPECT_EQ(rawValue(kinds[i]), words[i]);
+    EXPECT_EQ(InstallerKinds::fromRawValue(words[i]), kinds[i]);
   }
   EXPECT_EQ(InstallerKinds::fromRawValue("exe"), std::nullopt);
 }

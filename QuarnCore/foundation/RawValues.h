@@ -1,0 +1,109 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <optional>
+#include <string_view>
+
+namespace quarn {
+
+/// A case of an enumeration and its text in files and reports.
+template <class Enum>
+struct RawValueRow {
+  Enum value;
+  std::string_view rawValue;
+};
+
+/// The table of an enumeration: a row for each case, in their order. It stands right below the enumeration,
+/// and whether it is whole is looked at where the code is compiled:
+///
+///     enum class RiskLevel { low, medium, high };
+///
+///     template <>
+///     inline constexpr auto rawValueRows<RiskLevel> = std::to_array<RawValueRow<RiskLevel>>({
+///         {RiskLevel::low, "low"},
+///         {RiskLevel::medium, "medium"},
+///         {RiskLevel::high, "high"},
+///     });
+///
+/// A table with more columns has rows of a struct of its own, whose members `value` and `rawValue` come
+/// first.
+template <class Enum>
+inline constexpr std::nullptr_t rawValueRows = nullptr;
+
+template <class Enum>
+concept HasRawValues = requires {
+  rawValueRows<Enum>.size();
+};
+
+namespace RawValues {
+
+/// Whether a number is that of a case, as the compiler itself writes it: "= quarn::RiskLevel::low]" for a
+/// case,
+/// "= (quarn::RiskLevel)3]" for none.
+template <auto value>
+constexpr bool isCase() {
+  const std::string_view signature = __PRETTY_FUNCTION__;
+  const auto text = signature.substr(signature.rfind(')') + 1);
+  return text.find_first_not_of("-0123456789]") != std::string_view::npos;
+}
+
+template <class Enum>
+constexpr bool areInOrder() {
+  for (std::size_t i = 0; i < rawValueRows<Enum>.size(); ++i) {
+    if (rawValueRows<Enum>[i].value != static_cast<Enum>(i)) return false;
+  }
+  return true;
+}
+
+template <class Enum>
+constexpr bool areDistinct() {
+  for (const auto& one : rawValueRows<Enum>) {
+    for (const auto& other : rawValueRows<Enum>) {
+      if (one.value != other.value && one.rawValue == other.rawValue) return false;
+    }
+  }
+  return true;
+}
+
+}  // namespace RawValues
+
+/// The table, once it is known to be whole.
+template <HasRawValues Enum>
+constexpr const auto& checkedRows() {
+  static_assert(RawValues::areInOrder<Enum>(),
+                "The rows stand in the order of the cases, from the first on.");
+  static_assert(!RawValues::isCase<static_cast<Enum>(rawValueRows<Enum>.size())>(), "A case has no row.");
+  static_assert(RawValues::areDistinct<Enum>(), "Two cases have the same text.");
+  return rawValueRows<Enum>;
+}
+
+/// The whole row of a case, for the columns beyond the text.
+template <HasRawValues Enum>
+constexpr const auto& rowOf(Enum value) {
+  return checkedRows<Enum>()[static_cast<std::size_t>(value)];
+}
+
+template <HasRawValues Enum>
+constexpr std::string_view rawValue(Enum value) {
+  return rowOf(value).rawValue;
+}
+
+/// The case that a text stands for, to the letter; nothing for any other text.
+template <HasRawValues Enum>
+constexpr std::optional<Enum> fromRawValue(std::string_view text) {
+  for (const auto& row : checkedRows<Enum>()) {
+    if (row.rawValue == text) return row.value;
+  }
+  return std::nullopt;
+}
+
+/// In their order.
+template <HasRawValues Enum>
+constexpr auto allCases() {
+  std::array<Enum, rawValueRows<Enum>.size()> cases{};
+  for (const auto& row : checkedRows<Enum>()) cases[static_cast<std::size_t>(row.value)] = row.value;
+  return cases;
+}
+
+}  // namespace quarn
