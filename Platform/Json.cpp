@@ -1,8 +1,18 @@
 #include "Platform/Json.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace quarn {
+
+/// One form for each number, so that 5.0 equals 5. Beyond 2 to the 53rd a fraction has another text than a
+/// whole number, and minus zero has one of its own.
+Json::Json(double value) : value_(value) {
+  constexpr double limit = 9007199254740992.0;
+  const bool isMinusZero = value == 0 && std::signbit(value);
+  if (std::abs(value) <= limit && std::trunc(value) == value && !isMinusZero)
+    value_ = static_cast<std::int64_t>(value);
+}
 
 std::optional<std::int64_t> Json::integer() const {
   if (const auto* whole = std::get_if<std::int64_t>(&value_)) return *whole;
@@ -14,13 +24,17 @@ std::optional<std::int64_t> Json::integer() const {
   return static_cast<std::int64_t>(*number);
 }
 
-const Json* Json::member(const std::string& key) const {
-  const auto* object = std::get_if<Object>(&value_);
-  if (!object) return nullptr;
-  const auto found = object->find(key);
-  const bool isThere =
-      found != object->end() && !std::holds_alternative<std::monostate>(found->second.value_);
-  return isThere ? &found->second : nullptr;
+std::optional<double> Json::number() const {
+  if (const auto* whole = std::get_if<std::int64_t>(&value_)) return static_cast<double>(*whole);
+  const auto* fraction = std::get_if<double>(&value_);
+  return fraction ? std::optional(*fraction) : std::nullopt;
+}
+
+const Json* Json::member(std::string_view key) const {
+  if (!object()) return nullptr;
+  const auto found = std::find_if(object()->begin(), object()->end(),
+                                  [&](const auto& member) { return member.first == key; });
+  return found != object()->end() && !found->second.isNull() ? &found->second : nullptr;
 }
 
 }  // namespace quarn

@@ -88,7 +88,7 @@ class Reader {
       auto key = text();
       if (!key || !takeBehindBlanks(':')) return false;
       auto item = value();
-      if (item) members.emplace(std::move(*key), std::move(*item));
+      if (item) members.emplace_back(std::move(*key), std::move(*item));
       return item.has_value();
     });
     if (!isRead) return std::nullopt;
@@ -168,7 +168,8 @@ class Reader {
   static std::optional<Json> numberFrom(const std::string& digits) {
     std::int64_t whole = 0;
     const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), whole);
-    if (error == std::errc() && end == digits.data() + digits.size()) return Json(whole);
+    const bool isWhole = error == std::errc() && end == digits.data() + digits.size();
+    if (isWhole && digits != "-0") return Json(whole);
     const double number = std::strtod(digits.c_str(), nullptr);
     if (!std::isfinite(number)) return std::nullopt;
     return Json(number);

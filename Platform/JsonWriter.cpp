@@ -1,15 +1,13 @@
+#include <algorithm>
 #include <array>
 #include <charconv>
+#include <cmath>
 
 #include "Platform/Json.h"
 
 namespace quarn {
 
 namespace {
-
-void appendLine(std::string& text, std::size_t level) {
-  text.append("\n").append(2 * level, ' ');
-}
 
 void appendEscaped(std::string& text, char c) {
   constexpr std::string_view meanings = "\"\\/\b\f\n\r\t";
@@ -31,38 +29,33 @@ void appendQuoted(std::string& text, const std::string& content) {
   text += '"';
 }
 
-/// The shortest digits that read back the same.
+/// The shortest digits that read back the same, as the `description` of a Swift `Double` has them: with an
+/// exponent below a ten thousandth and above 2 to the 53rd. (A Mac's encoder drops its ".0".)
 void appendNumber(std::string& text, double number) {
-  std::array<char, 400> digits;  // the longest one without an exponent has 344
-  const auto end =
-      std::to_chars(digits.data(), digits.data() + digits.size(), number, std::chars_format::fixed);
+  const double size = std::abs(number);
+  const bool hasExponent = size > 9007199254740992.0 || (size < 1e-4 && size > 0);
+  std::array<char, 32> digits;  // 17 of them, a sign, a point, zeros or an exponent
+  const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number,
+                                 hasExponent ? std::chars_format::scientific : std::chars_format::fixed);
   text.append(digits.data(), end.ptr);
 }
 
-/// Elements on a line each. The line of the first one is there even when it never comes, so that an empty
-/// pair of brackets spans three lines.
-template <class Elements, class AppendElement>
-void appendBracketed(std::string& text, const char* brackets, const Elements& elements, std::size_t level,
-                     const AppendElement& appendElement) {
-  text += brackets[0];
-  bool isFirst = true;
-  for (const auto& element : elements) {
-    if (!isFirst) text += ',';
-    isFirst = false;
-    appendLine(text, level + 1);
-    appendElement(element);
-  }
-  if (isFirst) text += '\n';
-  appendLine(text, level);
-  text += brackets[1];
+/// The members in the order of the bytes of their keys; equal keys stay in theirs.
+std::vector<const std::pair<std::string, Json>*> sorted(const Json::Object& members) {
+  std::vector<const std::pair<std::string, Json>*> pointers;
+  for (const auto& member : members) pointers.push_back(&member);
+  std::stable_sort(pointers.begin(), pointers.end(),
+                   [](const auto* a, const auto* b) { return a->first < b->first; });
+  return pointers;
 }
 
 }  // namespace
 
 /// Appends one value of each kind.
-struct Json::PrettyWriter {
+struct Json::Writer {
   std::string& text;
-  std::size_t level;
+  Layout layout;
+  std::size_t level = 0;
 
   void operator()(std::monostate) { text += "null"; }
   void operator()(bool flag) { text += flag ? "true" : "false"; }
@@ -70,22 +63,58 @@ struct Json::PrettyWriter {
   void operator()(double number) { appendNumber(text, number); }
   void operator()(const std::string& content) { appendQuoted(text, content); }
   void operator()(const Array& items) {
-    appendBracketed(text, "[]", items, level, [&](const Json& item) { appendNested(item); });
+    appendBracketed("[]", items, [&](const Json& item) { appendNested(item); });
   }
   void operator()(const Object& members) {
-    appendBracketed(text, "{}", members, level, [&](const auto& member) {
-      appendQuoted(text, member.first);
-      text += " : ";
-      appendNested(member.second);
-    });
+    if (layout == Layout::pretty) {
+      appendBracketed("{}", sorted(members), [&](const auto* member) { appendMember(*member); });
+    } else {
+      appendBracketed("{}", members, [&](const auto& member) { appendMember(member); });
+    }
   }
-  void appendNested(const Json& value) { std::visit(PrettyWriter{text, level + 1}, value.value_); }
+
+ private:
+  /// Pretty, the elements stand on a line each. The line of the first one is there even when it never comes,
+  /// so that an empty pair of brackets spans three lines.
+  template <class Elements, class AppendElement>
+  void appendBracketed(const char* brackets, const Elements& elements, const AppendElement& appendElement) {
+    text += brackets[0];
+    ++level;
+    bool isFirst = true;
+    for (const auto& element : elements) {
+      if (!isFirst) text += ',';
+      isFirst = false;
+      appendLine();
+      appendElement(element);
+    }
+    --level;
+    if (isFirst && layout == Layout::pretty) text += '\n';
+    appendLine();
+    text += brackets[1];
+  }
+  void appendLine() {
+    if (layout == Layout::pretty) text.append("\n").append(2 * level, ' ');
+  }
+  void appendMember(const std::pair<std::string, Json>& member) {
+    appendQuoted(text, member.first);
+    text += layout == Layout::pretty ? " : " : ":";
+    appendNested(member.second);
+  }
+  void appendNested(const Json& value) { std::visit(*this, value.value_); }
 };
 
-std::string Json::prettyText() const {
+std::string Json::text(Layout layout) const {
   std::string text;
-  std::visit(PrettyWriter{text, 0}, value_);
+  std::visit(Writer{text, layout}, value_);
   return text;
+}
+
+std::string Json::prettyText() const {
+  return text(Layout::pretty);
+}
+
+std::string Json::compactText() const {
+  return text(Layout::compact);
 }
 
 }  // namespace quarn

@@ -15,7 +15,7 @@ Json encode(const HealthManifestEntry& entry) {
                          {"movedAt", DateText::iso8601(entry.movedAt)},
                          {"sizeBytes", entry.sizeBytes},
                          {"sourcePath", entry.sourcePath}};
-  if (entry.bundleIdentifier) object["bundleIdentifier"] = *entry.bundleIdentifier;
+  if (entry.bundleIdentifier) object.emplace_back("bundleIdentifier", *entry.bundleIdentifier);
   return object;
 }
 

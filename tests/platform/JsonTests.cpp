@@ -1,5 +1,9 @@
+#include <bit>
+#include <cmath>
 #include <gtest/gtest.h>
 #include <limits>
+#include <map>
+#include <random>
 
 #include "Platform/Json.h"
 
@@ -226,19 +230,133 @@ TEST(Json, numbersAreWrittenInFullAndAsShortAsTheyReadBack) {
       {Json(800000000.0), "800000000"},
       {Json(0.1), "0.1"},
       {Json(-2.5), "-2.5"},
-      {Json(0.000001), "0.000001"},
-      {Json(1e21), "1000000000000000000000"},
+      {Json(1.0), "1"},
+      {Json(0.0), "0"},
+      {Json(-0.0), "-0"},
+      {Json(-3.0), "-3"},
+      {Json(1.0 / 3), "0.3333333333333333"},
+      {Json(0.0001), "0.0001"},
+      {Json(-0.00012345678901234568), "-0.00012345678901234567"},
+      {Json(0.00009), "9e-05"},
+      {Json(0.000001), "1e-06"},
+      {Json(4503599627370495.5), "4503599627370495.5"},
+      {Json(9007199254740992.0), "9007199254740992"},
+      {Json(9007199254740994.0), "9.007199254740994e+15"},
+      {Json(-1e16), "-1e+16"},
+      {Json(1e21), "1e+21"},
+      {Json(1.5e300), "1.5e+300"},
+      {Json(5e-324), "5e-324"},
+      {Json(true), "true"},
       {Json(std::numeric_limits<std::int64_t>::max()), "9223372036854775807"},
       {Json(std::numeric_limits<std::int64_t>::min()), "-9223372036854775808"},
       {Json(false), "false"},
   };
-  for (const auto& [value, text] : rows) EXPECT_EQ(value.prettyText(), text);
+  for (const auto& [value, text] : rows) {
+    EXPECT_EQ(value.prettyText(), text);
+    EXPECT_EQ(value.compactText(), text);
+  }
 }
 
 TEST(Json, theLongestNumbersAreWrittenToo) {
   for (const double number : {std::numeric_limits<double>::denorm_min(), std::numeric_limits<double>::max(),
                               -2.2250738585072011e-308}) {
     EXPECT_EQ(std::strtod(Json(number).prettyText().c_str(), nullptr), number);
+  }
+}
+
+TEST(Json, compactTextHasNoSpacesAndKeepsTheOrderOfItsKeys) {
+  const Json object(Json::Object{{"b", Json::Array{}},
+                                 {"a", Json::Object{}},
+                                 {"/", Json::Array{Json("/x y"), Json(), Json(2.5)}},
+                                 {"\u00E9\n", true}});
+  EXPECT_EQ(object.compactText(), "{\"b\":[],\"a\":{},\"\\/\":[\"\\/x y\",null,2.5],\"\u00E9\\n\":true}");
+  EXPECT_EQ(Json::parse(object.compactText()), object);
+}
+
+TEST(Json, aNumberIsTheSameHoweverItIsMade) {
+  EXPECT_EQ(Json(5.0), Json(std::int64_t{5}));
+  EXPECT_EQ(Json::parse("5.0"), Json(std::int64_t{5}));
+  EXPECT_EQ(Json::parse("-0"), Json(-0.0));
+  EXPECT_EQ(Json::parse("-0.0")->integer(), 0);
+  EXPECT_TRUE(std::signbit(*Json::parse("-0")->number()));
+  EXPECT_EQ(Json::parse("7")->number(), 7.0);
+  EXPECT_EQ(Json::parse("0.5")->number(), 0.5);
+  EXPECT_EQ(Json::parse("9223372036854775808")->number(), 9223372036854775808.0);
+  EXPECT_EQ(Json::parse("\"7\"")->number(), std::nullopt);
+}
+
+TEST(Json, aNumberBeyondAllIsNoneAndOneTooSmallIsZero) {
+  const std::string digits(1'000'000, '9');
+  for (const auto& text : {std::string("1e400"), std::string("-1e400"), std::string("1e99999999999999999999"),
+                           digits, "-" + digits, "[" + digits + "]"}) {
+    EXPECT_FALSE(Json::parse(text)) << text.substr(0, 30);
+  }
+  EXPECT_EQ(Json::parse("1e-400"), Json(0.0));
+  EXPECT_EQ(Json::parse("0." + digits), Json(1.0));
+  EXPECT_EQ(Json::parse("0." + std::string(1'000'000, '0') + "1e1000000"), Json(0.1));
+}
+
+/// Makes values of every kind, the odd ones often.
+class Dice {
+ public:
+  Json value(int depth = 0) {
+    switch (number(depth < 4 ? 7 : 5)) {
+      case 0:
+        return number(2) ? Json() : Json(number(2) == 1);
+      case 1:
+        return Json(whole());
+      case 2:
+        return Json(fraction());
+      case 3:
+      case 4:
+        return Json(text());
+      case 5:
+        return array(depth);
+      default:
+        return object(depth);
+    }
+  }
+
+ private:
+  std::uint64_t number(std::uint64_t end) { return engine_() % end; }
+  std::int64_t whole() { return static_cast<std::int64_t>(engine_()) >> number(64); }
+  /// Of any bits, so of any size; half of them with few digits.
+  double fraction() {
+    if (number(2)) return static_cast<double>(whole()) / 1000;
+    const auto anything = std::bit_cast<double>(engine_());
+    return std::isfinite(anything) ? anything : -0.0;
+  }
+  std::string text() {
+    const std::string_view pieces[] = {"a",      "/",          "\\", "\"",    std::string_view("\0", 1),
+                                       "\x1f",   "\x7f",       "\n", "u00e9", "\u00e9",
+                                       "\u2028", "\U0001F600", "{",  ":",     " "};
+    std::string text;
+    for (auto count = number(6); count > 0; --count) text += pieces[number(std::size(pieces))];
+    return text;
+  }
+  Json array(int depth) {
+    Json::Array items;
+    for (auto count = number(4); count > 0; --count) items.push_back(value(depth + 1));
+    return items;
+  }
+  /// With sorted keys, so that both layouts have them in the same order.
+  Json object(int depth) {
+    std::map<std::string, Json> members;
+    for (auto count = number(4); count > 0; --count) members.emplace(text(), value(depth + 1));
+    return Json::Object(members.begin(), members.end());
+  }
+
+  std::mt19937_64 engine_{20260131};
+};
+
+TEST(Json, whatIsWrittenIsReadAgain) {
+  Dice dice;
+  for (int i = 0; i < 100'000; ++i) {
+    const Json value = dice.value();
+    const std::string compact = value.compactText();
+    ASSERT_EQ(Json::parse(compact), value) << compact;
+    ASSERT_EQ(Json::parse(value.prettyText()), value) << compact;
+    ASSERT_EQ(Json::parse(compact)->compactText(), compact);
   }
 }
 
