@@ -17,5 +17,10 @@ std::optional<Moment> parsingISO8601(std::string_view text);
 std::optional<Moment> parsingLocalDashed(std::string_view text);
 /// Whole seconds since 1970, truncated.
 long long secondsSince1970(Moment moment);
+/// Seconds and fractions since the first of January 2001 UTC, as a Mac counts them. A number of today tells
+/// moments apart that are an eighth of a microsecond from each other.
+double secondsSince2001(Moment moment);
+/// The nearest moment; nothing for a number that a moment doesn't reach.
+std::optional<Moment> fromSecondsSince2001(double seconds);
 
 }  // namespace quarn::DateText

@@ -1,6 +1,7 @@
 #include "Platform/DateText.h"
 
 #include <array>
+#include <cmath>
 #include <cstdio>
 #include <ctime>
 #include <limits>
@@ -10,6 +11,8 @@ namespace quarn::DateText {
 namespace {
 
 using namespace std::chrono;
+
+constexpr sys_seconds startOf2001 = sys_days(year(2001) / January / 1);
 
 struct Fields {
   int year, month, day, hour, minute, second;
@@ -89,6 +92,23 @@ std::optional<Moment> parsingLocalDashed(std::string_view text) {
 
 long long secondsSince1970(Moment moment) {
   return duration_cast<seconds>(moment.time_since_epoch()).count();
+}
+
+double secondsSince2001(Moment moment) {
+  // In two steps: as one number the steps of a moment would be rounded twice.
+  const auto whole = floor<seconds>(moment);
+  return static_cast<double>((whole - startOf2001).count()) + duration<double>(moment - whole).count();
+}
+
+std::optional<Moment> fromSecondsSince2001(double number) {
+  constexpr double furthest = 1e15;  // no moment reaches that far, and a whole number of seconds does
+  if (!(std::abs(number) < furthest)) return std::nullopt;
+  const double whole = std::floor(number);
+  const auto sinceEpoch = startOf2001.time_since_epoch() + seconds(static_cast<long long>(whole));
+  const auto start = moment(sinceEpoch);
+  // The fraction must be within reach as well.
+  if (!start || !moment(sinceEpoch + seconds(1))) return std::nullopt;
+  return *start + round<Moment::duration>(duration<double>(number - whole));
 }
 
 }  // namespace quarn::DateText

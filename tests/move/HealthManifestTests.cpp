@@ -89,6 +89,15 @@ TEST(HealthManifest, specialCharactersOfAPathComeBack) {
   EXPECT_EQ(load(), (Entries{strange}));
 }
 
+TEST(HealthManifest, aNameThatIsNoTextLeavesTheFileAsItWas) {
+  record(entry("Foo.app"));
+  record(entry("b\xFF.app"));
+  HealthManifestEntry elsewhere = entry("Bar.app");
+  elsewhere.destinationPath = "/Volumes/X9/\xC3";
+  record(elsewhere);
+  EXPECT_EQ(load(), (Entries{entry("Foo.app")}));
+}
+
 TEST(HealthManifest, theLastEntryLeavesAnEmptyList) {
   record(entry("Foo.app"));
   forget("/Applications/Foo.app");

@@ -132,6 +132,33 @@ TEST(DateText, anotherDashedTextIsRefused) {
   for (const auto row : rows) EXPECT_FALSE(DateText::parsingLocalDashed(row)) << row;
 }
 
+TEST(DateText, secondsSince2001HaveTheirFraction) {
+  EXPECT_EQ(DateText::secondsSince2001(at(1769850300s)), 791543100.0);
+  EXPECT_EQ(DateText::secondsSince2001(at(1769850300125ms)), 791543100.125);
+  EXPECT_EQ(DateText::secondsSince2001(at(978307200s)), 0.0);
+  EXPECT_EQ(DateText::secondsSince2001(at(978307199750ms)), -0.25);
+  EXPECT_EQ(DateText::secondsSince2001(at(0s)), -978307200.0);
+}
+
+TEST(DateText, secondsSince2001AreReadAndComeBackTheSame) {
+  EXPECT_EQ(DateText::fromSecondsSince2001(791543100), at(1769850300s));
+  EXPECT_EQ(DateText::fromSecondsSince2001(791543100.125), at(1769850300125ms));
+  EXPECT_EQ(DateText::fromSecondsSince2001(-0.25), at(978307199750ms));
+  for (const double number : {791543100.0, 0.5, -978307200.75, 791456700.123456, 791543100.999999}) {
+    EXPECT_EQ(DateText::secondsSince2001(*DateText::fromSecondsSince2001(number)), number);
+  }
+}
+
+TEST(DateText, aNumberThatNoMomentReachesIsNone) {
+  const double limit = std::chrono::duration<double>(Moment::max() - at(978307200s)).count();
+  for (const double number :
+       {limit + 1, limit, -1e13, 1e14, 1e18, -1e300, std::numeric_limits<double>::infinity(),
+        std::numeric_limits<double>::quiet_NaN()}) {
+    EXPECT_EQ(DateText::fromSecondsSince2001(number), std::nullopt) << number;
+  }
+  EXPECT_NE(DateText::fromSecondsSince2001(limit - 3), std::nullopt);
+}
+
 TEST(DateText, secondsSince1970AreTruncated) {
   EXPECT_EQ(DateText::secondsSince1970(at(1769850300999ms)), 1769850300);
   EXPECT_EQ(DateText::secondsSince1970(at(0s)), 0);

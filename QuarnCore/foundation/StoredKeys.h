@@ -1,0 +1,104 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string_view>
+#include <tuple>
+#include <type_traits>
+#include <utility>
+
+namespace quarn {
+
+/// What a key means that is missing, or null, when a record is read. A member that is optional is then empty,
+/// whatever is said here.
+enum class WhenAbsent {
+  isError,
+  keepsDefault,  ///< the member stays as a new record has it: for keys that earlier versions didn't write
+};
+
+template <class Value>
+inline constexpr bool isOptional = false;
+template <class Value>
+inline constexpr bool isOptional<std::optional<Value>> = true;
+
+/// A member of a record, and the key under which it is stored.
+template <class Record, class Value>
+struct StoredKey {
+  constexpr StoredKey(std::string_view keyName, Value Record::*recordMember,
+                      WhenAbsent absence = WhenAbsent::isError)
+      : name(keyName), member(recordMember), whenAbsent(absence) {}
+
+  constexpr bool mayBeAbsent() const { return isOptional<Value> || whenAbsent == WhenAbsent::keepsDefault; }
+
+  std::string_view name;
+  Value Record::*member;
+  WhenAbsent whenAbsent;
+};
+
+/// The keys of a record, in the order of its members: the one list from which it is written and read. It
+/// stands in the source that stores the record, or in a header `<Record>Keys.h` where several do:
+///
+///     template <>
+///     inline constexpr auto storedKeys<BackupRecord> = std::tuple{
+///         StoredKey{"id", &BackupRecord::id},
+///         StoredKey{"note", &BackupRecord::note, WhenAbsent::keepsDefault},
+///     };
+///
+/// Members may be texts, flags, 64-bit whole numbers, fractions, moments, enumerations with a table of raw
+/// values, records with keys of their own, and optionals, vectors and maps from text of all these.
+template <class Record>
+inline constexpr std::nullptr_t storedKeys = nullptr;
+
+template <class Record>
+concept HasStoredKeys = requires {
+  std::tuple_size<std::remove_cvref_t<decltype(storedKeys<Record>)>>::value;
+};
+
+namespace StoredKeys {
+
+/// Stands for a value of any type, where the compiler is only asked whether it would take one.
+struct Anything {
+  template <class Value>
+  operator Value() const;
+};
+
+template <class Record, std::size_t... i>
+constexpr bool takes(std::index_sequence<i...>) {
+  return requires {
+    Record{(static_cast<void>(i), Anything{})...};
+  };
+}
+
+template <class Record>
+constexpr bool areDistinct() {
+  return std::apply(
+      [](const auto&... keys) {
+        const std::string_view names[] = {keys.name...};
+        for (const auto& one : names) {
+          for (const auto& other : names) {
+            if (&one != &other && one == other) return false;
+          }
+        }
+        return true;
+      },
+      storedKeys<Record>);
+}
+
+/// Whether the record has no more members than keys.
+template <class Record>
+constexpr bool coverAllMembers() {
+  constexpr auto count = std::tuple_size_v<decltype(storedKeys<Record>)>;
+  return !takes<Record>(std::make_index_sequence<count + 1>());
+}
+
+}  // namespace StoredKeys
+
+/// The list, once it is known to be whole.
+template <HasStoredKeys Record>
+constexpr const auto& checkedKeys() {
+  static_assert(StoredKeys::areDistinct<Record>(), "Two members have the same key.");
+  static_assert(StoredKeys::coverAllMembers<Record>(), "A member has no key, and would be lost.");
+  return storedKeys<Record>;
+}
+
+}  // namespace quarn
