@@ -5,21 +5,17 @@
 #include <optional>
 #include <string_view>
 
-#include "Platform/Text.h"
+#include "QuarnCore/foundation/CommandRunner.h"
 
 namespace quarn::ProcessList {
 namespace {
 
+/// The status doesn't matter: what a failing `ps` has written counts.
 std::vector<std::string> linesOfPs(const ReadOnlyPlatform& platform,
                                    const std::vector<std::string>& arguments) {
-  auto child = platform.processes.start(Path("/bin/ps"), arguments, OutputStreams::separate);
-  if (!child) return {};
-  std::string output;
-  (*child)->readToEnd([&output](std::string_view bytes) { output.append(bytes); }, [](std::string_view) {});
-  (*child)->waitForExit();
-  if (!Text::isUTF8(output)) return {};
-  const auto pieces = Text::nonEmptyLines(output);
-  return {pieces.begin(), pieces.end()};
+  return CommandRunner::capture(platform, Path("/bin/ps"), arguments, OutputStreams::separate)
+      .valueOr({})
+      .lines();
 }
 
 /// The line behind the number of a process; nothing if it is none of `identifiers`.

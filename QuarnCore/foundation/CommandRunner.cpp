@@ -5,7 +5,14 @@
 
 #include "Platform/Text.h"
 
-namespace quarn::CommandRunner {
+namespace quarn {
+
+std::vector<std::string> CommandResult::lines() const {
+  const auto pieces = Text::nonEmptyLines(standardOutput);
+  return {pieces.begin(), pieces.end()};
+}
+
+namespace CommandRunner {
 namespace {
 
 using namespace std::chrono_literals;
@@ -14,6 +21,12 @@ using SteadyTime = std::chrono::steady_clock::time_point;
 constexpr auto pollInterval = 50ms;
 constexpr auto graceBeforeKill = 2s;
 
+/// One bad byte empties the whole stream: half a text could be taken for the truth.
+std::string textOf(std::string bytes) {
+  if (!Text::isUTF8(bytes)) bytes.clear();
+  return bytes;
+}
+
 /// Filled by the reader while the caller waits.
 class ConcurrentBuffer {
  public:
@@ -21,10 +34,9 @@ class ConcurrentBuffer {
     std::lock_guard guard(lock_);
     data_.append(bytes);
   }
-  /// One bad byte empties the whole stream: half a text could be taken for the truth.
   std::string text() {
     std::lock_guard guard(lock_);
-    return Text::isUTF8(data_) ? data_ : std::string();
+    return textOf(data_);
   }
 
  private:
@@ -84,4 +96,16 @@ CommandResult run(const ReadOnlyPlatform& platform, const std::string& executabl
   return {status, reader.output.text(), reader.error.text(), timedOut};
 }
 
-}  // namespace quarn::CommandRunner
+Result<CommandResult> capture(const ReadOnlyPlatform& platform, const Path& executable,
+                              const std::vector<std::string>& arguments, OutputStreams streams) {
+  auto started = platform.processes.start(executable, arguments, streams);
+  if (!started) return started.error();
+  const std::unique_ptr<Child> child = *std::move(started);
+  std::string output;
+  child->readToEnd([&output](std::string_view bytes) { output.append(bytes); }, [](std::string_view) {});
+  const int status = child->waitForExit();
+  return CommandResult{status, textOf(std::move(output)), "", false};
+}
+
+}  // namespace CommandRunner
+}  // namespace quarn

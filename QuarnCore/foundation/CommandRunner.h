@@ -18,6 +18,8 @@ struct CommandResult {
   bool timedOut = false;       ///< the time-out expired and the tool had to be ended
 
   bool succeeded() const { return status == 0 && !timedOut; }
+  /// Of standard output, between line feeds; empty ones left out.
+  std::vector<std::string> lines() const;
   bool operator==(const CommandResult&) const = default;
 };
 
@@ -30,6 +32,12 @@ inline constexpr std::int32_t notStarted = 127;
 /// wait as long as it takes. A tool that outlives it is asked to end, and killed 2 seconds later.
 CommandResult run(const ReadOnlyPlatform& platform, const std::string& executable,
                   const std::vector<std::string>& arguments, std::optional<double> timeout = std::nullopt);
+
+/// Runs a tool and reads its output on the calling thread, as long as it takes; with `OutputStreams::joined`
+/// standard error stands among standard output, else it is dropped. For those who are to see why a tool can't
+/// be started, which is the error here.
+Result<CommandResult> capture(const ReadOnlyPlatform& platform, const Path& executable,
+                              const std::vector<std::string>& arguments, OutputStreams streams);
 
 }  // namespace CommandRunner
 }  // namespace quarn

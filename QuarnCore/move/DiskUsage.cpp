@@ -2,7 +2,7 @@
 
 #include <charconv>
 
-#include "Platform/Text.h"
+#include "QuarnCore/foundation/CommandRunner.h"
 #include "QuarnCore/move/MoverError.h"
 
 namespace quarn::DiskUsage {
@@ -11,13 +11,11 @@ namespace {
 /// Both streams joined. Throws `MoveRefused` unless the status is 0.
 std::string runAndCapture(const ReadOnlyPlatform& platform, const Path& executable,
                           const std::vector<std::string>& arguments) {
-  const auto child = platform.processes.start(executable, arguments, OutputStreams::joined).orThrow();
-  std::string output;
-  child->readToEnd([&output](std::string_view bytes) { output.append(bytes); }, [](std::string_view) {});
-  const int status = child->waitForExit();
-  if (!Text::isUTF8(output)) output.clear();
-  if (status == 0) return output;
-  throw MoveRefused(executable.lastComponent() + " exited " + std::to_string(status) + ": " + output);
+  const auto result =
+      CommandRunner::capture(platform, executable, arguments, OutputStreams::joined).orThrow();
+  if (result.succeeded()) return result.standardOutput;
+  throw MoveRefused(executable.lastComponent() + " exited " + std::to_string(result.status) + ": " +
+                    result.standardOutput);
 }
 
 std::string firstWord(const std::string& text) {

@@ -178,5 +178,40 @@ TEST(CommandRunner, leavesNoDescriptorAndNoZombieBehind) {
   EXPECT_EQ(::waitpid(-1, nullptr, WNOHANG), -1) << "a child is left";
 }
 
+Result<CommandResult> captured(const std::string& text, OutputStreams streams) {
+  return CommandRunner::capture(hostPlatform(), Path("/bin/sh"), {"-c", text}, streams);
+}
+
+TEST(CommandRunner, capturesBothStreamsInTheOrderOfTheToolOrStandardOutputAlone) {
+  const char* text = "printf a; printf b >&2; printf c; exit 3";
+  EXPECT_EQ(*captured(text, OutputStreams::joined), (CommandResult{3, "abc", "", false}));
+  EXPECT_EQ(*captured(text, OutputStreams::separate), (CommandResult{3, "ac", "", false}));
+}
+
+TEST(CommandRunner, capturesNothingOfWhatIsNoText) {
+  EXPECT_EQ(*captured("printf 'a\\377'", OutputStreams::joined), (CommandResult{0, "", "", false}));
+}
+
+TEST(CommandRunner, capturesFromAToolThatFloodsBothStreams) {
+  const auto result =
+      captured("head -c 300000 /dev/zero | tr '\\0' x; head -c 300000 /dev/zero >&2; printf y",
+               OutputStreams::separate);
+  EXPECT_EQ(result->standardOutput, std::string(300000, 'x') + "y");
+}
+
+TEST(CommandRunner, aToolThatCannotBeStartedIsTheErrorOfACapture) {
+  const auto result =
+      CommandRunner::capture(hostPlatform(), Path("/usr/bin/nope"), {}, OutputStreams::joined);
+  ASSERT_FALSE(result);
+  EXPECT_EQ(result.error().code, CocoaErrorCode::fileNoSuchFile);
+  EXPECT_EQ(result.error().description, "The file “nope” doesn’t exist.");
+}
+
+TEST(CommandRunner, linesEndAtLineFeedsAloneAndEmptyOnesAreLeftOut) {
+  EXPECT_EQ((CommandResult{0, "\na\n\n b \r\nc", "x", false}).lines(),
+            (std::vector<std::string>{"a", " b \r", "c"}));
+  EXPECT_TRUE(CommandResult{}.lines().empty());
+}
+
 }  // namespace
 }  // namespace quarn
