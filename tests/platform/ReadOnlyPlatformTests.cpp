@@ -8,73 +8,56 @@
 namespace quarn {
 namespace {
 
+using Application = RunningApplication;
+
+/// How many of the ways to change the world compile.
 template <class P>
-concept CanRemove = requires(P& platform, const Path& item) {
-  platform.files.remove(item);
-};
-template <class P>
-concept CanCreateFolders = requires(P& platform, const Path& item) {
-  platform.files.createFolder(item);
-};
-template <class P>
-concept CanLink = requires(P& platform, const Path& item) {
-  platform.files.createSymbolicLink(item, "");
-};
-template <class P>
-concept CanRemoveLinks = requires(P& platform, const Path& item) {
-  platform.files.removeSymbolicLink(item);
-};
-template <class P>
-concept CanClaim = requires(P& platform, const Path& item) {
-  platform.files.claim(item, FileKind::folder);
-};
-template <class P>
-concept CanRename = requires(P& platform, const Path& item) {
-  platform.files.rename(item, item);
-};
-template <class P>
-concept CanCopy = requires(P& platform, const Path& item) {
-  platform.files.copy(item, item);
-};
-template <class P>
-concept CanCopyAttributes = requires(P& platform, const Path& item) {
-  platform.files.copyAttributes(item, item);
-};
-template <class P>
-concept CanWrite = requires(P& platform, const Path& item) {
-  platform.files.writeAtomically(item, "");
-};
-template <class P>
-concept CanFlush = requires(P& platform, const Path& item) {
-  platform.files.flush(item);
-};
-template <class P>
-concept CanTrash = requires(P& platform, const Path& item) {
-  platform.trash.moveToTrash(item);
-};
-template <class P>
-concept CanLock = requires(P& platform, const Path& item) {
-  platform.locks.lock(item, [] {});
-};
-template <class P>
-concept CanWriteDatabases = requires(P& platform, const Path& file) {
-  platform.databases.openForWriting(file);
-};
-template <class P>
-concept CanEndApplications = requires(P& platform, const RunningApplication& application) {
-  platform.applications.terminate(application);
-  platform.applications.forceTerminate(application);
+constexpr int waysToChange = requires(P& p, Path item) {
+  p.files.remove(item);
+}
++ requires(P& p, Path item) {
+  p.files.createFolder(item);
+}
++ requires(P& p, Path item) {
+  p.files.createSymbolicLink(item, "");
+}
++ requires(P& p, Path item) {
+  p.files.removeSymbolicLink(item);
+}
++ requires(P& p, Path item) {
+  p.files.claim(item, FileKind::folder);
+}
++ requires(P& p, Path item) {
+  p.files.rename(item, item);
+}
++ requires(P& p, Path item) {
+  p.files.copy(item, item);
+}
++ requires(P& p, Path item) {
+  p.files.copyAttributes(item, item);
+}
++ requires(P& p, Path item) {
+  p.files.writeAtomically(item, "");
+}
++ requires(P& p, Path item) {
+  p.files.flush(item);
+}
++ requires(P& p, Path item) {
+  p.trash.moveToTrash(item);
+}
++ requires(P& p, Path item) {
+  p.locks.lock(item, [] {});
+}
++ requires(P& p, Path file) {
+  p.databases.openForWriting(file);
+}
++ requires(P& p, Application ours) {
+  p.applications.terminate(ours);
+}
++ requires(P& p, Application ours) {
+  p.applications.forceTerminate(ours);
 };
 
-template <class P>
-constexpr bool canChange =
-    CanRemove<P> || CanCreateFolders<P> || CanLink<P> || CanRemoveLinks<P> || CanClaim<P> || CanRename<P> ||
-    CanCopy<P> || CanCopyAttributes<P> || CanWrite<P> || CanFlush<P> || CanTrash<P> || CanLock<P> ||
-    CanWriteDatabases<P> || CanEndApplications<P>;
-template <class P>
-constexpr bool canMakeEveryChange = CanRemove<P>&& CanCreateFolders<P>&& CanLink<P>&& CanRemoveLinks<P>&&
-    CanClaim<P>&& CanRename<P>&& CanCopy<P>&& CanCopyAttributes<P>&& CanWrite<P>&& CanFlush<P>&& CanTrash<P>&&
-        CanLock<P>&& CanWriteDatabases<P>&& CanEndApplications<P>;
 template <class P>
 concept CanLook = requires(P& platform, const Path& item, WalkVisitor& visitor) {
   platform.files.attributes(item);
@@ -87,9 +70,9 @@ concept CanLook = requires(P& platform, const Path& item, WalkVisitor& visitor) 
   platform.places.home();
 };
 
-static_assert(canMakeEveryChange<Platform>);
-static_assert(!canChange<ReadOnlyPlatform>);
-static_assert(!canChange<const ReadOnlyPlatform>);
+static_assert(waysToChange<Platform> == 15);
+static_assert(waysToChange<ReadOnlyPlatform> == 0);
+static_assert(waysToChange<const ReadOnlyPlatform> == 0);
 static_assert(CanLook<Platform> && CanLook<const ReadOnlyPlatform>);
 
 static_assert(std::is_convertible_v<Platform&, ReadOnlyPlatform>, "the whole converts by itself");
