@@ -7,25 +7,17 @@
 
 namespace toml {
 
-const char* DecodingContent::name() const {
-  if (entry.kind == Entry::Kind::table) return "table";
-  return entry.kind == Entry::Kind::array ? "array" : "value";
-}
-
 Decoding::Decoding(std::shared_ptr<const DecodingState> state)
     : state_(std::move(state)), content_{{Entry::Kind::table, 0}, {}, 0} {}
 
 KeyedDecodingContainer Decoding::keyed() const {
-  if (content_.entry.kind != Entry::Kind::table) {
-    fail(std::string("Cannot get keyed decoding container -- found ") + content_.name());
-  }
+  if (content_.entry.kind != Entry::Kind::table) failAsFound("Cannot get keyed decoding container -- found ");
   return KeyedDecodingContainer(*this);
 }
 
 UnkeyedDecodingContainer Decoding::unkeyed() const {
-  if (content_.entry.kind != Entry::Kind::array) {
-    fail(std::string("Cannot get unkeyed decoding container -- found ") + content_.name());
-  }
+  if (content_.entry.kind != Entry::Kind::array)
+    failAsFound("Cannot get unkeyed decoding container -- found ");
   return UnkeyedDecodingContainer(*this);
 }
 
@@ -42,7 +34,7 @@ std::vector<TOMLKey> Decoding::codingPath(const TOMLKey& last) const {
   return path;
 }
 
-Decoding Decoding::child(const DecodingContent& content, const TOMLKey& key) const {
+Decoding Decoding::child(const Content& content, const TOMLKey& key) const {
   const std::size_t depth = path_ ? path_->depth + 1 : 1;
   if (depth > mostDepth) fail("Nested deeper than " + std::to_string(mostDepth) + " levels.");
   Decoding inner = *this;
@@ -51,10 +43,25 @@ Decoding Decoding::child(const DecodingContent& content, const TOMLKey& key) con
   return inner;
 }
 
+TOMLError Decoding::located(const TOMLError& error) const {
+  // Every level that an error passes on its way out comes here; the innermost one knew best.
+  if (error.lineNumber != 0 && !error.codingPath.empty()) return error;
+  return error.within(lineNumber()).at(codingPath());
+}
+
 void Decoding::fail(std::string message) const {
   throw TOMLError({.kind = TOMLError::Reason::Kind::typeMismatch,
-                   .lineNumber = document().lineNumber(content_.place),
+                   .lineNumber = lineNumber(),
                    .message = std::move(message)})
+      .at(codingPath());
+}
+
+void Decoding::failAsFound(const char* message) const {
+  const std::string found = nameOf(document(), content_);
+  throw TOMLError({.kind = TOMLError::Reason::Kind::typeMismatch,
+                   .lineNumber = lineNumber(),
+                   .message = message + found,
+                   .found = found})
       .at(codingPath());
 }
 

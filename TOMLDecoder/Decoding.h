@@ -4,15 +4,15 @@
 #include <string>
 #include <vector>
 
-#include "TOMLDecoder/DecodingState.h"
 #include "TOMLDecoder/TOMLError.h"
+#include "TOMLDecoder/internal/DecodingState.h"
 
 namespace toml {
 
 class KeyedDecodingContainer;
 class UnkeyedDecodingContainer;
 
-/// A part of a document on its way into a record. Copies share the document and may outlive the decoding.
+/// A part of a document that is being decoded. Copies share the document and may outlive the decoding.
 class Decoding {
  public:
   /// Records that hold records of their own type are decoded down to this depth.
@@ -20,13 +20,17 @@ class Decoding {
 
   explicit Decoding(std::shared_ptr<const DecodingState> state);
 
-  /// Throw TOMLError `typeMismatch` if this is something else than a table, or than an array.
+  /// Throw TOMLError `typeMismatch` unless this is a table, or an array.
   KeyedDecodingContainer keyed() const;
   UnkeyedDecodingContainer unkeyed() const;
-  /// The whole of this as another type. A record decodes itself so if it is no table and no array.
-  /// Throws TOMLError with the coding path: whatever is wrong in the document or missing.
+  /// All of this as another type: how a record decodes itself that is neither a table nor an array.
+  /// Throws TOMLError with the line and the path.
   template <typename T>
   T decode() const;
+
+  /// For checks of one's own: throws TOMLError `typeMismatch` with the message, and with the line and the
+  /// path of this part.
+  [[noreturn]] void fail(std::string message) const;
 
   std::vector<TOMLKey> codingPath() const;
   const Strategy& strategy() const { return state_->strategy; }
@@ -38,17 +42,20 @@ class Decoding {
   friend class UnkeyedDecodingContainer;
 
   /// Throws TOMLError `typeMismatch` beyond the depth.
-  Decoding child(const DecodingContent& content, const TOMLKey& key) const;
+  Decoding child(const Content& content, const TOMLKey& key) const;
   template <typename T>
-  T decodeChild(const DecodingContent& content, const TOMLKey& key) const;
+  T decodeChild(const Content& content, const TOMLKey& key) const;
   std::vector<TOMLKey> codingPath(const TOMLKey& last) const;
-  [[noreturn]] void fail(std::string message) const;
+  std::uint32_t lineNumber() const { return document().lineNumber(content_.place); }
+  /// An error that comes from a record or a `DecodingOf`, with the line and the path of this part.
+  TOMLError located(const TOMLError& error) const;
+  [[noreturn]] void failAsFound(const char* message) const;
 
   const TOMLDocument& document() const { return state_->document; }
 
   std::shared_ptr<const DecodingState> state_;
-  DecodingContent content_;
-  std::shared_ptr<const PathStep> path_;  ///< none at the root
+  Content content_;
+  std::shared_ptr<const PathStep> path_;  ///< null at the root
 };
 
 }  // namespace toml

@@ -28,33 +28,30 @@ Decoding KeyedDecodingContainer::superDecoder(std::string_view key) const {
   return child(std::string(key), "table");
 }
 
-std::optional<DecodingContent> KeyedDecodingContainer::find(std::string_view key) const {
+std::optional<Content> KeyedDecodingContainer::find(std::string_view key) const {
   const TOMLDocument& document = decoding_.document();
   const Entry pair = document.find(decoding_.content_.entry.index, key);
-  switch (pair.kind) {
-    case Entry::Kind::none:
-      return std::nullopt;
-    case Entry::Kind::value: {
-      const TextRange value = document.keyValues[pair.index].value;
-      return DecodingContent{pair, value, value.offset};
-    }
-    case Entry::Kind::array:
-      return DecodingContent{
-          {Entry::Kind::array, document.keyArrays[pair.index].array}, {}, document.placeOf(pair)};
-    case Entry::Kind::table:
-      break;
-  }
-  return DecodingContent{
-      {Entry::Kind::table, document.keyTables[pair.index].table}, {}, document.placeOf(pair)};
+  if (!pair) return std::nullopt;
+  return document.contentOf(pair);
 }
 
-DecodingContent KeyedDecodingContainer::content(const TOMLKey& key, const char* expected) const {
+void KeyedDecodingContainer::fail(std::string_view key, std::string message) const {
+  const auto found = find(key);
+  const std::uint32_t place = found ? found->place : decoding_.content_.place;
+  throw TOMLError({.kind = TOMLError::Reason::Kind::typeMismatch,
+                   .lineNumber = decoding_.document().lineNumber(place),
+                   .message = std::move(message)})
+      .at(decoding_.codingPath(TOMLKey{std::string(key)}));
+}
+
+Content KeyedDecodingContainer::content(const TOMLKey& key, const char* expected) const {
   const std::string text = key.text();
   if (const auto found = find(text)) return *found;
   throw TOMLError({.kind = TOMLError::Reason::Kind::keyNotFoundInTable,
                    .message = "No value associated with key " + (key.isSuper() ? "for 'super'" : text),
                    .key = text,
                    .expected = expected})
+      .within(decoding_.lineNumber())
       .at(decoding_.codingPath(key));
 }
 

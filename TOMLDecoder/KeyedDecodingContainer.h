@@ -12,7 +12,7 @@ namespace toml {
 
 class UnkeyedDecodingContainer;
 
-/// A table whose values are decoded by key. All that read throw TOMLError with the coding path:
+/// A table whose values are decoded by key. All that read throw TOMLError with the line and the path:
 /// `keyNotFoundInTable` for a missing key, and what is wrong with the value.
 class KeyedDecodingContainer {
  public:
@@ -20,7 +20,7 @@ class KeyedDecodingContainer {
   std::vector<std::string> allKeys() const;
   bool contains(std::string_view key) const;
 
-  /// An optional is nothing where the key is missing.
+  /// A std::optional is empty where the key is missing.
   template <Decodable T>
   T decode(std::string_view key) const;
   template <Decodable T>
@@ -28,9 +28,13 @@ class KeyedDecodingContainer {
 
   KeyedDecodingContainer nestedContainer(std::string_view key) const;
   UnkeyedDecodingContainer nestedUnkeyedContainer(std::string_view key) const;
-  /// The share of the record's parent type: what stands under "super", or under a key of its own.
+  /// The part that the record's parent type has: what stands under "super", or under a key of its own.
   Decoding superDecoder() const;
   Decoding superDecoder(std::string_view key) const;
+
+  /// For checks of one's own: throws TOMLError `typeMismatch` with the message, and with the line and the
+  /// path of what stands under the key. For a missing key it is the line of the table.
+  [[noreturn]] void fail(std::string_view key, std::string message) const;
 
   std::vector<TOMLKey> codingPath() const { return decoding_.codingPath(); }
 
@@ -40,8 +44,8 @@ class KeyedDecodingContainer {
   /// `decoding` is at a table.
   explicit KeyedDecodingContainer(Decoding decoding) : decoding_(std::move(decoding)) {}
 
-  std::optional<DecodingContent> find(std::string_view key) const;
-  DecodingContent content(const TOMLKey& key, const char* expected) const;
+  std::optional<Content> find(std::string_view key) const;
+  Content content(const TOMLKey& key, const char* expected) const;
   Decoding child(const TOMLKey& key, const char* expected) const;
 
   Decoding decoding_;

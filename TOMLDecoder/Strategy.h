@@ -1,23 +1,30 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <string_view>
-#include <variant>
-
-#include "TOMLDecoder/Date.h"
-#include "TOMLDecoder/Parser.h"
 
 namespace toml {
 
-/// Under which names a document's keys are looked for. Keys that become equal are the same key twice.
+/// Gives the name under which a key of a document is stored.
+using KeyTransform = std::function<std::string(std::string_view)>;
+
+/// Under which names a document's keys are looked for. Two keys of a table that become equal are an error, as
+/// if the document had the same key twice.
 struct KeyStrategy {
   static KeyStrategy useOriginalKeys() { return {}; }
-  /// `first_name` is looked for as `firstName`; underscores in front and at the end stay.
+  /// `first_name` is looked for as `firstName`; underscores at the start and at the end stay.
   static KeyStrategy convertFromSnakeCase();
   static KeyStrategy custom(KeyTransform transform) { return {std::move(transform)}; }
 
-  KeyTransform transform;  ///< none for the original keys
+  KeyTransform transform;  ///< empty for the original keys
+};
+
+/// Which calendar the year, month and day of a document are counted in.
+struct Calendar {
+  std::int64_t yearsBeforeChrist = 0;  ///< how far its years are ahead of those of the common era
+  bool isProleptic = false;            ///< whether the Gregorian rules hold before 15 October 1582 as well
 };
 
 /// Which calendar makes a moment of a date and a time.

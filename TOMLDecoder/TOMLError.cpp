@@ -8,6 +8,10 @@ namespace {
 
 using Reason = TOMLError::Reason;
 
+std::string mismatchText(const Reason& why) {
+  return "expected " + why.expected + (why.found.empty() ? "" : ", found " + why.found);
+}
+
 std::string placeText(const Reason& why) {
   if (!why.message.empty()) return why.message;
   switch (why.kind) {
@@ -15,9 +19,9 @@ std::string placeText(const Reason& why) {
       return "Array index " + std::to_string(why.index) + " is out of bounds (0..<" +
              std::to_string(why.bound) + ")";
     case Reason::Kind::typeMismatchInArray:
-      return "Type mismatch at array index " + std::to_string(why.index) + ": expected " + why.expected;
+      return "Type mismatch at array index " + std::to_string(why.index) + ": " + mismatchText(why);
     case Reason::Kind::typeMismatchInTable:
-      return "Type mismatch at table key '" + why.key + "': expected " + why.expected;
+      return "Type mismatch at table key '" + why.key + "': " + mismatchText(why);
     case Reason::Kind::invalidValueInTable:
       return "The given data was not valid TOML. Key '" + why.key + "' has the value '" + why.found + "'";
     default:
@@ -94,20 +98,40 @@ std::string reasonText(const Reason& why) {
   }
 }
 
+/// Whether what stands in place of the type asked for is known, and the text has no words for it.
+bool leavesOutFound(const Reason& why, const std::string& text) {
+  using Kind = Reason::Kind;
+  switch (why.kind) {
+    case Kind::invalidDateTime:
+    case Kind::invalidDateTime3:
+    case Kind::invalidFloat:
+    case Kind::invalidInteger:
+    case Kind::invalidNumber:
+    case Kind::typeMismatch:
+      return !why.found.empty() && text.find("found " + why.found) == std::string::npos;
+    default:
+      return false;
+  }
+}
+
+std::string lineText(std::uint32_t line) {
+  return line > 0 ? "(Line " + std::to_string(line) + ") " : "";
+}
+
 }  // namespace
 
-TOMLError::TOMLError(Reason why) : reason(std::move(why)) {
+TOMLError::TOMLError(Reason why) : reason(std::move(why)), lineNumber(reason.lineNumber) {
   tell();
 }
 
 std::string TOMLError::text() const {
-  const std::string line = reason.lineNumber > 0 ? "(Line " + std::to_string(reason.lineNumber) + ") " : "";
-  return line + reasonText(reason);
+  return lineText(reason.lineNumber) + reasonText(reason);
 }
 
-TOMLError TOMLError::at(std::uint32_t lineNumber) const {
+TOMLError TOMLError::at(std::uint32_t line) const {
   TOMLError located = *this;
-  if (located.reason.lineNumber == 0) located.reason.lineNumber = lineNumber;
+  if (located.reason.lineNumber == 0) located.reason.lineNumber = line;
+  if (located.lineNumber == 0) located.lineNumber = line;
   located.tell();
   return located;
 }
@@ -119,9 +143,26 @@ TOMLError TOMLError::at(std::vector<TOMLKey> path) const {
   return located;
 }
 
+TOMLError TOMLError::within(std::uint32_t line) const {
+  TOMLError located = *this;
+  if (located.lineNumber == 0) located.lineNumber = line;
+  located.tell();
+  return located;
+}
+
+TOMLError TOMLError::instead(std::string_view found) const {
+  TOMLError complete = *this;
+  if (complete.reason.found.empty()) complete.reason.found = found;
+  complete.tell();
+  return complete;
+}
+
 void TOMLError::tell() {
-  what_ = text();
-  if (!codingPath.empty()) what_ += " (at " + pathText(codingPath) + ")";
+  const std::string said = text();
+  std::string details = leavesOutFound(reason, said) ? "found " + reason.found : "";
+  if (!codingPath.empty()) details += (details.empty() ? "at " : ", at ") + path();
+  what_ = (reason.lineNumber == 0 ? lineText(lineNumber) : "") + said;
+  if (!details.empty()) what_ += " (" + details + ")";
 }
 
 }  // namespace toml

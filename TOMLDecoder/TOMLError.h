@@ -20,8 +20,8 @@ class TOMLError : public std::exception {
       expectedHexCharacters,      ///< `found`
       illegalEscapeCharacter,     ///< `found`
       illegalUCSCode,             ///< `found`
-      internalError,              ///< `lineNumber`: a fault of the reader; none is known
-      invalidBool,                ///< `found`
+      internalError,              ///< `lineNumber`: a fault of the reader; no document is known to cause it
+      invalidBool,                ///< `found`: the token
       invalidCharacter,           ///< `found`
       invalidDateTime,            ///< `message`: the text breaks a rule of dates and times
       invalidDateTime3,           ///< `message`: a date or time, but not of the kind that was asked for
@@ -30,12 +30,12 @@ class TOMLError : public std::exception {
       invalidHexCharacters,       ///< `found`
       invalidInteger,             ///< `message`
       invalidNumber,              ///< `message`: a number that the type asked for can't hold
-      invalidString,              ///< `found`
-      invalidValueInTable,        ///< `key`, `found`: no value of any kind
+      invalidString,              ///< `found`: the token
+      invalidValueInTable,        ///< `key`, `found`: the token is no value of any kind
       keyExists,                  ///< `lineNumber`
       keyNotFoundInTable,         ///< `key`, `expected`
       syntax,                     ///< `lineNumber`, `message`
-      typeMismatch,               ///< `message`
+      typeMismatch,               ///< `message`; also the error of a check of one's own (`Decoding::fail`)
       typeMismatchInArray,        ///< `lineNumber`, `index`, `expected`
       typeMismatchInTable,        ///< `key`, `expected`
       invalidUTF8,                ///< `lineNumber`
@@ -43,8 +43,10 @@ class TOMLError : public std::exception {
     };
 
     Kind kind;
-    std::uint32_t lineNumber = 0;  ///< the first line is 1; 0 where no line is to blame
-    std::string message{};         ///< of a case that isn't said to have one: in place of its own text
+    std::uint32_t lineNumber = 0;  ///< the line that the text begins with; 0 if it tells none
+    std::string message{};         ///< for a kind without a `message` above: replaces its usual text
+    /// Where another type was asked for, what stands there: "table", "array", "string", "integer", … For the
+    /// kinds with a `found` above, the text that is wrong.
     std::string found{};
     std::string key{};
     std::string expected{};
@@ -56,17 +58,27 @@ class TOMLError : public std::exception {
 
   explicit TOMLError(Reason why);
 
-  /// "(Line 3) Syntax error: bare carriage return is not allowed"; without the line where there is none.
+  /// "(Line 3) Syntax error: bare carriage return is not allowed"; without the line if the reason has none.
   std::string text() const;
-  /// The text, and behind it the coding path if there is one.
+  /// All that is known, for people: the line, the text, what was found and the path.
+  /// "(Line 3) Invalid integer: invalid digit for base 10: '.' (found float, at servers[2].port)"
   const char* what() const noexcept override { return what_.c_str(); }
+  /// "servers[2].port"; empty for the root, and for an error of parsing.
+  std::string path() const { return pathText(codingPath); }
 
-  /// The same error with what a caller further out knows; what is known already stays.
-  TOMLError at(std::uint32_t lineNumber) const;
+  // The same error with what a caller further out knows. What is known already stays.
+  TOMLError at(std::uint32_t line) const;
   TOMLError at(std::vector<TOMLKey> path) const;
+  /// The line of the table or the array in which something is wrong or missing; the text doesn't tell it.
+  TOMLError within(std::uint32_t line) const;
+  /// What stands there in place of the type asked for; no change if that is empty.
+  TOMLError instead(std::string_view found) const;
 
   Reason reason;
-  std::vector<TOMLKey> codingPath;  ///< empty for all that doesn't come from decoding a record
+  /// The first line is 1. For something missing, the line of the table or array that lacks it. 0 only for an
+  /// error that comes from no document, such as that of `LocalDate(1979, 13, 1)`.
+  std::uint32_t lineNumber;
+  std::vector<TOMLKey> codingPath;
 
  private:
   void tell();

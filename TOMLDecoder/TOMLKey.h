@@ -7,8 +7,8 @@
 
 namespace toml {
 
-/// One step on the way from the root of a document to a value: a key of a table, a place in an array, or
-/// the share that a record's parent type has in its table.
+/// One step on the way from the root of a document to a value: a key of a table, a place in an array, or the
+/// part that a record's parent type has in its table.
 class TOMLKey {
  public:
   struct Super {

@@ -7,14 +7,13 @@ std::size_t UnkeyedDecodingContainer::count() const {
 }
 
 KeyedDecodingContainer UnkeyedDecodingContainer::nestedContainer() {
-  const DecodingContent found = content("Unkeyed container is at end.");
+  const Content found = content("Unkeyed container is at end.");
   if (found.entry.kind != Entry::Kind::table) failAt(found, "Element is not a table.");
   return decoding_.child(found, TOMLKey{next_++}).keyed();
 }
 
 UnkeyedDecodingContainer UnkeyedDecodingContainer::nestedUnkeyedContainer() {
-  const DecodingContent found =
-      content("Cannot get nested unkeyed container -- unkeyed container is at end.");
+  const Content found = content("Cannot get nested unkeyed container -- unkeyed container is at end.");
   if (found.entry.kind != Entry::Kind::array) {
     failAt(found, "Cannot get nested unkeyed container -- element is not an array.");
   }
@@ -22,11 +21,11 @@ UnkeyedDecodingContainer UnkeyedDecodingContainer::nestedUnkeyedContainer() {
 }
 
 Decoding UnkeyedDecodingContainer::superDecoder() {
-  const DecodingContent found = content("Unkeyed container is at end.");
+  const Content found = content("Unkeyed container is at end.");
   return decoding_.child(found, TOMLKey{next_++});
 }
 
-DecodingContent UnkeyedDecodingContainer::content(const char* messageAtEnd) const {
+Content UnkeyedDecodingContainer::content(const char* messageAtEnd) const {
   const TOMLDocument& document = decoding_.document();
   const InternalTOMLArray& array = document.arrays[decoding_.content_.entry.index];
   if (isAtEnd()) {
@@ -37,17 +36,14 @@ DecodingContent UnkeyedDecodingContainer::content(const char* messageAtEnd) cons
                      .bound = array.count})
         .at(decoding_.codingPath(TOMLKey{next_}));
   }
-  const ArrayElement element = document.elements[array.first + static_cast<std::uint32_t>(next_)];
-  if (element.kind() == Entry::Kind::value) {
-    return {{Entry::Kind::value, 0}, element.text(), element.place()};
-  }
-  return {{element.kind(), element.index()}, {}, element.place()};
+  return document.contentOf(document.elements[array.first + static_cast<std::uint32_t>(next_)]);
 }
 
-void UnkeyedDecodingContainer::failAt(const DecodingContent& content, const char* message) const {
+void UnkeyedDecodingContainer::failAt(const Content& content, const char* message) const {
   throw TOMLError({.kind = TOMLError::Reason::Kind::typeMismatch,
                    .lineNumber = decoding_.document().lineNumber(content.place),
-                   .message = message})
+                   .message = message,
+                   .found = nameOf(decoding_.document(), content)})
       .at(decoding_.codingPath(TOMLKey{next_}));
 }
 

@@ -9,9 +9,9 @@
 
 namespace toml {
 
-/// An array whose elements are decoded one behind the other; an element that can't be decoded stays the next
-/// one. All that read throw TOMLError with the coding path: `arrayOutOfBound` at the end, and what is wrong
-/// with the element.
+/// An array whose elements are decoded one after the other; an element that can't be decoded stays the next
+/// one. All that read throw TOMLError with the line and the path: `arrayOutOfBound` at the end, and what is
+/// wrong with the element.
 class UnkeyedDecodingContainer {
  public:
   std::size_t count() const;
@@ -20,13 +20,13 @@ class UnkeyedDecodingContainer {
 
   template <Decodable T>
   T decode();
-  /// Nothing at the end.
+  /// Empty at the end.
   template <Decodable T>
   std::optional<T> decodeIfPresent();
 
   KeyedDecodingContainer nestedContainer();
   UnkeyedDecodingContainer nestedUnkeyedContainer();
-  /// The share of the record's parent type: the next element.
+  /// The part that the record's parent type has: the next element.
   Decoding superDecoder();
 
   std::vector<TOMLKey> codingPath() const { return decoding_.codingPath(); }
@@ -37,8 +37,8 @@ class UnkeyedDecodingContainer {
   /// `decoding` is at an array.
   explicit UnkeyedDecodingContainer(Decoding decoding) : decoding_(std::move(decoding)) {}
 
-  DecodingContent content(const char* messageAtEnd) const;
-  [[noreturn]] void failAt(const DecodingContent& content, const char* message) const;
+  Content content(const char* messageAtEnd) const;
+  [[noreturn]] void failAt(const Content& content, const char* message) const;
 
   Decoding decoding_;
   std::size_t next_ = 0;

@@ -1,5 +1,5 @@
-#include "TOMLDecoder/DateTimeScanner.h"
-#include "TOMLDecoder/LocalDateTime.h"
+#include "TOMLDecoder/internal/DateTimeScanner.h"
+#include "TOMLDecoder/DateTime.h"
 #include "TOMLDecoder/TOMLDecoder.h"
 #include "tests/toml/Documents.h"
 

@@ -136,7 +136,7 @@ TEST(TOMLDecoder, theShareOfAParentTypeStandsUnderSuper) {
   const auto error = thrownBy([] { TOMLDecoder().decode<Derived>("name = 'n'\n[super]\nnumber = ''"); });
   EXPECT_EQ(error.codingPath, (std::vector<TOMLKey>{TOMLKey::Super{}, {"number"}}));
   EXPECT_EQ(probe("\nsuper = []", [](const Decoding& from) { from.keyed().superDecoder().decode<int>(); }),
-            "(Line 2) Type mismatch at table key for 'super': expected integer");
+            "(Line 2) Type mismatch at table key for 'super': expected integer, found array");
 }
 
 TEST(TOMLDecoder, aMissingKeyIsTold) {
@@ -155,15 +155,15 @@ TEST(TOMLDecoder, aWrongTypeIsToldWithItsPath) {
                        }).what());
   };
   EXPECT_EQ(decode("kinds = 3"),
-            "(Line 4) Cannot get unkeyed decoding container -- found value (at tools[0].kinds)");
+            "(Line 4) Cannot get unkeyed decoding container -- found integer (at tools[0].kinds)");
   EXPECT_EQ(decode("kinds = {}"),
             "(Line 4) Cannot get unkeyed decoding container -- found table (at tools[0].kinds)");
   EXPECT_EQ(decode("kinds = [\n'a',\n1]"), "(Line 6) Invalid string: 1 (at tools[0].kinds[1])");
   EXPECT_EQ(decode("kinds = [[]]"),
-            "(Line 4) Type mismatch at array index 0: expected string (at tools[0].kinds[0])");
+            "(Line 4) Type mismatch at array index 0: expected string, found array (at tools[0].kinds[0])");
   EXPECT_EQ(decode("kinds = []\nscripts = 1"), "(Line 5) Invalid boolean: 1 (at tools[0].scripts)");
   EXPECT_EQ(decode("kinds = []\n[tools.size]"),
-            "(Line 5) Type mismatch at table key 'size': expected integer (at tools[0].size)");
+            "(Line 5) Type mismatch at table key 'size': expected integer, found table (at tools[0].size)");
 }
 
 TEST(TOMLDecoder, aTableIsAskedForWhereThereIsNone) {
@@ -226,9 +226,9 @@ TEST(KeyedDecodingContainer, itTellsItsKeysAndItsPath) {
 
 TEST(KeyedDecodingContainer, whatIsNotNestedIsTold) {
   EXPECT_EQ(probe("a = 1", [](const Decoding& from) { from.keyed().nestedContainer("a"); }),
-            "(Line 1) Cannot get keyed decoding container -- found value");
+            "(Line 1) Cannot get keyed decoding container -- found integer");
   EXPECT_EQ(probe("a = 1", [](const Decoding& from) { from.keyed().nestedUnkeyedContainer("a"); }),
-            "(Line 1) Cannot get unkeyed decoding container -- found value");
+            "(Line 1) Cannot get unkeyed decoding container -- found integer");
   EXPECT_EQ(probe("a = 1", [](const Decoding& from) { from.keyed().nestedUnkeyedContainer("b"); }),
             "No value associated with key b");
 }

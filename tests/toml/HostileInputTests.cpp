@@ -1,6 +1,6 @@
-#include "TOMLDecoder/LineNumbers.h"
+#include "TOMLDecoder/internal/LineNumbers.h"
 #include "TOMLDecoder/TOMLArray.h"
-#include "TOMLDecoder/UTF8.h"
+#include "TOMLDecoder/internal/UTF8.h"
 #include "tests/toml/Documents.h"
 
 using namespace std::string_literals;

@@ -1,8 +1,7 @@
 #include <algorithm>
 #include <set>
 
-#include "TOMLDecoder/IndexHash.h"
-#include "TOMLDecoder/KeyHash.h"
+#include "TOMLDecoder/internal/KeyHash.h"
 #include "tests/toml/Documents.h"
 
 using toml::fastKeyHash;

@@ -5,7 +5,7 @@
 #include <regex>
 #include <stdexcept>
 
-#include "TOMLDecoder/UTF8.h"
+#include "TOMLDecoder/internal/UTF8.h"
 
 namespace {
 
