@@ -2,30 +2,23 @@
 
 #include "TOMLDecoder/TOMLDecoder.h"
 
-namespace quarn {
-namespace {
-
-std::vector<InstallerKind> kinds(const toml::KeyedDecodingContainer& keyed, const char* key) {
-  std::vector<InstallerKind> found;
-  for (const std::string& text : keyed.decode<std::vector<std::string>>(key)) {
-    const auto kind = InstallerKinds::fromRawValue(text);
-    if (!kind)
-      throw toml::TOMLError({.kind = toml::TOMLError::Reason::Kind::typeMismatchInTable,
-                             .key = key,
-                             .expected = "kind of source"});
-    found.push_back(*kind);
+template <>
+struct toml::DecodingOf<quarn::InstallerKind> {
+  static quarn::InstallerKind decode(const toml::Decoding& from) {
+    const auto word = from.decode<std::string>();
+    if (const auto kind = quarn::InstallerKinds::fromRawValue(word)) return *kind;
+    from.fail("'" + word + "' is not a kind of source");
   }
-  return found;
-}
+};
 
-}  // namespace
+namespace quarn {
 
 InstallerOption InstallerOption::decode(const toml::Decoding& from) {
   const auto keyed = from.keyed();
   return {.id = keyed.decode<std::string>("id"),
           .label = keyed.decode<std::string>("label"),
           .strategy = keyed.decode<std::string>("strategy"),
-          .sourceKinds = kinds(keyed, "sourceKinds"),
+          .sourceKinds = keyed.decode<std::vector<InstallerKind>>("sourceKinds"),
           .allowUntrustedPackages = keyed.decode<bool>("allowUntrustedPackages"),
           .allowUntrustedScripts = keyed.decodeIfPresent<bool>("allowUntrustedScripts").value_or(false),
           .externalRootName = keyed.decode<std::string>("externalRootName"),

@@ -98,6 +98,15 @@ TEST(InstallerOption, takesEveryKindOfSourceAndNoOtherWord) {
   EXPECT_TRUE(decoded(with("sourceKinds", "sourceKinds = []")).sourceKinds.empty());
 }
 
+TEST(InstallerOption, tellsWhereAnUnknownKindOfSourceStands) {
+  try {
+    decoded(with("sourceKinds", "sourceKinds = ['app',\n'rpm']"));
+    FAIL();
+  } catch (const toml::TOMLError& error) {
+    EXPECT_STREQ(error.what(), "(Line 5) 'rpm' is not a kind of source (at sourceKinds[1])");
+  }
+}
+
 TEST(InstallerOption, passesOverKeysOfOtherNames) {
   Lines lines = complete;
   lines.insert(lines.begin(), "colour = 'red'");
