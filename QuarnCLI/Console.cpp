@@ -42,6 +42,12 @@ bool allWasWritten() {
   return std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
 }
 
+void tellOfWaiting() {
+  static bool wasTold = false;
+  if (!wasTold) writeError("Waiting for another run of quarn to finish.\n");
+  wasTold = true;
+}
+
 bool confirms() {
   write(stdout, "Proceed? [y/N] ");
   std::fflush(stdout);

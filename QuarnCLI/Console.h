@@ -14,6 +14,8 @@ void printNow(std::string_view line);
 void writeError(std::string_view text);
 /// False if something that was printed on standard output didn't get out.
 bool allWasWritten();
+/// Says on standard error that another run has the turn; once a run.
+void tellOfWaiting();
 /// "Proceed? [y/N] "; true for "y" and "yes" in any letter case. Otherwise, and at the end of input,
 /// prints "aborted.".
 bool confirms();

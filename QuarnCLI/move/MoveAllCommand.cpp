@@ -1,36 +1,67 @@
 #include "Platform/Text.h"
 #include "QuarnCLI/Console.h"
-#include "QuarnCLI/move/DriveSpace.h"
 #include "QuarnCLI/move/MoveArgs.h"
 #include "QuarnCLI/move/MoveCommands.h"
 #include "QuarnCLI/move/MoveRunner.h"
-#include "QuarnCLI/move/MoveSelection.h"
 #include "QuarnCore/foundation/SizeCalculator.h"
 #include "QuarnCore/move/APFSSnapshotService.h"
 #include "QuarnCore/move/MovePlanner.h"
+#include "QuarnCore/move/MoveSelection.h"
 
 namespace quarn::MoveAllCommand {
 namespace {
 
-using Jobs = std::vector<MoveJob>;
+/// All that the command reads from its arguments.
+struct Choices {
+  MoveArgs::QueueChoices queue;
+  MoveSelection::Choices selection;
+  MoveArgs::RunChoices run;
+  bool changesNothing;
+  bool takesSnapshot;
+};
 
-std::string countAndSize(const Jobs& jobs) {
-  return std::to_string(jobs.size()) + " (" + SizeCalculator::format(MoveRunner::totalBytes(jobs)) + ")";
+Choices choicesOf(const CLIArgs& args) {
+  return {.queue = MoveArgs::queueChoices(args),
+          .selection = MoveArgs::selectionChoices(args),
+          .run = MoveArgs::runChoices(args),
+          .changesNothing = args.contains("--dry-run"),
+          .takesSnapshot = !args.contains("--no-snapshot")};
 }
 
-void printSummary(const DriveInfo& drive, std::size_t appCount, const Jobs& jobs) {
+void printSummary(const MoveQueue& queue, std::size_t appCount) {
+  const DriveInfo& drive = queue.drive;
   Console::print("target drive: " + drive.name + " (" + drive.mountPath.text() + ")");
   Console::print("free:         " + SizeCalculator::format(drive.freeBytes));
   Console::print("apps:         " + std::to_string(appCount) + " eligible");
-  Console::print("jobs:         " + countAndSize(jobs));
+  Console::print("jobs:         " + std::to_string(queue.jobs.size()) + " (" +
+                 SizeCalculator::format(queue.totalBytes()) + ")");
 }
 
-void printDryRun(const Jobs& jobs) {
-  for (const MoveJob& job : jobs) {
+/// What a run would begin with, told; no jobs if there is nothing to move. Throws `CLIError` if the drive has
+/// no room for it.
+MoveQueue announcedQueue(const ReadOnlyPlatform& platform, const Choices& choices) {
+  const DriveInfo drive = MoveArgs::resolveDrive(platform, choices.queue.targetDrive);
+  const auto apps = MoveSelection::eligibleApps(platform, choices.selection);
+  MoveQueue queue{drive, MovePlanner::buildAppJobs(platform, apps, drive, choices.queue.includesData)};
+  printSummary(queue, apps.size());
+  if (queue.jobs.empty()) {
+    Console::print("nothing to move.");
+    return queue;
+  }
+  MoveRunner::requireRoom(queue);
+  return queue;
+}
+
+/// The dry run. That it changes nothing is proved by the platform that it is given.
+ExitStatus preview(const ReadOnlyPlatform& platform, const Choices& choices) {
+  const MoveQueue queue = announcedQueue(platform, choices);
+  if (queue.jobs.empty()) return ExitStatus::success;
+  for (const MoveJob& job : queue.jobs) {
     Console::print("  " + SizeCalculator::format(job.bytesTotal) + "\t" + job.source.text() + " -> " +
                    job.destination.text());
   }
   Console::print("dry-run: no changes made.");
+  return ExitStatus::success;
 }
 
 void takeSnapshot(Platform& platform) {
@@ -54,32 +85,22 @@ void printResult(const MoveRunner::Result& result, std::size_t jobCount) {
   }
 }
 
+ExitStatus carryOut(Platform& platform, const Choices& choices) {
+  const MoveQueue queue = announcedQueue(platform, choices);
+  if (queue.jobs.empty()) return ExitStatus::success;
+  if (choices.run.asksFirst && !Console::confirms()) return ExitStatus::success;
+  if (choices.takesSnapshot) takeSnapshot(platform);
+  // Failures are told in the result; the run itself was carried out.
+  printResult(MoveRunner::run(platform, queue, choices.run), queue.jobs.size());
+  return ExitStatus::success;
+}
+
 }  // namespace
 
 ExitStatus run(const Invocation& invocation) {
-  Platform& platform = invocation.platform;
-  const CLIArgs& args = invocation.args;
-  const DriveInfo drive = MoveArgs::resolveDrive(platform, args);
-  const auto apps = MoveSelection::eligibleApps(platform, args);
-  const Jobs jobs = MovePlanner::buildAppJobs(platform, apps, drive, MoveArgs::includesData(args));
-
-  printSummary(drive, apps.size(), jobs);
-  if (jobs.empty()) {
-    Console::print("nothing to move.");
-    return ExitStatus::success;
-  }
-  DriveSpace::require(drive, MoveRunner::totalBytes(jobs));
-  if (args.contains("--dry-run")) {
-    printDryRun(jobs);
-    return ExitStatus::success;
-  }
-  if (!args.contains("--yes") && !Console::confirms()) return ExitStatus::success;
-  if (!args.contains("--no-snapshot")) takeSnapshot(platform);
-  // Failures are told in the result; the run itself was carried out.
-  printResult(
-      MoveRunner::run(platform, drive, jobs, args.contains("--progress"), args.contains("--quit-running")),
-      jobs.size());
-  return ExitStatus::success;
+  const Choices choices = choicesOf(invocation.args);
+  return choices.changesNothing ? preview(invocation.platform, choices)
+                                : carryOut(invocation.platform, choices);
 }
 
 }  // namespace quarn::MoveAllCommand

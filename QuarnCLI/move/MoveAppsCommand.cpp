@@ -5,13 +5,13 @@
 #include "QuarnCLI/report/ReportText.h"
 #include "QuarnCore/discovery/AppScanner.h"
 #include "QuarnCore/foundation/SizeCalculator.h"
+#include "QuarnCore/move/MoveSelection.h"
 
 namespace quarn::MoveAppsCommand {
 namespace {
 
 bool isPlain(const AppEntry& entry) {
-  return !entry.hasSystemExtension && !entry.isMacAppStore && !entry.hasLoginItems &&
-         !entry.isAlreadySymlinked;
+  return !MoveSelection::isRisky(entry) && !entry.isAlreadySymlinked;
 }
 
 std::vector<AppEntry> listedApps(const ReadOnlyPlatform& platform, bool all) {

@@ -25,16 +25,23 @@ DriveInfo firstExternalWritable(const ReadOnlyPlatform& platform) {
 
 }  // namespace
 
-std::optional<std::string> value(const std::string& name, const CLIArgs& args) {
-  return args.value("--" + name);
+QueueChoices queueChoices(const CLIArgs& args) {
+  return {.targetDrive = args.value("--target-drive"), .includesData = !args.contains("--no-data")};
 }
 
-bool includesData(const CLIArgs& args) {
-  return !args.contains("--no-data");
+MoveSelection::Choices selectionChoices(const CLIArgs& args) {
+  return {.includesProtected = args.contains("--include-protected"),
+          .includesRisky = args.contains("--include-risky"),
+          .includesRunning = args.contains("--include-running")};
 }
 
-DriveInfo resolveDrive(const ReadOnlyPlatform& platform, const CLIArgs& args) {
-  const auto wanted = value("target-drive", args);
+RunChoices runChoices(const CLIArgs& args) {
+  return {.asksFirst = !args.contains("--yes"),
+          .showsProgress = args.contains("--progress"),
+          .quitsRunning = args.contains("--quit-running")};
+}
+
+DriveInfo resolveDrive(const ReadOnlyPlatform& platform, const std::optional<std::string>& wanted) {
   return wanted ? driveNamed(platform, *wanted) : firstExternalWritable(platform);
 }
 

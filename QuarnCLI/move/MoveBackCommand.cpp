@@ -3,7 +3,7 @@
 #include "QuarnCLI/CLIError.h"
 #include "QuarnCLI/Console.h"
 #include "QuarnCLI/move/MoveCommands.h"
-#include "QuarnCLI/move/TakenTurn.h"
+#include "QuarnCore/foundation/Turn.h"
 #include "QuarnCore/move/MoverEngine.h"
 
 namespace quarn::MoveBackCommand {
@@ -45,7 +45,7 @@ ExitStatus run(const Invocation& invocation) {
         "       move back /Applications/Capo.app");
   }
   const Path item = resolveSymlinkURL(platform, *text);
-  const TakenTurn turn(platform);
+  const Turn turn(platform, Console::tellOfWaiting);
   requireLink(platform, item);
   try {
     MoverEngine::restore(platform, item);

@@ -4,9 +4,9 @@
 #include "QuarnCLI/move/MoveArgs.h"
 #include "QuarnCLI/move/MoveCommands.h"
 #include "QuarnCLI/move/MoveRunner.h"
-#include "QuarnCLI/move/MoveSelection.h"
 #include "QuarnCore/foundation/SizeCalculator.h"
 #include "QuarnCore/move/MovePlanner.h"
+#include "QuarnCore/move/MoveSelection.h"
 
 namespace quarn::MoveNextCommand {
 namespace {
@@ -18,34 +18,36 @@ const AppEntry& nextApp(const std::vector<AppEntry>& apps, bool largestFirst) {
   });
 }
 
-void printSummary(const AppEntry& app, const DriveInfo& drive, const std::vector<MoveJob>& jobs) {
-  Console::print("next: " + app.name + " (" + SizeCalculator::format(MoveRunner::totalBytes(jobs)) +
-                 " across " + std::to_string(jobs.size()) + " jobs)");
+void printSummary(const AppEntry& app, const MoveQueue& queue) {
+  Console::print("next: " + app.name + " (" + SizeCalculator::format(queue.totalBytes()) + " across " +
+                 std::to_string(queue.jobs.size()) + " jobs)");
   Console::print("      " + app.bundlePath.text());
-  Console::printNow("      -> " + drive.mountPath.text());
+  Console::printNow("      -> " + queue.drive.mountPath.text());
 }
 
 }  // namespace
 
 ExitStatus run(const Invocation& invocation) {
   Platform& platform = invocation.platform;
-  const CLIArgs& args = invocation.args;
-  const DriveInfo drive = MoveArgs::resolveDrive(platform, args);
-  const auto apps = MoveSelection::eligibleApps(platform, args);
+  const auto choices = MoveArgs::queueChoices(invocation.args);
+  const auto selection = MoveArgs::selectionChoices(invocation.args);
+  const auto runChoices = MoveArgs::runChoices(invocation.args);
+  const bool largestFirst = invocation.args.contains("--largest-first");
+  const DriveInfo drive = MoveArgs::resolveDrive(platform, choices.targetDrive);
+  const auto apps = MoveSelection::eligibleApps(platform, selection);
   if (apps.empty()) {
     Console::print("nothing eligible to move.");
     return ExitStatus::attention;
   }
-  const AppEntry& app = nextApp(apps, args.contains("--largest-first"));
-  const auto jobs = MovePlanner::buildAppJobs(platform, {app}, drive, MoveArgs::includesData(args));
-  printSummary(app, drive, jobs);
-  if (drive.freeBytes < MoveRunner::totalBytes(jobs)) {
+  const AppEntry& app = nextApp(apps, largestFirst);
+  const MoveQueue queue{drive, MovePlanner::buildAppJobs(platform, {app}, drive, choices.includesData)};
+  printSummary(app, queue);
+  if (!queue.fits()) {
     Console::print("SKIP: not enough space on drive.");
     return ExitStatus::failure;
   }
-  if (!args.contains("--yes") && !Console::confirms()) return ExitStatus::failure;
-  const auto result =
-      MoveRunner::run(platform, drive, jobs, args.contains("--progress"), args.contains("--quit-running"));
+  if (runChoices.asksFirst && !Console::confirms()) return ExitStatus::failure;
+  const auto result = MoveRunner::run(platform, queue, runChoices);
   return result.failures.empty() ? ExitStatus::success : ExitStatus::failure;
 }
 

@@ -1,7 +1,6 @@
 #include "Platform/Text.h"
 #include "QuarnCLI/CLIError.h"
 #include "QuarnCLI/Console.h"
-#include "QuarnCLI/move/DriveSpace.h"
 #include "QuarnCLI/move/MoveArgs.h"
 #include "QuarnCLI/move/MoveCommands.h"
 #include "QuarnCLI/move/MoveRunner.h"
@@ -34,23 +33,22 @@ std::string requiredSelector(const CLIArgs& args) {
 
 ExitStatus run(const Invocation& invocation) {
   Platform& platform = invocation.platform;
-  const CLIArgs& args = invocation.args;
-  const std::string selector = requiredSelector(args);
-  const DriveInfo drive = MoveArgs::resolveDrive(platform, args);
+  const std::string selector = requiredSelector(invocation.args);
+  const auto choices = MoveArgs::queueChoices(invocation.args);
+  const auto runChoices = MoveArgs::runChoices(invocation.args);
+  const DriveInfo drive = MoveArgs::resolveDrive(platform, choices.targetDrive);
   const AppEntry app = appNamed(platform, selector);
-  const auto jobs = MovePlanner::buildAppJobs(platform, {app}, drive, MoveArgs::includesData(args));
-  const std::int64_t total = MoveRunner::totalBytes(jobs);
+  const MoveQueue queue{drive, MovePlanner::buildAppJobs(platform, {app}, drive, choices.includesData)};
 
-  Console::print(app.name + "  ->  " + drive.name + "   " + SizeCalculator::format(total) + " (" +
-                 std::to_string(jobs.size()) + " jobs)");
-  if (jobs.empty()) {
+  Console::print(app.name + "  ->  " + drive.name + "   " + SizeCalculator::format(queue.totalBytes()) +
+                 " (" + std::to_string(queue.jobs.size()) + " jobs)");
+  if (queue.jobs.empty()) {
     Console::print("nothing to move.");
     return ExitStatus::success;
   }
-  DriveSpace::require(drive, total);
-  if (!args.contains("--yes") && !Console::confirms()) return ExitStatus::success;
-  const auto result =
-      MoveRunner::run(platform, drive, jobs, args.contains("--progress"), args.contains("--quit-running"));
+  MoveRunner::requireRoom(queue);
+  if (runChoices.asksFirst && !Console::confirms()) return ExitStatus::success;
+  const auto result = MoveRunner::run(platform, queue, runChoices);
   if (!result.failures.empty()) Console::print("failed: " + std::to_string(result.failures.size()));
   return ExitStatus::success;
 }

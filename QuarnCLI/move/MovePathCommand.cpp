@@ -2,7 +2,7 @@
 #include "QuarnCLI/CLIError.h"
 #include "QuarnCLI/Console.h"
 #include "QuarnCLI/move/MoveCommands.h"
-#include "QuarnCLI/move/TakenTurn.h"
+#include "QuarnCore/foundation/Turn.h"
 #include "QuarnCore/move/PathMover.h"
 
 namespace quarn::MovePathCommand {
@@ -64,7 +64,7 @@ ExitStatus run(const Invocation& invocation) {
   printPlan(plan);
   if (!invocation.args.contains("--yes") && !Console::confirms()) return ExitStatus::success;
 
-  const TakenTurn turn(platform);
+  const Turn turn(platform, Console::tellOfWaiting);
   // Another run may have come and gone while the source was measured and the person asked.
   if (wasMovedAlready(platform, source)) return ExitStatus::success;
   if (turn.hadToWait()) plan = PathMover::plan(platform, source, destination);

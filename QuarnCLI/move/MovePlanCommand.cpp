@@ -1,33 +1,33 @@
 #include "QuarnCLI/Console.h"
 #include "QuarnCLI/move/MoveArgs.h"
 #include "QuarnCLI/move/MoveCommands.h"
-#include "QuarnCLI/move/MoveRunner.h"
-#include "QuarnCLI/move/MoveSelection.h"
 #include "QuarnCLI/report/ReportText.h"
 #include "QuarnCore/foundation/SizeCalculator.h"
 #include "QuarnCore/move/MovePlanner.h"
+#include "QuarnCore/move/MoveQueue.h"
+#include "QuarnCore/move/MoveSelection.h"
 
 namespace quarn::MovePlanCommand {
 
 ExitStatus run(const Invocation& invocation) {
   const ReadOnlyPlatform& platform = invocation.platform;
-  const DriveInfo drive = MoveArgs::resolveDrive(platform, invocation.args);
-  const auto apps = MoveSelection::eligibleApps(platform, invocation.args);
-  const auto jobs = MovePlanner::buildAppJobs(platform, apps, drive, MoveArgs::includesData(invocation.args));
-  const std::string total = SizeCalculator::format(MoveRunner::totalBytes(jobs));
+  const auto choices = MoveArgs::queueChoices(invocation.args);
+  const auto selection = MoveArgs::selectionChoices(invocation.args);
+  const DriveInfo drive = MoveArgs::resolveDrive(platform, choices.targetDrive);
+  const auto apps = MoveSelection::eligibleApps(platform, selection);
+  const MoveQueue queue{drive, MovePlanner::buildAppJobs(platform, apps, drive, choices.includesData)};
+  const std::string total = SizeCalculator::format(queue.totalBytes());
   const std::string free = SizeCalculator::format(drive.freeBytes);
 
   Console::print("# target: " + drive.name + "  free=" + free);
   Console::print("# apps eligible: " + std::to_string(apps.size()) +
-                 "   jobs: " + std::to_string(jobs.size()) + "   total: " + total);
+                 "   jobs: " + std::to_string(queue.jobs.size()) + "   total: " + total);
   Console::print(ReportText::tabSeparated({"size", "source", "->", "destination"}));
-  for (const MoveJob& job : jobs) {
+  for (const MoveJob& job : queue.jobs) {
     Console::print(ReportText::tabSeparated(
         {SizeCalculator::format(job.bytesTotal), job.source.text(), "->", job.destination.text()}));
   }
-  if (drive.freeBytes < MoveRunner::totalBytes(jobs)) {
-    Console::print("# WARNING: queue is " + total + " but drive has " + free + " free");
-  }
+  if (!queue.fits()) Console::print("# WARNING: queue is " + total + " but drive has " + free + " free");
   return ExitStatus::success;
 }
 

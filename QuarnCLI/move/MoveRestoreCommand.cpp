@@ -2,7 +2,7 @@
 #include "QuarnCLI/CLIError.h"
 #include "QuarnCLI/Console.h"
 #include "QuarnCLI/move/MoveCommands.h"
-#include "QuarnCLI/move/TakenTurn.h"
+#include "QuarnCore/foundation/Turn.h"
 #include "QuarnCore/move/MoverEngine.h"
 
 namespace quarn::MoveRestoreCommand {
@@ -12,7 +12,7 @@ ExitStatus run(const Invocation& invocation) {
   const auto text = invocation.args.positional();
   if (!text) throw CLIError("Usage: move restore <symlink-path>");
   const Path path = PathText::fileURL(platform.places, PathText::expandingTilde(platform.places, *text));
-  const TakenTurn turn(platform);
+  const Turn turn(platform, Console::tellOfWaiting);
   MoverEngine::restore(platform, path);
   Console::print("restored: " + path.text());
   return ExitStatus::success;

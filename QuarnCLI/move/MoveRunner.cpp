@@ -2,12 +2,10 @@
 
 #include <cstdio>
 
+#include "QuarnCLI/CLIError.h"
 #include "QuarnCLI/Console.h"
-#include "QuarnCLI/move/TakenTurn.h"
 #include "QuarnCore/foundation/SizeCalculator.h"
-#include "QuarnCore/move/ChosenVolume.h"
-#include "QuarnCore/move/MovePlanner.h"
-#include "QuarnCore/move/MoverEngine.h"
+#include "QuarnCore/move/JobRunner.h"
 
 namespace quarn::MoveRunner {
 namespace {
@@ -34,35 +32,24 @@ std::string elapsedText(std::chrono::steady_clock::duration elapsed) {
   return text;
 }
 
-/// What all jobs of a run have in common.
-struct Options {
-  const Path& mountPath;
-  std::optional<ChosenVolume> drive;  ///< as it was when the run began
-  bool progress;
-  bool quitRunning;
-};
-
-void move(Platform& platform, const MoveJob& job, const Options& options) {
-  const TakenTurn turn(platform);
-  const ChosenVolume drive =
-      options.drive ? *options.drive : ChosenVolume::requiredFor(platform, options.mountPath);
-  drive.requireHolds(platform, options.mountPath);
-  MovePlanner::requireStillMovable(platform, job.source);
-  MoverEngine::moveAndLink(platform, job.source, job.destination.parent(), options.quitRunning, showStatus,
-                           options.progress ? ProgressCallback(showProgress) : ProgressCallback());
+JobRunner::Listener listener(bool showsProgress) {
+  return {.waiting = Console::tellOfWaiting,
+          .status = showStatus,
+          .progress = showsProgress ? ProgressCallback(showProgress) : ProgressCallback()};
 }
 
-void runJob(Platform& platform, const MoveJob& job, const Options& options, Result& result) {
+void runJob(Platform& platform, const JobRunner::Run& run, const MoveJob& job, bool showsProgress,
+            Result& result) {
   const auto start = platform.clock.steadyNow();
   try {
-    move(platform, job, options);
+    JobRunner::carryOut(platform, run, job, listener(showsProgress));
   } catch (const LocalizedError& error) {
-    if (options.progress) Console::writeError("\n");
+    if (showsProgress) Console::writeError("\n");
     result.failures.push_back({job, error.localizedDescription()});
     Console::printNow("    FAIL: " + result.failures.back().message);
     return;
   }
-  if (options.progress) Console::writeError("\n");
+  if (showsProgress) Console::writeError("\n");
   Console::printNow("    ok in " + elapsedText(platform.clock.steadyNow() - start) + " -> " +
                     job.destination.text());
   ++result.moved;
@@ -71,24 +58,22 @@ void runJob(Platform& platform, const MoveJob& job, const Options& options, Resu
 
 }  // namespace
 
-Result run(Platform& platform, const DriveInfo& drive, const std::vector<MoveJob>& jobs, bool progress,
-           bool quitRunning) {
-  const Options options{drive.mountPath, ChosenVolume::holding(platform, drive.mountPath), progress,
-                        quitRunning};
-  Result result;
-  std::size_t number = 0;
-  for (const MoveJob& job : jobs) {
-    Console::printNow("[" + std::to_string(++number) + "/" + std::to_string(jobs.size()) + "] " + job.label +
-                      " (" + SizeCalculator::format(job.bytesTotal) + ")");
-    runJob(platform, job, options, result);
-  }
-  return result;
+void requireRoom(const MoveQueue& queue) {
+  if (queue.fits()) return;
+  throw CLIError("Not enough space: need " + SizeCalculator::format(queue.totalBytes()) + ", have " +
+                 SizeCalculator::format(queue.drive.freeBytes));
 }
 
-std::int64_t totalBytes(const std::vector<MoveJob>& jobs) {
-  std::int64_t total = 0;
-  for (const MoveJob& job : jobs) total += job.bytesTotal;
-  return total;
+Result run(Platform& platform, const MoveQueue& queue, const MoveArgs::RunChoices& choices) {
+  const auto run = JobRunner::begin(platform, queue.drive.mountPath, choices.quitsRunning);
+  Result result;
+  std::size_t number = 0;
+  for (const MoveJob& job : queue.jobs) {
+    Console::printNow("[" + std::to_string(++number) + "/" + std::to_string(queue.jobs.size()) + "] " +
+                      job.label + " (" + SizeCalculator::format(job.bytesTotal) + ")");
+    runJob(platform, run, job, choices.showsProgress, result);
+  }
+  return result;
 }
 
 }  // namespace quarn::MoveRunner

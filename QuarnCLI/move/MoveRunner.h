@@ -5,10 +5,10 @@
 #include <vector>
 
 #include "Platform/Platform.h"
-#include "QuarnCore/discovery/DriveScanner.h"
-#include "QuarnCore/move/MoveJob.h"
+#include "QuarnCLI/move/MoveArgs.h"
+#include "QuarnCore/move/MoveQueue.h"
 
-/// Carries out jobs one after the other, tells of each on the console, and goes on after a failure.
+/// Carries out a queue, one job after the other, and tells of each on the console.
 namespace quarn::MoveRunner {
 
 struct Failure {
@@ -22,13 +22,10 @@ struct Result {
   std::int64_t bytesMoved = 0;  ///< as the jobs expected
 };
 
-/// A job whose drive has been pulled out fails: the folders that it would make would lie on the internal
-/// disk, in the drive's place. `progress` shows the running byte counts on standard error; `quitRunning` asks
-/// running applications to quit.
-Result run(Platform& platform, const DriveInfo& drive, const std::vector<MoveJob>& jobs, bool progress,
-           bool quitRunning);
+/// Throws `CLIError` if the drive has less room than the queue needs.
+void requireRoom(const MoveQueue& queue);
 
-/// The bytes that all jobs expect to move.
-std::int64_t totalBytes(const std::vector<MoveJob>& jobs);
+/// Goes on with the next job after a failure. Asks nothing. The running byte counts go to standard error.
+Result run(Platform& platform, const MoveQueue& queue, const MoveArgs::RunChoices& choices);
 
 }  // namespace quarn::MoveRunner

@@ -16,8 +16,11 @@ class Turn {
   /// be locked nobody waits, and only the exclusive claims of single places keep runs apart.
   explicit Turn(
       Platform& platform, const std::function<void()>& waiting = [] {});
+  /// What was found before has to be looked at anew.
+  bool hadToWait() const { return hadToWait_; }
 
  private:
+  bool hadToWait_ = false;
   std::shared_ptr<Lock> lock_;
 };
 

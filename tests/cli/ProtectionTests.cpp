@@ -2,8 +2,6 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 
-#include "Platform/HostPlatform.h"
-#include "QuarnCLI/move/MoveRunner.h"
 #include "tests/cli/Expected.h"
 #include "tests/support/Scene.h"
 
@@ -79,25 +77,6 @@ TEST(WayBackProtection, aLinkToAFolderAroundItselfOrToAVolumeStays) {
               "error\tVerification failed: Foo.app leads to a volume or to a folder around itself\n");
     EXPECT_EQ(scene::target(app), target);
   }
-}
-
-TEST(DriveProtection, aJobWhoseDriveHasGoneMakesNoFolderInItsPlace) {
-  const std::string data = scene::home + "/Library/Caches/com.example.foo";
-  scene::write(data + "/data", "the only copy");
-  const quarn::MoveJob job{.id = "",
-                           .label = "Foo",
-                           .source = quarn::Path(data),
-                           .destination = quarn::Path("/Volumes/Gone/ExternalQuarn/Data/com.example.foo"),
-                           .status = {},
-                           .bytesTotal = 1,
-                           .bytesCopied = 0};
-  quarn::DriveInfo drive;
-  drive.mountPath = quarn::Path("/Volumes/Gone");
-  const auto result = quarn::MoveRunner::run(quarn::hostPlatform(), drive, {job}, false, false);
-  ASSERT_EQ(result.failures.size(), 1u);
-  EXPECT_EQ(result.failures[0].message, "The drive is no longer mounted: /Volumes/Gone");
-  EXPECT_EQ(scene::read(data + "/data"), "the only copy");
-  EXPECT_FALSE(scene::exists("/Volumes/Gone"));
 }
 
 TEST(ForeignFile, thatNeverEndsStopsNoListing) {

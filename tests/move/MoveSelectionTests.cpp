@@ -2,27 +2,23 @@
 #include <cctype>
 #include <gtest/gtest.h>
 #include <set>
-#include <sstream>
 
-#include "tests/cli/Expected.h"
+#include "Platform/HostPlatform.h"
+#include "QuarnCore/move/MoveSelection.h"
+#include "tests/support/Scene.h"
 
-using scene::quarn;
-
+namespace quarn {
 namespace {
 
 using Names = std::set<std::string>;
 
-/// The names of the bundles that a plan would move.
-Names planned(const std::vector<std::string>& flags) {
-  std::vector<std::string> command = {"move", "plan", "--no-data"};
-  command.insert(command.end(), flags.begin(), flags.end());
-  std::istringstream lines(quarn(command).out);
+const MoveSelection::Choices all{.includesProtected = true, .includesRisky = true, .includesRunning = true};
+
+/// The names of the bundles that a run which names none may move.
+Names eligible(const MoveSelection::Choices& choices = {}) {
   Names names;
-  for (std::string line; std::getline(lines, line);) {
-    const auto arrow = line.find("\t->\t/");
-    if (arrow == std::string::npos) continue;
-    const auto slash = line.rfind('/', arrow);
-    names.insert(line.substr(slash + 1, arrow - slash - 1));
+  for (const AppEntry& app : MoveSelection::eligibleApps(hostPlatform(), choices)) {
+    names.insert(app.bundlePath.lastComponent());
   }
   return names;
 }
@@ -50,10 +46,10 @@ TEST(MoveSelection, theProtectedNamesStayUnlessAskedFor) {
     scene::makeApp("/Applications/" + name, {.identifier = "org." + std::to_string(name.size())}, 100);
   }
   scene::makeApp("/Applications/xcode.app", {.identifier = "org.other"}, 100);
-  EXPECT_EQ(planned({}), Names{"xcode.app"}) << "names count by their letter case";
-  Names all = names;
-  all.insert("xcode.app");
-  EXPECT_EQ(planned({"--include-protected"}), all);
+  EXPECT_EQ(eligible(), Names{"xcode.app"}) << "names count by their letter case";
+  Names every = names;
+  every.insert("xcode.app");
+  EXPECT_EQ(eligible({.includesProtected = true}), every);
 }
 
 TEST(MoveSelection, theProtectedIdentifiersStayUnlessAskedFor) {
@@ -61,21 +57,21 @@ TEST(MoveSelection, theProtectedIdentifiersStayUnlessAskedFor) {
       "com.openai.codex",   "com.todesktop.230313mzl4w4u92", "com.anthropic.claudefordesktop",
       "com.apple.Terminal", "com.googlecode.iterm2",         "com.microsoft.VSCode",
       "com.apple.dt.Xcode", "com.microsoft.VSCodeInsiders",  "com.apple.terminal"};
-  Names all;
+  Names every;
   for (std::size_t i = 0; i < identifiers.size(); ++i) {
     const std::string name = "App" + std::to_string(i) + ".app";
     scene::makeApp("/Applications/" + name, {.identifier = identifiers[i]}, 100);
-    all.insert(name);
+    every.insert(name);
   }
-  EXPECT_EQ(planned({}), Names{"App8.app"}) << "identifiers count by their letter case";
-  EXPECT_EQ(planned({"--include-protected"}), all);
+  EXPECT_EQ(eligible(), Names{"App8.app"}) << "identifiers count by their letter case";
+  EXPECT_EQ(eligible({.includesProtected = true}), every);
 }
 
 TEST(MoveSelection, theToolItselfStaysWhateverIsAskedFor) {
   scene::makeApp("/Applications/Quarn.app", {.identifier = "org.x"}, 100);
   scene::makeApp("/Applications/Other.app", {.identifier = "com.quarn.quarn"}, 100);
   scene::makeApp("/Applications/Quarn 2.app", {.identifier = "com.quarn.quarn2"}, 100);
-  EXPECT_EQ(planned({"--include-protected", "--include-risky", "--include-running"}), Names{"Quarn 2.app"});
+  EXPECT_EQ(eligible(all), Names{"Quarn 2.app"});
 }
 
 TEST(MoveSelection, riskyApplicationsStayUnlessAskedFor) {
@@ -90,9 +86,9 @@ TEST(MoveSelection, riskyApplicationsStayUnlessAskedFor) {
   scene::write("/Applications/Kernel.app/Contents/Library/Extensions/x", "x");
   scene::makeApp("/Applications/Empty.app", {.identifier = "org.e"}, 100);
   scene::makeFolder("/Applications/Empty.app/Contents/Library/LoginItems");
-  EXPECT_EQ(planned({}), (Names{"Plain.app", "Empty.app"}));
-  EXPECT_EQ(planned({"--include-protected"}), (Names{"Plain.app", "Empty.app"}));
-  EXPECT_EQ(planned({"--include-risky"}),
+  EXPECT_EQ(eligible(), (Names{"Plain.app", "Empty.app"}));
+  EXPECT_EQ(eligible({.includesProtected = true}), (Names{"Plain.app", "Empty.app"}));
+  EXPECT_EQ(eligible({.includesRisky = true}),
             (Names{"Plain.app", "Empty.app", "Store.app", "Login.app", "System.app", "Kernel.app"}));
 }
 
@@ -103,9 +99,9 @@ TEST(MoveSelection, aRunningApplicationStaysUnlessAskedFor) {
   std::filesystem::copy_file("/bin/sleep", executable, std::filesystem::copy_options::overwrite_existing);
   scene::Background running({executable, "60"});
   ASSERT_TRUE(scene::appears("/proc/" + std::to_string(running.pid())));
-  for (int i = 0; i < 100 && planned({}).contains("Foo Bar.app"); ++i) ::usleep(20'000);
-  EXPECT_EQ(planned({}), Names{"Idle.app"});
-  EXPECT_EQ(planned({"--include-running"}), (Names{"Foo Bar.app", "Idle.app"}));
+  for (int i = 0; i < 100 && eligible().contains("Foo Bar.app"); ++i) ::usleep(20'000);
+  EXPECT_EQ(eligible(), Names{"Idle.app"});
+  EXPECT_EQ(eligible({.includesRunning = true}), (Names{"Foo Bar.app", "Idle.app"}));
 }
 
 TEST(MoveSelection, aNameWithTheWordOfALiveToolIsProtectedWhileAProcessShowsTheWord) {
@@ -115,14 +111,14 @@ TEST(MoveSelection, aNameWithTheWordOfALiveToolIsProtectedWhileAProcessShowsTheW
     if (isShownByAProcess(lower)) GTEST_SKIP() << "a process outside the room shows the word " << word;
     const std::string name = word + " Helper.app";
     scene::makeApp("/Applications/" + name, {.identifier = "org." + word}, 100);
-    EXPECT_EQ(planned({}), Names{name}) << "nothing runs";
+    EXPECT_EQ(eligible(), Names{name}) << "nothing runs";
     {
       scene::Background tool({"/bin/sh", "-c", "sleep 60; : " + lower});
       for (int i = 0; i < 100 && !isShownByAProcess(lower); ++i) ::usleep(20'000);
-      EXPECT_EQ(planned({}), Names{});
-      EXPECT_EQ(planned({"--include-protected"}), Names{name});
+      EXPECT_EQ(eligible(), Names{});
+      EXPECT_EQ(eligible({.includesProtected = true}), Names{name});
     }
-    EXPECT_EQ(planned({}), Names{name}) << "the tool has ended";
+    EXPECT_EQ(eligible(), Names{name}) << "the tool has ended";
     std::filesystem::remove_all("/Applications/" + name);
   }
 }
@@ -133,14 +129,18 @@ TEST(MoveSelection, theDisplayNameDecidesWhetherALiveToolIsMeant) {
   scene::makeApp("/Applications/Other.app", {.identifier = "org.o", .displayName = "My Codecs"}, 100);
   scene::Background tool({"/bin/sh", "-c", "sleep 60; : codex"});
   for (int i = 0; i < 100 && !isShownByAProcess("codex"); ++i) ::usleep(20'000);
-  EXPECT_EQ(planned({}), Names{"Other.app"});
+  EXPECT_EQ(eligible(), Names{"Other.app"});
 }
 
-TEST(MoveSelection, theCommandLineThatStartedQuarnIsNoLiveTool) {
-  if (isShownByAProcess("cursor")) GTEST_SKIP() << "a process outside the room shows the word";
-  scene::makeApp("/Applications/Cursor Tools.app", {.identifier = "org.c"}, 100);
-  const std::string out = scene::shell("quarn move plan --target-drive X9 # cursor\ntrue").out;
-  EXPECT_NE(out.find("# apps eligible: 1 "), std::string::npos) << out;
+TEST(MoveSelection, theEligibleComeByNameAndWithSizes) {
+  scene::makeApp("/Applications/Beta.app", {.identifier = "org.b"}, 50'000);
+  scene::makeApp("/Applications/Alpha.app", {.identifier = "org.a"}, 10'000);
+  const auto apps = MoveSelection::eligibleApps(hostPlatform(), {});
+  ASSERT_EQ(apps.size(), 2u);
+  EXPECT_EQ(apps[0].name, "Alpha");
+  EXPECT_GE(apps[0].appSize, 10'000);
+  EXPECT_GE(apps[1].appSize, 50'000);
 }
 
 }  // namespace
+}  // namespace quarn

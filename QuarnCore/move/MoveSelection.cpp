@@ -1,4 +1,4 @@
-#include "QuarnCLI/move/MoveSelection.h"
+#include "QuarnCore/move/MoveSelection.h"
 
 #include <algorithm>
 #include <array>
@@ -49,26 +49,24 @@ bool isThisTool(const AppEntry& entry) {
          (entry.bundleIdentifier && Text::equal(*entry.bundleIdentifier, ownIdentifier));
 }
 
-bool isRisky(const AppEntry& entry) {
-  return entry.hasSystemExtension || entry.isMacAppStore || entry.hasLoginItems;
-}
-
 }  // namespace
 
-std::vector<AppEntry> eligibleApps(const ReadOnlyPlatform& platform, const CLIArgs& args) {
-  const bool includesProtected = args.contains("--include-protected");
-  const bool includesRisky = args.contains("--include-risky");
-  const auto running = args.contains("--include-running") ? RunningAppsDetector::BundlePaths{}
-                                                          : RunningAppsDetector::bundlePaths(platform);
+std::vector<AppEntry> eligibleApps(const ReadOnlyPlatform& platform, const Choices& choices) {
+  const auto running = choices.includesRunning ? RunningAppsDetector::BundlePaths{}
+                                               : RunningAppsDetector::bundlePaths(platform);
   std::vector<AppEntry> eligible;
   for (const AppEntry& entry : AppScanner::discoverMetadata(platform)) {
     if (isThisTool(entry)) continue;
-    if (!includesProtected && isProtectedLiveTool(platform, entry)) continue;
-    if (!includesRisky && isRisky(entry)) continue;
+    if (!choices.includesProtected && isProtectedLiveTool(platform, entry)) continue;
+    if (!choices.includesRisky && isRisky(entry)) continue;
     if (RunningAppsDetector::isAmong(running, platform, entry.bundlePath)) continue;
     eligible.push_back(AppScanner::computeSizes(platform, entry));
   }
   return eligible;
+}
+
+bool isRisky(const AppEntry& entry) {
+  return entry.hasSystemExtension || entry.isMacAppStore || entry.hasLoginItems;
 }
 
 bool isProtectedLiveTool(const ReadOnlyPlatform& platform, const AppEntry& entry) {
