@@ -1,20 +1,21 @@
 #pragma once
 
+#include <span>
 #include <string>
 #include <vector>
 
-#include "QuarnCLI/CLIArgs.h"
-#include "QuarnCLI/ExitStatus.h"
+#include "QuarnCLI/Command.h"
 #include "QuarnCLI/Invocation.h"
 
-/// The one table of groups and commands, from which dispatch and the usage text are made.
+/// Gathers the groups, each of which owns the rows of its commands.
 namespace quarn::CommandTable {
 
-using Handler = ExitStatus (*)(const Invocation&);
+/// In the order of the usage text.
+std::span<const Group* const> groups();
 
 struct Match {
-  Handler run;
-  CLIArgs arguments;
+  const Command& command;
+  CLIArgs args;
 };
 
 /// The command that the words ask for. Throws `CLIError` for a word that is missing or unknown, and

@@ -11,6 +11,13 @@ bool asksForHelp(const std::vector<std::string>& arguments) {
   return arguments.empty() || arguments[0] == "help" || arguments[0] == "--help" || arguments[0] == "-h";
 }
 
+ExitStatus carryOut(const Command& command, const Invocation& invocation) {
+  if (const auto* looking = std::get_if<LookingHandler>(&command.handler)) {
+    return (*looking)({invocation.platform, invocation.args});
+  }
+  return std::get<ChangingHandler>(command.handler)(invocation);
+}
+
 }  // namespace
 
 ExitStatus QuarnCLI::run(Platform& platform) const {
@@ -19,7 +26,7 @@ ExitStatus QuarnCLI::run(Platform& platform) const {
     return ExitStatus::success;
   }
   const CommandTable::Match match = CommandTable::find(arguments);
-  return match.run({platform, program, match.arguments});
+  return carryOut(match.command, {platform, program, match.args});
 }
 
 }  // namespace quarn

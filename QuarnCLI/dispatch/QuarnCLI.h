@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "Platform/Platform.h"
-#include "QuarnCLI/ExitStatus.h"
+#include "QuarnCLI/Command.h"
 
 namespace quarn {
 

@@ -1,14 +1,16 @@
 #include "Platform/Text.h"
 #include "QuarnCLI/Console.h"
+#include "QuarnCLI/Invocation.h"
 #include "QuarnCLI/move/MoveArgs.h"
 #include "QuarnCLI/move/MoveCommands.h"
+#include "QuarnCLI/move/MoveFlags.h"
 #include "QuarnCLI/move/MoveRunner.h"
 #include "QuarnCore/foundation/SizeCalculator.h"
 #include "QuarnCore/move/APFSSnapshotService.h"
 #include "QuarnCore/move/MovePlanner.h"
 #include "QuarnCore/move/MoveSelection.h"
 
-namespace quarn::MoveAllCommand {
+namespace quarn::MoveCommands {
 namespace {
 
 /// All that the command reads from its arguments.
@@ -24,8 +26,8 @@ Choices choicesOf(const CLIArgs& args) {
   return {.queue = MoveArgs::queueChoices(args),
           .selection = MoveArgs::selectionChoices(args),
           .run = MoveArgs::runChoices(args),
-          .changesNothing = args.contains("--dry-run"),
-          .takesSnapshot = !args.contains("--no-snapshot")};
+          .changesNothing = args.contains(MoveFlags::dryRun),
+          .takesSnapshot = !args.contains(MoveFlags::noSnapshot)};
 }
 
 void printSummary(const MoveQueue& queue, std::size_t appCount) {
@@ -41,9 +43,9 @@ void printSummary(const MoveQueue& queue, std::size_t appCount) {
 /// no room for it.
 MoveQueue announcedQueue(const ReadOnlyPlatform& platform, const Choices& choices) {
   const DriveInfo drive = MoveArgs::resolveDrive(platform, choices.queue.targetDrive);
-  const auto apps = MoveSelection::eligibleApps(platform, choices.selection);
-  MoveQueue queue{drive, MovePlanner::buildAppJobs(platform, apps, drive, choices.queue.includesData)};
-  printSummary(queue, apps.size());
+  const auto eligible = MoveSelection::eligibleApps(platform, choices.selection);
+  MoveQueue queue{drive, MovePlanner::buildAppJobs(platform, eligible, drive, choices.queue.includesData)};
+  printSummary(queue, eligible.size());
   if (queue.jobs.empty()) {
     Console::print("nothing to move.");
     return queue;
@@ -95,12 +97,37 @@ ExitStatus carryOut(Platform& platform, const Choices& choices) {
   return ExitStatus::success;
 }
 
-}  // namespace
-
 ExitStatus run(const Invocation& invocation) {
   const Choices choices = choicesOf(invocation.args);
   return choices.changesNothing ? preview(invocation.platform, choices)
                                 : carryOut(invocation.platform, choices);
 }
 
-}  // namespace quarn::MoveAllCommand
+constexpr Flag flags[] = {
+    MoveFlags::targetDrive,    MoveFlags::noData,    MoveFlags::includeRisky, MoveFlags::includeProtected,
+    MoveFlags::includeRunning, MoveFlags::dryRun,    MoveFlags::yes,          MoveFlags::progress,
+    MoveFlags::quitRunning,    MoveFlags::noSnapshot};
+
+constexpr TellingLine tellingLines[] = {
+    {"    FAIL: …", "a job failed; one for each"},
+    {"failed: N", "so many jobs failed"},
+    {"nothing to move.", ""},
+    {"aborted.", "declined"},
+};
+
+}  // namespace
+
+constinit const Command all{
+    .words = "move all",
+    .purpose = "moves every eligible application and its data, after a local snapshot",
+    .flags = flags,
+    .outcomes = {.success = "done, nothing to do, or declined",
+                 .failure = "no such drive, or too little space"},
+    .tellingLines = tellingLines,
+    .handler = run,
+    .usageLine =
+        "quarn move all  [--target-drive <path>] [--no-data] [--include-risky] [--include-protected] "
+        "[--dry-run] [--yes] [--progress] [--quit-running] [--no-snapshot]",
+};
+
+}  // namespace quarn::MoveCommands

@@ -1,13 +1,15 @@
 #include <algorithm>
 
 #include "QuarnCLI/Console.h"
+#include "QuarnCLI/Invocation.h"
 #include "QuarnCLI/move/MoveCommands.h"
+#include "QuarnCLI/move/MoveFlags.h"
 #include "QuarnCLI/report/ReportText.h"
 #include "QuarnCore/discovery/AppScanner.h"
 #include "QuarnCore/foundation/SizeCalculator.h"
 #include "QuarnCore/move/MoveSelection.h"
 
-namespace quarn::MoveAppsCommand {
+namespace quarn::MoveCommands {
 namespace {
 
 bool isPlain(const AppEntry& entry) {
@@ -24,13 +26,11 @@ std::vector<AppEntry> listedApps(const ReadOnlyPlatform& platform, bool all) {
   return apps;
 }
 
-}  // namespace
-
-ExitStatus run(const Invocation& invocation) {
-  const auto apps = listedApps(invocation.platform, invocation.args.contains("--all"));
+ExitStatus run(const ReadOnlyInvocation& invocation) {
+  const auto listed = listedApps(invocation.platform, invocation.args.contains(MoveFlags::all));
   Console::print(
       ReportText::tabSeparated({"name", "bundle_id", "risk", "app_size", "data_size", "total", "path"}));
-  for (const AppEntry& app : apps) {
+  for (const AppEntry& app : listed) {
     Console::print(ReportText::tabSeparated(
         {app.name, app.bundleIdentifier.value_or(""), std::string(rawValue(app.riskLevel())),
          SizeCalculator::format(app.appSize), SizeCalculator::format(app.dataSize),
@@ -39,4 +39,17 @@ ExitStatus run(const Invocation& invocation) {
   return ExitStatus::success;
 }
 
-}  // namespace quarn::MoveAppsCommand
+constexpr Flag flags[] = {MoveFlags::all};
+
+}  // namespace
+
+constinit const Command apps{
+    .words = "move apps",
+    .purpose = "lists the applications with their sizes, the largest first",
+    .flags = flags,
+    .outcomes = {.success = "listed", .failure = ""},
+    .handler = run,
+    .usageLine = "quarn move apps [--all]",
+};
+
+}  // namespace quarn::MoveCommands

@@ -3,6 +3,7 @@
 #include "Platform/PathText.h"
 #include "Platform/Text.h"
 #include "QuarnCLI/CLIError.h"
+#include "QuarnCLI/move/MoveFlags.h"
 #include "QuarnCore/discovery/DriveScanner.h"
 
 namespace quarn::MoveArgs {
@@ -26,19 +27,20 @@ DriveInfo firstExternalWritable(const ReadOnlyPlatform& platform) {
 }  // namespace
 
 QueueChoices queueChoices(const CLIArgs& args) {
-  return {.targetDrive = args.value("--target-drive"), .includesData = !args.contains("--no-data")};
+  return {.targetDrive = args.value(MoveFlags::targetDrive),
+          .includesData = !args.contains(MoveFlags::noData)};
 }
 
 MoveSelection::Choices selectionChoices(const CLIArgs& args) {
-  return {.includesProtected = args.contains("--include-protected"),
-          .includesRisky = args.contains("--include-risky"),
-          .includesRunning = args.contains("--include-running")};
+  return {.includesProtected = args.contains(MoveFlags::includeProtected),
+          .includesRisky = args.contains(MoveFlags::includeRisky),
+          .includesRunning = args.contains(MoveFlags::includeRunning)};
 }
 
 RunChoices runChoices(const CLIArgs& args) {
-  return {.asksFirst = !args.contains("--yes"),
-          .showsProgress = args.contains("--progress"),
-          .quitsRunning = args.contains("--quit-running")};
+  return {.asksFirst = !args.contains(MoveFlags::yes),
+          .showsProgress = args.contains(MoveFlags::progress),
+          .quitsRunning = args.contains(MoveFlags::quitRunning)};
 }
 
 DriveInfo resolveDrive(const ReadOnlyPlatform& platform, const std::optional<std::string>& wanted) {

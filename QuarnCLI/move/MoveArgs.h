@@ -4,7 +4,7 @@
 #include <string>
 
 #include "Platform/Platform.h"
-#include "QuarnCLI/CLIArgs.h"
+#include "QuarnCLI/Invocation.h"
 #include "QuarnCore/discovery/DriveScanner.h"
 #include "QuarnCore/move/MoveSelection.h"
 

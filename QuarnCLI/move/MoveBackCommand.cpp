@@ -2,11 +2,12 @@
 #include "Platform/Text.h"
 #include "QuarnCLI/CLIError.h"
 #include "QuarnCLI/Console.h"
+#include "QuarnCLI/Invocation.h"
 #include "QuarnCLI/move/MoveCommands.h"
 #include "QuarnCore/foundation/Turn.h"
 #include "QuarnCore/move/MoverEngine.h"
 
-namespace quarn::MoveBackCommand {
+namespace quarn::MoveCommands {
 namespace {
 
 /// A path as it is; a bare name means an application in the shared folder.
@@ -33,8 +34,6 @@ std::string sudoAdvice(const Path& item, const std::string& program, const std::
          program + "\" move back \"" + typed + "\"";
 }
 
-}  // namespace
-
 ExitStatus run(const Invocation& invocation) {
   Platform& platform = invocation.platform;
   const auto text = invocation.args.positional();
@@ -57,4 +56,16 @@ ExitStatus run(const Invocation& invocation) {
   return ExitStatus::success;
 }
 
-}  // namespace quarn::MoveBackCommand
+}  // namespace
+
+constinit const Command back{
+    .words = "move back",
+    .purpose = "brings an application home, by its name or its path, and leaves its data on the drive",
+    .operand = Operand{.name = "<app-name|symlink-path>"},
+    .outcomes = {.success = "at home", .failure = "anything else"},
+    .handler = run,
+    .usageLine =
+        "quarn move back <app-name|symlink-path>   # friendly alias; accepts e.g. \"Little Snitch.app\"",
+};
+
+}  // namespace quarn::MoveCommands

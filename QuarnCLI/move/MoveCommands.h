@@ -1,37 +1,18 @@
 #pragma once
 
-#include "QuarnCLI/ExitStatus.h"
-#include "QuarnCLI/Invocation.h"
+#include "QuarnCLI/Command.h"
 
-/// The commands of the group "move". Each throws a `LocalizedError`.
-namespace quarn {
+/// The rows of the commands of the group "move", each of which stands beside the command's code.
+namespace quarn::MoveCommands {
 
-namespace MoveDrivesCommand {
-ExitStatus run(const Invocation& invocation);
-}
-namespace MoveAppsCommand {
-ExitStatus run(const Invocation& invocation);
-}
-namespace MovePlanCommand {
-ExitStatus run(const Invocation& invocation);
-}
-namespace MoveAllCommand {
-ExitStatus run(const Invocation& invocation);
-}
-namespace MoveNextCommand {
-ExitStatus run(const Invocation& invocation);
-}
-namespace MoveOneCommand {
-ExitStatus run(const Invocation& invocation);
-}
-namespace MovePathCommand {
-ExitStatus run(const Invocation& invocation);
-}
-namespace MoveRestoreCommand {
-ExitStatus run(const Invocation& invocation);
-}
-namespace MoveBackCommand {
-ExitStatus run(const Invocation& invocation);
-}
+extern const Command drives;
+extern const Command apps;
+extern const Command plan;
+extern const Command all;
+extern const Command next;
+extern const Command one;
+extern const Command path;
+extern const Command restore;
+extern const Command back;
 
-}  // namespace quarn
+}  // namespace quarn::MoveCommands

@@ -1,14 +1,16 @@
 #include <algorithm>
 
 #include "QuarnCLI/Console.h"
+#include "QuarnCLI/Invocation.h"
 #include "QuarnCLI/move/MoveArgs.h"
 #include "QuarnCLI/move/MoveCommands.h"
+#include "QuarnCLI/move/MoveFlags.h"
 #include "QuarnCLI/move/MoveRunner.h"
 #include "QuarnCore/foundation/SizeCalculator.h"
 #include "QuarnCore/move/MovePlanner.h"
 #include "QuarnCore/move/MoveSelection.h"
 
-namespace quarn::MoveNextCommand {
+namespace quarn::MoveCommands {
 namespace {
 
 /// The first of equals, which are in the order of their names.
@@ -25,14 +27,12 @@ void printSummary(const AppEntry& app, const MoveQueue& queue) {
   Console::printNow("      -> " + queue.drive.mountPath.text());
 }
 
-}  // namespace
-
 ExitStatus run(const Invocation& invocation) {
   Platform& platform = invocation.platform;
   const auto choices = MoveArgs::queueChoices(invocation.args);
   const auto selection = MoveArgs::selectionChoices(invocation.args);
   const auto runChoices = MoveArgs::runChoices(invocation.args);
-  const bool largestFirst = invocation.args.contains("--largest-first");
+  const bool largestFirst = invocation.args.contains(MoveFlags::largestFirst);
   const DriveInfo drive = MoveArgs::resolveDrive(platform, choices.targetDrive);
   const auto apps = MoveSelection::eligibleApps(platform, selection);
   if (apps.empty()) {
@@ -51,4 +51,25 @@ ExitStatus run(const Invocation& invocation) {
   return result.failures.empty() ? ExitStatus::success : ExitStatus::failure;
 }
 
-}  // namespace quarn::MoveNextCommand
+constexpr Flag flags[] = {
+    MoveFlags::targetDrive,    MoveFlags::noData,       MoveFlags::includeRisky, MoveFlags::includeProtected,
+    MoveFlags::includeRunning, MoveFlags::largestFirst, MoveFlags::yes,          MoveFlags::progress,
+    MoveFlags::quitRunning};
+
+}  // namespace
+
+constinit const Command next{
+    .words = "move next",
+    .purpose = "moves one application, the smallest; made for a loop in a shell",
+    .flags = flags,
+    .outcomes = {.success = "moved, or had nothing to move",
+                 .failure = "a job failed, no such drive, too little space, or declined",
+                 .attention = "nothing is eligible"},
+    .handler = run,
+    .usageLine =
+        "quarn move next [--target-drive <path>] [--no-data] [--include-risky] [--include-protected] "
+        "[--include-running] [--largest-first] [--yes] [--progress] [--quit-running]   "
+        "# one app, exits 0=ok 2=drained 1=fail",
+};
+
+}  // namespace quarn::MoveCommands

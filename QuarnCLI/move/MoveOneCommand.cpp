@@ -1,14 +1,16 @@
 #include "Platform/Text.h"
 #include "QuarnCLI/CLIError.h"
 #include "QuarnCLI/Console.h"
+#include "QuarnCLI/Invocation.h"
 #include "QuarnCLI/move/MoveArgs.h"
 #include "QuarnCLI/move/MoveCommands.h"
+#include "QuarnCLI/move/MoveFlags.h"
 #include "QuarnCLI/move/MoveRunner.h"
 #include "QuarnCore/discovery/AppScanner.h"
 #include "QuarnCore/foundation/SizeCalculator.h"
 #include "QuarnCore/move/MovePlanner.h"
 
-namespace quarn::MoveOneCommand {
+namespace quarn::MoveCommands {
 namespace {
 
 bool isNamed(const AppEntry& entry, const std::string& selector) {
@@ -29,13 +31,11 @@ std::string requiredSelector(const CLIArgs& args) {
       "Usage: move one <bundle-path|bundle-id> [--target-drive <path>] [--no-data] [--yes] [--progress]");
 }
 
-}  // namespace
-
 ExitStatus run(const Invocation& invocation) {
   Platform& platform = invocation.platform;
-  const std::string selector = requiredSelector(invocation.args);
   const auto choices = MoveArgs::queueChoices(invocation.args);
   const auto runChoices = MoveArgs::runChoices(invocation.args);
+  const std::string selector = requiredSelector(invocation.args);
   const DriveInfo drive = MoveArgs::resolveDrive(platform, choices.targetDrive);
   const AppEntry app = appNamed(platform, selector);
   const MoveQueue queue{drive, MovePlanner::buildAppJobs(platform, {app}, drive, choices.includesData)};
@@ -53,4 +53,30 @@ ExitStatus run(const Invocation& invocation) {
   return ExitStatus::success;
 }
 
-}  // namespace quarn::MoveOneCommand
+constexpr Flag flags[] = {MoveFlags::targetDrive, MoveFlags::noData, MoveFlags::yes, MoveFlags::progress,
+                          MoveFlags::quitRunning};
+
+constexpr TellingLine tellingLines[] = {
+    {"    FAIL: …", "a job failed; one for each"},
+    {"failed: N", "so many jobs failed"},
+    {"nothing to move.", ""},
+    {"aborted.", "declined"},
+};
+
+}  // namespace
+
+constinit const Command one{
+    .words = "move one",
+    .purpose = "moves the application you name, risky or not",
+    .operand = Operand{.name = "<bundle-path|bundle-id>"},
+    .flags = flags,
+    .outcomes = {.success = "done, nothing to do, or declined",
+                 .failure = "no such drive or application, or too little space"},
+    .tellingLines = tellingLines,
+    .handler = run,
+    .usageLine =
+        "quarn move one  <bundle-path|bundle-id> [--target-drive <path>] [--no-data] [--yes] "
+        "[--progress] [--quit-running]",
+};
+
+}  // namespace quarn::MoveCommands

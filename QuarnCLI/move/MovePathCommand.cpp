@@ -1,11 +1,13 @@
 #include "Platform/PathText.h"
 #include "QuarnCLI/CLIError.h"
 #include "QuarnCLI/Console.h"
+#include "QuarnCLI/Invocation.h"
 #include "QuarnCLI/move/MoveCommands.h"
+#include "QuarnCLI/move/MoveFlags.h"
 #include "QuarnCore/foundation/Turn.h"
 #include "QuarnCore/move/PathMover.h"
 
-namespace quarn::MovePathCommand {
+namespace quarn::MoveCommands {
 namespace {
 
 struct Pair {
@@ -24,8 +26,8 @@ Path givenPath(const ReadOnlyPlatform& platform, const std::string& text) {
 }
 
 Pair givenPair(const Invocation& invocation) {
-  const auto source = invocation.args.value("--source");
-  const auto destination = invocation.args.value("--destination");
+  const auto source = invocation.args.value(MoveFlags::source);
+  const auto destination = invocation.args.value(MoveFlags::destination);
   if (isMissing(source) || isMissing(destination)) {
     throw CLIError("Usage: move path --source <path> --destination <path> [--yes] [--progress]");
   }
@@ -54,22 +56,41 @@ void carryOut(Platform& platform, const PathMover::Plan& plan, bool showsProgres
   Console::print("linked: " + plan.source.text() + " -> " + plan.destination.text());
 }
 
-}  // namespace
-
 ExitStatus run(const Invocation& invocation) {
   Platform& platform = invocation.platform;
+  const bool asksFirst = !invocation.args.contains(MoveFlags::yes);
+  const bool showsProgress = invocation.args.contains(MoveFlags::progress);
   const auto [source, destination] = givenPair(invocation);
   if (wasMovedAlready(platform, source)) return ExitStatus::success;
   auto plan = PathMover::plan(platform, source, destination);
   printPlan(plan);
-  if (!invocation.args.contains("--yes") && !Console::confirms()) return ExitStatus::success;
+  if (asksFirst && !Console::confirms()) return ExitStatus::success;
 
   const Turn turn(platform, Console::tellOfWaiting);
   // Another run may have come and gone while the source was measured and the person asked.
   if (wasMovedAlready(platform, source)) return ExitStatus::success;
   if (turn.hadToWait()) plan = PathMover::plan(platform, source, destination);
-  carryOut(platform, plan, invocation.args.contains("--progress"));
+  carryOut(platform, plan, showsProgress);
   return ExitStatus::success;
 }
 
-}  // namespace quarn::MovePathCommand
+constexpr Flag flags[] = {MoveFlags::source, MoveFlags::destination, MoveFlags::yes, MoveFlags::progress};
+
+constexpr TellingLine tellingLines[] = {
+    {"already symlink: …", "a link already; where it leads to"},
+    {"aborted.", "declined"},
+};
+
+}  // namespace
+
+constinit const Command path{
+    .words = "move path",
+    .purpose = "moves any folder or file",
+    .flags = flags,
+    .outcomes = {.success = "moved, a link already, or declined", .failure = "anything else"},
+    .tellingLines = tellingLines,
+    .handler = run,
+    .usageLine = "quarn move path --source <path> --destination <path> [--yes] [--progress]",
+};
+
+}  // namespace quarn::MoveCommands

@@ -1,17 +1,12 @@
 #pragma once
 
-#include "QuarnCLI/ExitStatus.h"
-#include "QuarnCLI/Invocation.h"
+#include "QuarnCLI/Command.h"
 
-/// The commands of the group "snapshot". A snapshot is a safety net, so a failure is told and the exit
-/// status is success all the same.
-namespace quarn {
+/// The rows of the commands of the group "snapshot". A snapshot is a safety net, so a failure is told and the
+/// exit status is success all the same.
+namespace quarn::SnapshotCommands {
 
-namespace SnapshotCreateCommand {
-ExitStatus run(const Invocation& invocation);
-}
-namespace SnapshotListCommand {
-ExitStatus run(const Invocation& invocation);
-}
+extern const Command create;
+extern const Command list;
 
-}  // namespace quarn
+}  // namespace quarn::SnapshotCommands

@@ -1,8 +1,11 @@
 #include "QuarnCLI/Console.h"
+#include "QuarnCLI/Invocation.h"
 #include "QuarnCLI/snapshot/SnapshotCommands.h"
 #include "QuarnCore/move/APFSSnapshotService.h"
 
-namespace quarn::SnapshotCreateCommand {
+namespace quarn::SnapshotCommands {
+
+namespace {
 
 ExitStatus run(const Invocation& invocation) {
   Platform& platform = invocation.platform;
@@ -20,4 +23,20 @@ ExitStatus run(const Invocation& invocation) {
   return ExitStatus::success;
 }
 
-}  // namespace quarn::SnapshotCreateCommand
+constexpr TellingLine tellingLines[] = {
+    {"Snapshot failed.", ""},
+    {"Local snapshots not supported on this volume.", ""},
+};
+
+}  // namespace
+
+constinit const Command create{
+    .words = "snapshot create",
+    .purpose = "takes a local snapshot of the startup volume",
+    .outcomes = {.success = "asked for", .failure = ""},
+    .tellingLines = tellingLines,
+    .handler = run,
+    .usageLine = "quarn snapshot create   # tmutil localsnapshot of /",
+};
+
+}  // namespace quarn::SnapshotCommands

@@ -1,10 +1,13 @@
 #include "QuarnCLI/Console.h"
+#include "QuarnCLI/Invocation.h"
 #include "QuarnCLI/snapshot/SnapshotCommands.h"
 #include "QuarnCore/move/APFSSnapshotService.h"
 
-namespace quarn::SnapshotListCommand {
+namespace quarn::SnapshotCommands {
 
-ExitStatus run(const Invocation& invocation) {
+namespace {
+
+ExitStatus run(const ReadOnlyInvocation& invocation) {
   const auto snapshots = APFSSnapshotService::list(invocation.platform);
   if (snapshots.empty()) {
     Console::print("No local snapshots.");
@@ -16,4 +19,17 @@ ExitStatus run(const Invocation& invocation) {
   return ExitStatus::success;
 }
 
-}  // namespace quarn::SnapshotListCommand
+constexpr TellingLine tellingLines[] = {{"No local snapshots.", ""}};
+
+}  // namespace
+
+constinit const Command list{
+    .words = "snapshot list",
+    .purpose = "lists the local snapshots of the startup volume",
+    .outcomes = {.success = "listed", .failure = ""},
+    .tellingLines = tellingLines,
+    .handler = run,
+    .usageLine = "quarn snapshot list",
+};
+
+}  // namespace quarn::SnapshotCommands

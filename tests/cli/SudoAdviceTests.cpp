@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "QuarnCLI/move/MoveCommands.h"
+#include "QuarnCLI/dispatch/QuarnCLI.h"
 #include "tests/cli/Faults.h"
 #include "tests/support/Decorators.h"
 #include "tests/support/Replacing.h"
@@ -29,7 +29,8 @@ class Keeping : public GuardedFileSystem {
 std::string told(const std::string& domain, int code) {
   Keeping files(hostPlatform().files, PlatformError(domain, code, "the system's words"));
   Platform platform = replacing({.files = &files});
-  return thrown([&] { MoveBackCommand::run({platform, "./quarn", {{"Foo"}}}); });
+  const QuarnCLI cli{.arguments = {"move", "back", "Foo"}, .program = "./quarn"};
+  return thrown([&] { cli.run(platform); });
 }
 
 TEST(SudoAdvice, isGivenForTwoNumbersOfOneDomainAndForNoOtherFailure) {

@@ -1,0 +1,17 @@
+#include "QuarnCLI/Command.h"
+
+#include <algorithm>
+
+namespace quarn {
+
+bool Command::isAvailable() const {
+  return std::visit([](auto* function) { return function != nullptr; }, handler);
+}
+
+const Flag* Command::flag(std::string_view name) const {
+  const auto found =
+      std::find_if(flags.begin(), flags.end(), [name](const Flag& flag) { return flag.name == name; });
+  return found == flags.end() ? nullptr : &*found;
+}
+
+}  // namespace quarn
