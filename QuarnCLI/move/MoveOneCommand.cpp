@@ -60,7 +60,7 @@ constexpr TellingLine tellingLines[] = {
     {"    FAIL: …", "a job failed; one for each"},
     {"failed: N", "so many jobs failed"},
     {"nothing to move.", ""},
-    {"aborted.", "declined"},
+    {"Proceed? [y/N] aborted.", "declined"},
 };
 
 }  // namespace

@@ -78,7 +78,7 @@ constexpr Flag flags[] = {MoveFlags::source, MoveFlags::destination, MoveFlags::
 
 constexpr TellingLine tellingLines[] = {
     {"already symlink: …", "a link already; where it leads to"},
-    {"aborted.", "declined"},
+    {"Proceed? [y/N] aborted.", "declined"},
 };
 
 }  // namespace

@@ -1,0 +1,135 @@
+#include <gtest/gtest.h>
+#include <regex>
+#include <set>
+#include <sstream>
+
+#include "QuarnCLI/CommandTable.h"
+#include "tests/support/Scene.h"
+
+namespace quarn {
+namespace {
+
+namespace fs = std::filesystem;
+using Words = std::vector<std::string>;
+using Lines = std::set<std::string>;
+
+/// The lines of runs that all ended with status 0.
+class Told {
+ public:
+  void run(const Words& words) {
+    const scene::Run run = scene::quarn(words);
+    EXPECT_EQ(run.status, 0) << run.out << run.err;
+    std::istringstream text(run.out);
+    for (std::string line; std::getline(text, line);) lines_.push_back(line);
+  }
+  bool has(const std::regex& pattern) const {
+    return std::any_of(lines_.begin(), lines_.end(),
+                       [&](const std::string& line) { return std::regex_match(line, pattern); });
+  }
+  std::string all() const {
+    std::string text;
+    for (const std::string& line : lines_) text += line + "\n";
+    return text;
+  }
+
+ private:
+  Words lines_;
+};
+
+const Command& commandNamed(const std::string& words) {
+  for (const auto* group : CommandTable::groups()) {
+    for (const auto* command : group->commands) {
+      if (command->words == words) return *command;
+    }
+  }
+  throw std::out_of_range(words);
+}
+
+/// A whole line; "…" stands for whatever follows, and a last "N" for a number.
+std::regex patternOf(std::string_view text) {
+  std::string pattern = std::regex_replace(std::string(text), std::regex(R"([.?()\[\]|])"), "\\$&");
+  pattern = std::regex_replace(pattern, std::regex("…"), ".+");
+  return std::regex(std::regex_replace(pattern, std::regex(" N$"), " [0-9]+"));
+}
+
+void expectTold(const std::string& words, const Told& told) {
+  const auto& lines = commandNamed(words).tellingLines;
+  EXPECT_FALSE(lines.empty()) << words;
+  for (const auto& line : lines)
+    EXPECT_TRUE(told.has(patternOf(line.text))) << line.text << "\n" << told.all();
+}
+
+/// An application whose place on the drive is taken, so that it can't be moved.
+void makeTaken() {
+  scene::makeApp("/Applications/Foo.app");
+  scene::write("/Volumes/X9/ExternalQuarn/Apps/Foo.app/foreign", "foreign");
+}
+
+TEST(TellingLines, arePrintedByMoveAllAsItsRowSays) {
+  Told told;
+  told.run({"move", "all"});
+  makeTaken();
+  told.run({"move", "all"});
+  told.run({"move", "all", "--yes"});
+  expectTold("move all", told);
+}
+
+TEST(TellingLines, arePrintedByMoveOneAsItsRowSays) {
+  makeTaken();
+  Told told;
+  told.run({"move", "one", "com.example.foo"});
+  told.run({"move", "one", "com.example.foo", "--yes"});
+  fs::remove_all("/Applications/Foo.app");
+  scene::makeApp("/Volumes/X9/Foo.app");
+  scene::link("/Applications/Foo.app", "/Volumes/X9/Foo.app");
+  told.run({"move", "one", "com.example.foo", "--yes"});
+  expectTold("move one", told);
+}
+
+TEST(TellingLines, arePrintedByMovePathAsItsRowSays) {
+  const Words command = {
+      "move", "path", "--source", "/Users/me/Movies", "--destination", "/Volumes/X9/Movies"};
+  scene::write("/Users/me/Movies/a.mov", "film");
+  Told told;
+  told.run(command);
+  fs::rename("/Users/me/Movies", "/Users/me/Films");
+  scene::link("/Users/me/Movies", "/Users/me/Films");
+  told.run(command);
+  expectTold("move path", told);
+}
+
+TEST(TellingLines, arePrintedByMovePlanAsItsRowSays) {
+  if (!scene::hasMounts()) GTEST_SKIP() << "needs real mounts";
+  scene::plug("Tiny", "1m");
+  scene::makeApp("/Applications/Foo.app", {}, 2'000'000);
+  Told told;
+  told.run({"move", "plan", "--target-drive", "Tiny"});
+  expectTold("move plan", told);
+}
+
+TEST(TellingLines, arePrintedByTheSnapshotCommandsAsTheirRowsSay) {
+  Told listed;
+  listed.run({"snapshot", "list"});
+  expectTold("snapshot list", listed);
+
+  Told created;
+  scene::replaceTool("/usr/bin/tmutil", "#!/bin/sh\nexit 70\n");
+  created.run({"snapshot", "create"});
+  scene::removeTool("/usr/bin/tmutil");
+  created.run({"snapshot", "create"});
+  expectTold("snapshot create", created);
+}
+
+TEST(TellingLines, areAllShownByACaseHere) {
+  Lines telling;
+  for (const auto* group : CommandTable::groups()) {
+    for (const auto* command : group->commands) {
+      if (command->isAvailable() && !command->tellingLines.empty()) telling.emplace(command->words);
+    }
+  }
+  EXPECT_EQ(telling,
+            (Lines{"move all", "move one", "move path", "move plan", "snapshot create", "snapshot list"}));
+}
+
+}  // namespace
+}  // namespace quarn

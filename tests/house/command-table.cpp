@@ -1,0 +1,131 @@
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "QuarnCLI/CommandTable.h"
+
+// Prints a table of the README from the rows of the commands: command-table commands|flags|statuses
+
+namespace {
+
+using quarn::Command;
+using quarn::Flag;
+using quarn::ValueKind;
+
+std::vector<const Command*> availableCommands() {
+  std::vector<const Command*> available;
+  for (const quarn::Group* group : quarn::CommandTable::groups()) {
+    for (const Command* command : group->commands) {
+      if (command->isAvailable()) available.push_back(command);
+    }
+  }
+  return available;
+}
+
+/// As code, also within a cell.
+std::string code(std::string_view text) {
+  std::string quoted = "`";
+  for (const char byte : text) quoted += byte == '|' ? std::string("\\|") : std::string(1, byte);
+  return quoted + "`";
+}
+
+/// An empty cell is one space wide.
+std::string row(const std::vector<std::string>& cells) {
+  std::string line = "|";
+  for (const std::string& cell : cells) line += (cell.empty() ? "" : " " + cell) + " |";
+  return line + "\n";
+}
+
+std::string head(const std::vector<std::string>& titles) {
+  std::string line = "|";
+  for (std::size_t i = 0; i < titles.size(); ++i) line += "---|";
+  return row(titles) + line + "\n";
+}
+
+std::string valueOf(const Flag& flag) {
+  std::string text(flag.valueName);
+  for (const std::string_view choice : flag.choices) text += (text.empty() ? "" : ", ") + code(choice);
+  if (flag.kind == ValueKind::list) text = "some of " + text;
+  return text + (flag.isRequired ? "; required" : "");
+}
+
+/// With all that it can't do without.
+std::string call(const Command& command) {
+  std::string words = "quarn " + std::string(command.words);
+  if (command.operand) words += " " + std::string(command.operand->name);
+  for (const Flag& flag : command.flags) {
+    if (flag.isRequired) words += " " + std::string(flag.name) + " <" + std::string(flag.valueName) + ">";
+  }
+  return code(words);
+}
+
+std::string commandTable() {
+  std::string table = head({"Command", "What it does", "Changes the disk"});
+  for (const Command* command : availableCommands()) {
+    table += row({call(*command), std::string(command->purpose), command->changesTheDisk() ? "yes" : "no"});
+  }
+  return table;
+}
+
+/// A flag that several commands have in common stands there once.
+struct KnownFlag {
+  const Flag* flag;
+  std::string commands;
+};
+
+std::vector<KnownFlag> knownFlags() {
+  std::vector<KnownFlag> known;
+  for (const Command* command : availableCommands()) {
+    for (const Flag& flag : command->flags) {
+      auto same = known.begin();
+      while (same != known.end() && (same->flag->name != flag.name || same->flag->meaning != flag.meaning))
+        ++same;
+      if (same == known.end()) same = known.insert(same, {&flag, ""});
+      same->commands += (same->commands.empty() ? "" : ", ") + code(command->words);
+    }
+  }
+  return known;
+}
+
+std::string flagTable() {
+  std::string table = head({"Flag", "Value", "What it does", "Known to"});
+  for (const auto& [flag, commands] : knownFlags()) {
+    table += row({code(flag->name), valueOf(*flag), std::string(flag->meaning), commands});
+  }
+  return table;
+}
+
+std::string tellingLines(const Command& command) {
+  std::string text;
+  for (const auto& [line, meaning] : command.tellingLines) {
+    text += (text.empty() ? "" : "; ") + code(line);
+    if (!meaning.empty()) text += " (" + std::string(meaning) + ")";
+  }
+  return text;
+}
+
+std::string statusTable() {
+  std::string table =
+      head({"Command", "0", "1", "2", "With status 0, this line tells that not all was done"});
+  for (const Command* command : availableCommands()) {
+    const auto& [success, failure, attention] = command->outcomes;
+    table += row({code(command->words), std::string(success), std::string(failure), std::string(attention),
+                  tellingLines(*command)});
+  }
+  return table;
+}
+
+}  // namespace
+
+int main(int count, char** words) {
+  const std::string wanted = count == 2 ? words[1] : "";
+  std::string table;
+  if (wanted == "commands") table = commandTable();
+  if (wanted == "flags") table = flagTable();
+  if (wanted == "statuses") table = statusTable();
+  if (table.empty()) {
+    std::fputs("usage: command-table commands|flags|statuses\n", stderr);
+    return 2;
+  }
+  std::fputs(table.c_str(), stdout);
+}

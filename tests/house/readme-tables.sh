@@ -1,0 +1,33 @@
+#!/bin/sh
+# The README's tables of commands, flags and exit statuses are those of the rows of the commands:
+#   readme-tables.sh README COMMAND-TABLE [--write]
+# With --write they are put into the README, for a change to a row.
+set -u
+readme=$1 tables=$2 write=${3:-}
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+status=0
+
+for table in commands flags statuses; do
+  begin="<!-- table: $table -->"
+  "$tables" "$table" >"$work/wanted" || exit 1
+  if [ "$(grep -cxF -e "$begin" "$readme")" -ne 1 ]; then
+    echo "the README has no one place for the table of $table"
+    exit 1
+  fi
+  if [ "$write" = --write ]; then
+    awk -v begin="$begin" -v wanted="$work/wanted" '
+      inside && /^<!-- end of table -->$/ { inside = 0 }
+      !inside
+      $0 == begin { inside = 1; while ((getline line < wanted) > 0) print line }
+    ' "$readme" >"$work/readme" && cat "$work/readme" >"$readme"
+  fi
+  awk -v begin="$begin" '
+    inside && /^<!-- end of table -->$/ { exit }
+    inside
+    $0 == begin { inside = 1 }
+  ' "$readme" >"$work/shown"
+  diff -u "$work/shown" "$work/wanted" || status=1
+done
+[ $status -eq 0 ] || echo "tests/house/readme-tables.sh README.md $tables --write puts the tables into the README"
+exit $status
