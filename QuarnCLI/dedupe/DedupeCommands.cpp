@@ -1,5 +1,5 @@
 #include "QuarnCLI/Groups.h"
-#include "QuarnCLI/ReportFlags.h"
+#include "QuarnCLI/report/ReportFlags.h"
 
 namespace quarn {
 namespace {

@@ -1,6 +1,6 @@
 #include "QuarnCLI/Groups.h"
-#include "QuarnCLI/ReportFlags.h"
 #include "QuarnCLI/health/HealthFlags.h"
+#include "QuarnCLI/report/ReportFlags.h"
 
 namespace quarn {
 namespace {

@@ -1,5 +1,5 @@
 #include "QuarnCLI/Groups.h"
-#include "QuarnCLI/ReportFlags.h"
+#include "QuarnCLI/report/ReportFlags.h"
 #include "QuarnCLI/uninstall/UninstallFlags.h"
 
 namespace quarn {

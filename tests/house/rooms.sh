@@ -15,8 +15,8 @@ unordered_set utility variant vector version"
 # One line a file that needs more: the file, then the headers.
 exceptions="
 Platform/JsonReader.cpp cstdlib
-TOMLDecoder/FlatList.h cstdlib
-TOMLDecoder/FloatUnpacking.cpp cstdlib
+TOMLDecoder/internal/FlatList.h cstdlib
+TOMLDecoder/internal/FloatUnpacking.cpp cstdlib
 QuarnCLI/Console.cpp cstdio
 QuarnCLI/move/MoveRunner.cpp cstdio
 "

@@ -3,11 +3,17 @@
 #include <array>
 
 #include "QuarnCLI/Command.h"
+#include "QuarnCLI/report/InstallOutputFormat.h"
 
 /// The flag by which the form of a report is chosen, for all the groups that have reports.
 namespace quarn::ReportFlags {
 
-inline constexpr std::array<std::string_view, 3> forms = {"human", "tsv", "toml"};
+inline constexpr auto forms = [] {
+  constexpr auto cases = allCases<InstallOutputFormat>();
+  std::array<std::string_view, cases.size()> texts;
+  for (std::size_t i = 0; i < cases.size(); ++i) texts[i] = rawValue(cases[i]);
+  return texts;
+}();
 inline constexpr Flag format{
     .name = "--format",
     .kind = ValueKind::choice,
