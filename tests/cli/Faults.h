@@ -67,12 +67,12 @@ inline Contents contents(const std::string& folder) {
 /// The files whose content is found at none of the places. Nothing is lost if there is none.
 inline std::vector<std::string> lost(const Contents& files, const std::vector<std::string>& places) {
   std::vector<std::string> missing;
-  for (const auto& [name, content] : files) {
-    const bool found = std::any_of(places.begin(), places.end(), [&name, &content](const std::string& place) {
-      const std::string path = place + "/" + name;
-      return std::filesystem::is_regular_file(path) && scene::read(path) == content;
+  for (const auto& file : files) {
+    const bool found = std::any_of(places.begin(), places.end(), [&file](const std::string& place) {
+      const std::string path = place + "/" + file.first;
+      return std::filesystem::is_regular_file(path) && scene::read(path) == file.second;
     });
-    if (!found) missing.push_back(name);
+    if (!found) missing.push_back(file.first);
   }
   return missing;
 }

@@ -42,7 +42,7 @@ class Turns : public testing::Test {
   }
 
   Lines before;
-  const Lines none;
+  const Lines none{};
   // By names that hold no path: a path in the other run's command line would count as a running application.
   const std::string move = "quarn move one com.example.foo --yes";
   const std::string back = "quarn move back Foo";

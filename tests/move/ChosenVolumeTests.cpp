@@ -75,14 +75,17 @@ TEST(ChosenVolume, thatGoesAwayDuringAMoveNeverCostsTheSource) {
   scene::makeApp(app);
   const auto before = scene::tree(app);
   const std::string gone = "The drive is no longer mounted: /Volumes/X9";
-  const std::vector<std::pair<std::string, std::string>> rows = {
+  struct Row {
+    std::string operation, told;
+  };
+  const std::vector<Row> rows = {
       {"createFolder", gone},
       {"claim", "Copy failed: the drive was pulled out meanwhile"},
   };
-  for (const auto& [operation, told] : rows) {
+  for (const Row& row : rows) {
     EXPECT_EQ(child::failuresWithOwnMounts([&] {
-                EXPECT_EQ(moveWithTheDrivePulledAt(operation), told) << operation;
-                EXPECT_EQ(scene::tree(app), before) << operation;
+                EXPECT_EQ(moveWithTheDrivePulledAt(row.operation), row.told) << row.operation;
+                EXPECT_EQ(scene::tree(app), before) << row.operation;
                 EXPECT_FALSE(scene::exists(movedApp)) << "a copy elsewhere is no copy";
               }),
               "");
