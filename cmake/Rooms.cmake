@@ -1,11 +1,15 @@
 # A room is a target, and cmake/rooms.txt says which rooms it links.
 
-add_library(quarn-options INTERFACE)
-target_compile_options(quarn-options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion)
+# The warnings that all code here is held to: the program, its tests and the room.
+add_library(quarn-warnings INTERFACE)
+target_compile_options(quarn-warnings INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   # Optimised, this compiler warns of lengths and values that its own inlining made up.
-  target_compile_options(quarn-options INTERFACE -Wno-maybe-uninitialized -Wno-stringop-overflow -Wno-restrict -Wno-array-bounds)
+  target_compile_options(quarn-warnings INTERFACE -Wno-maybe-uninitialized -Wno-stringop-overflow -Wno-restrict -Wno-array-bounds)
 endif()
+
+add_library(quarn-options INTERFACE)
+target_link_libraries(quarn-options INTERFACE quarn-warnings)
 if(QUARN_SANITIZE)
   target_compile_options(quarn-options INTERFACE -fsanitize=${QUARN_SANITIZE} -fno-omit-frame-pointer
                                                  -fno-sanitize-recover=all)

@@ -14,10 +14,11 @@ namespace quarn::room::ChildProcesses {
 
 namespace {
 
-// The name in the second field may hold anything, blanks and brackets too; the parent follows the state.
+// The name in the second field may hold anything, spaces and brackets too; the parent follows the state.
+// See proc_pid_stat(5).
 pid_t parentOf(const std::filesystem::path& process) {
   const Descriptor file(::open((process / "stat").c_str(), O_RDONLY | O_CLOEXEC));
-  if (file.get() < 0) return 0;
+  if (!file.isOpen()) return 0;
   const std::string line = readAll(file);
   const auto afterName = line.rfind(") ");
   return afterName == std::string::npos ? 0 : std::atoi(line.c_str() + afterName + 4);
@@ -35,8 +36,9 @@ std::vector<pid_t> of(pid_t parent) {
   return children;
 }
 
-// Orphans come to this process, so killing and reaping children until there are none reaches everyone. Those
-// of the spared one come later, at a time that no wait can tell.
+// Orphans become children of this process, so killing and reaping its children until it has none ends all
+// descendants. Those of the spared process become its children only when that has ended, and no wait tells
+// when: hence the pause.
 void endAll(pid_t spared) {
   while (true) {
     for (const pid_t child : of(spared)) ::kill(child, SIGKILL);

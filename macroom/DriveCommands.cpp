@@ -4,7 +4,7 @@
 #include <iostream>
 
 #include "Drives.h"
-#include "RoomError.h"
+#include "Sys.h"
 
 namespace quarn::room::DriveCommands {
 

@@ -3,16 +3,25 @@
 #include <cerrno>
 #include <filesystem>
 #include <fstream>
-#include <mntent.h>
+#include <regex>
 #include <stdio.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "RoomError.h"
 #include "Sys.h"
 
-namespace quarn::room::Drives {
+namespace quarn::room {
+
+std::optional<DriveRequest> DriveRequest::parse(const std::string& text) {
+  static const std::regex form("([^/]+)=([1-9][0-9]*[kKmMgG]?)(,ro)?");
+  std::smatch match;
+  if (!std::regex_match(text, match, form)) return std::nullopt;
+  if (match[1] == "." || match[1] == "..") return std::nullopt;
+  return DriveRequest{match[1], match[2], match[3].matched};
+}
+
+namespace Drives {
 
 namespace fs = std::filesystem;
 
@@ -110,4 +119,6 @@ void unplug(const std::string& name, const std::string& kind) {
   removeFolder(name);
 }
 
-}  // namespace quarn::room::Drives
+}  // namespace Drives
+
+}  // namespace quarn::room

@@ -1,10 +1,22 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
-#include "DriveRequest.h"
+namespace quarn::room {
 
-namespace quarn::room::Drives {
+/// A drive to put at /Volumes/NAME.
+struct DriveRequest {
+  std::string name;
+  std::string size;  // digits, then nothing, k, m or g
+  bool readOnly = false;
+  bool operator==(const DriveRequest&) const = default;
+
+  /// From "NAME=SIZE" or "NAME=SIZE,ro"; the name may hold anything but a slash. Absent for anything else.
+  static std::optional<DriveRequest> parse(const std::string& text);
+};
+
+namespace Drives {
 
 /// Both are called inside the room and throw RoomError. `kind` is the text of QUARN_ROOM. In "mounts" a drive
 /// is a memory file system of the wanted size; in "proot", where nothing can be mounted, a folder with a line
@@ -18,4 +30,6 @@ void unplug(const std::string& name, const std::string& kind);
 /// the file that will be /etc/mtab.
 void plugFolder(const DriveRequest& request, const std::string& volumes, const std::string& mtab);
 
-}  // namespace quarn::room::Drives
+}  // namespace Drives
+
+}  // namespace quarn::room

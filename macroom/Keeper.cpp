@@ -14,14 +14,14 @@
 
 #include "ChildProcesses.h"
 #include "Rights.h"
-#include "RoomError.h"
 #include "Signals.h"
+#include "Sys.h"
 
 namespace quarn::room::Keeper {
 
 namespace {
 
-// The kernel's way to say that the process which made the room is no more.
+// What the kernel sends when the process that made the room has ended.
 const int makerEnded = SIGUSR2;
 
 std::vector<char*> pointers(const std::vector<std::string>& texts) {
@@ -87,7 +87,7 @@ void followTheMaker(bool firstOfNamespace, const Descriptor& readiness) {
   ::prctl(PR_SET_PDEATHSIG, firstOfNamespace ? SIGKILL : makerEnded);
   ::prctl(PR_SET_CHILD_SUBREAPER, 1);
   // It may have ended before the kernel was asked to tell.
-  pollfd itsEnd{readiness.get(), 0, 0};
+  pollfd itsEnd{readiness.number(), 0, 0};
   if (::poll(&itsEnd, 1, 0) > 0) ::_exit(128 + SIGKILL);
 }
 
@@ -97,7 +97,7 @@ int live(const RoomKind& kind, Descriptor& readiness) {
     launch = kind.enter();
   } catch (const std::exception& error) {
     const std::string reason = error.what();
-    if (::write(readiness.get(), reason.data(), reason.size()) < 0) return 126;
+    if (::write(readiness.number(), reason.data(), reason.size()) < 0) return 126;
     return 125;
   }
   const pid_t command = start(*launch);

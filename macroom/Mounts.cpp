@@ -20,11 +20,11 @@ bool isSamePlace(const struct stat& one, const struct stat& other) {
   return one.st_dev == other.st_dev && one.st_ino == other.st_ino;
 }
 
-// The folder that a chroot takes for its root is no mount, and only a mount can be told to keep to itself. A
-// working folder outside the own root knows no bound on the way up.
+// Only a mount point can be made private, and the root of a chroot may be an ordinary folder. A process whose
+// working folder lies outside its root can go up from there to the real root, see chroot(2).
 void climbOutOfChroot(const Descriptor& root) {
   check(::chroot("/proc"), "chroot");
-  check(::fchdir(root.get()), "/");
+  check(::fchdir(root.number()), "/");
   struct stat here {
   }, above{};
   do {
@@ -60,7 +60,7 @@ void cutOff() {
   const Descriptor root(check(::open("/", O_PATH | O_DIRECTORY | O_CLOEXEC), "/"));
   climbOutOfChroot(root);
   check(::mount(nullptr, ".", nullptr, MS_REC | MS_PRIVATE, nullptr), "own mounts");
-  check(::fchdir(root.get()), "/");
+  check(::fchdir(root.number()), "/");
   check(::chroot("."), "chroot");
 }
 

@@ -10,7 +10,6 @@
 #include "Drives.h"
 #include "Environment.h"
 #include "Mounts.h"
-#include "RoomError.h"
 #include "RoomTree.h"
 #include "Sys.h"
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "DriveRequest.h"
+#include "Drives.h"
 
 namespace quarn::room {
 

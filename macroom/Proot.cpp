@@ -9,8 +9,8 @@
 
 #include "Drives.h"
 #include "Environment.h"
-#include "RoomError.h"
 #include "RoomTree.h"
+#include "Sys.h"
 
 namespace quarn::room::Proot {
 
@@ -34,7 +34,7 @@ dev_t fileSystem(const std::string& path) {
   return ::stat(path.c_str(), &found) == 0 ? found.st_dev : 0;
 }
 
-// Where programs may be started, as they are to be from the room's and the drive's applications.
+// Applications of the room and of its drives are started from there.
 bool runsPrograms(const struct statvfs& found) {
   return (found.f_flag & ST_NOEXEC) == 0;
 }
@@ -59,7 +59,7 @@ TemporaryFolder placeForTree() {
   throw RoomError("no writable temporary folder");
 }
 
-// Another file system than the tree's, or a move to the drive would be a mere renaming.
+// On another file system than the tree, since a move within one file system would be a rename.
 std::optional<TemporaryFolder> placeForDrives(const std::string& tree) {
   const std::string ofUser = "/run/user/" + std::to_string(::geteuid());
   for (const bool mayForbidPrograms : {false, true})

@@ -8,7 +8,6 @@
 #include <unistd.h>
 
 #include "Accounts.h"
-#include "RoomError.h"
 #include "Sys.h"
 
 namespace quarn::room::RoomTree {
@@ -92,7 +91,7 @@ class Builder {
     for (const auto& entry : fs::directory_iterator(onHost(folder), error)) {
       const std::string name = entry.path().filename().string();
       const std::string target = hostInRoom + folder + "/" + name;
-      if (::symlinkat(target.c_str(), room.get(), name.c_str()) != 0 && errno != EEXIST)
+      if (::symlinkat(target.c_str(), room.number(), name.c_str()) != 0 && errno != EEXIST)
         failWithErrno(folder + "/" + name);
     }
   }

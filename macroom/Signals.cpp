@@ -20,7 +20,7 @@ sigset_t heldSet() {
 
 void hold() {
   const sigset_t set = heldSet();
-  // An inherited "ignore" would let arrivals vanish, and children's ends with them.
+  // An ignored signal is never delivered, and with SIGCHLD ignored no child could be waited for.
   for (const int number : held) ::signal(number, SIG_DFL);
   ::sigprocmask(SIG_BLOCK, &set, nullptr);
 }

@@ -4,7 +4,7 @@ namespace quarn::room::Signals {
 
 struct Arrival {
   int number = 0;
-  bool sentByProcess = false;  // not by the terminal, whose signals reach the command by themselves
+  bool sentByProcess = false;  // not by the terminal, which sends them to the command itself
 };
 
 /// From now on the signals that matter wait for `next` instead of acting by themselves.

@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include "Keeper.h"
+#include "Platform/posix/Descriptor.h"
 #include "Signals.h"
 
 namespace quarn::room::Supervisor {
@@ -50,14 +51,15 @@ Outcome run(const RoomKind& kind) {
   const Foreground foreground;
   Signals::hold();
   Pipe readiness = Pipe::make();
+  if (!readiness.reading.isOpen()) return {false, 0, std::strerror(errno)};
   const auto keeper = static_cast<pid_t>(::syscall(SYS_clone, kind.namespaces | SIGCHLD, 0, 0, 0, 0));
   if (keeper < 0) return {false, 0, std::strerror(errno)};
   if (keeper == 0) {
-    readiness.readEnd.close();
-    ::_exit(Keeper::keep(kind, std::move(readiness.writeEnd)));
+    readiness.reading.close();
+    ::_exit(Keeper::keep(kind, std::move(readiness.writing)));
   }
-  readiness.writeEnd.close();
-  const std::string reason = readAll(readiness.readEnd);
+  readiness.writing.close();
+  const std::string reason = readAll(readiness.reading);
   const int status = waitFor(keeper);
   if (reason.empty()) return {true, status, ""};
   return {false, 0, reason};

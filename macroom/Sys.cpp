@@ -3,12 +3,9 @@
 #include <array>
 #include <cerrno>
 #include <cstring>
-#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <unistd.h>
-
-#include "RoomError.h"
 
 namespace quarn::room {
 
@@ -21,21 +18,11 @@ int check(int result, const std::string& what) {
   return result;
 }
 
-void Descriptor::close() {
-  if (fd_ >= 0) ::close(std::exchange(fd_, -1));
-}
-
-Pipe Pipe::make() {
-  int ends[2];
-  check(::pipe2(ends, O_CLOEXEC), "pipe");
-  return {Descriptor(ends[0]), Descriptor(ends[1])};
-}
-
 std::string readAll(const Descriptor& from) {
   std::string all;
   std::array<char, 512> buffer{};
   ssize_t count = 0;
-  while ((count = ::read(from.get(), buffer.data(), buffer.size())) > 0 || (count < 0 && errno == EINTR))
+  while ((count = ::read(from.number(), buffer.data(), buffer.size())) > 0 || (count < 0 && errno == EINTR))
     if (count > 0) all.append(buffer.data(), static_cast<std::size_t>(count));
   return all;
 }

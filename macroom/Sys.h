@@ -1,39 +1,22 @@
 #pragma once
 
+#include <stdexcept>
 #include <string>
-#include <utility>
+
+#include "Platform/posix/Descriptor.h"
 
 namespace quarn::room {
+
+/// Why this kind of room cannot be made here; another kind may still work.
+struct RoomError : std::runtime_error {
+  using std::runtime_error::runtime_error;
+};
 
 /// Throws RoomError "WHAT: reason" when `result` is -1; gives it back otherwise.
 int check(int result, const std::string& what);
 
-/// Text of the host's answer to "what went wrong just now", with the thing it went wrong with in front.
+/// Throws RoomError "WHAT: reason"; the reason is the text of errno.
 [[noreturn]] void failWithErrno(const std::string& what);
-
-/// Owns one descriptor, closed at the end of its life.
-class Descriptor {
- public:
-  explicit Descriptor(int fd = -1) : fd_(fd) {}
-  Descriptor(Descriptor&& other) noexcept : fd_(std::exchange(other.fd_, -1)) {}
-  Descriptor& operator=(Descriptor&& other) noexcept {
-    std::swap(fd_, other.fd_);
-    return *this;
-  }
-  ~Descriptor() { close(); }
-
-  int get() const { return fd_; }
-  void close();
-
- private:
-  int fd_;
-};
-
-/// Both ends close on exec.
-struct Pipe {
-  Descriptor readEnd, writeEnd;
-  static Pipe make();
-};
 
 /// Everything until the other side closes.
 std::string readAll(const Descriptor& from);

@@ -27,7 +27,7 @@ void removeTree(const std::string& path) {
 
 Descriptor openAndLock(const std::string& path) {
   Descriptor folder(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
-  if (folder.get() < 0 || ::flock(folder.get(), LOCK_EX | LOCK_NB) != 0) return Descriptor();
+  if (!folder.isOpen() || ::flock(folder.number(), LOCK_EX | LOCK_NB) != 0) return Descriptor();
   return folder;
 }
 
@@ -36,7 +36,7 @@ void removeAbandoned(const std::string& parent) {
   for (const auto& entry : fs::directory_iterator(parent, error)) {
     if (entry.path().filename().string().rfind(prefix(), 0) != 0) continue;
     const Descriptor lock = openAndLock(entry.path().string());
-    if (lock.get() >= 0) removeTree(entry.path().string());
+    if (lock.isOpen()) removeTree(entry.path().string());
   }
 }
 
@@ -50,7 +50,7 @@ std::optional<TemporaryFolder> TemporaryFolder::make(const std::string& parent) 
     if (::mkdtemp(path.data()) == nullptr) return std::nullopt;
     Descriptor lock = openAndLock(path);
     struct stat made {};
-    if (lock.get() >= 0 && ::fstat(lock.get(), &made) == 0 && made.st_nlink > 0 &&
+    if (lock.isOpen() && ::fstat(lock.number(), &made) == 0 && made.st_nlink > 0 &&
         ::access(path.c_str(), W_OK) == 0)
       return TemporaryFolder(std::move(path), std::move(lock));
     ::rmdir(path.c_str());

@@ -69,14 +69,6 @@ int syncVolume(int item) {
   return ::syncfs(item) == 0 ? 0 : errno;
 }
 
-bool makePipe(int ends[2]) {
-  return ::pipe2(ends, O_CLOEXEC) == 0;
-}
-
-void closeAbove2(posix_spawn_file_actions_t& actions) {
-  ::posix_spawn_file_actions_addclosefrom_np(&actions, 3);
-}
-
 int parentOf(int process) {
   std::string line;
   if (readWhole(PathAt(Path("/proc/" + std::to_string(process) + "/stat")), line) != 0) return 0;

@@ -105,20 +105,6 @@ int syncVolume(int item) {
   return ::fsync_volume_np(item, SYNC_VOLUME_FULLSYNC | SYNC_VOLUME_WAIT);
 }
 
-bool makePipe(int ends[2]) {
-  if (::pipe(ends) != 0) return false;
-  for (const int end : {ends[0], ends[1]}) ::fcntl(end, F_SETFD, FD_CLOEXEC);
-  return true;
-}
-
-void closeAbove2(posix_spawn_file_actions_t& actions) {
-  // With POSIX_SPAWN_CLOEXEC_DEFAULT every descriptor is closed that isn't named, those below 3 too
-  // (posix_spawn(2)).
-  for (const int standard : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
-    if (::fcntl(standard, F_GETFD) >= 0) ::posix_spawn_file_actions_addinherit_np(&actions, standard);
-  }
-}
-
 int parentOf(int process) {
   // Unlike what is newer, this tells of everybody’s processes, and those that started us may be root’s.
   int question[] = {CTL_KERN, KERN_PROC, KERN_PROC_PID, process};

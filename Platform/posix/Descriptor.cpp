@@ -3,7 +3,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include "Platform/system/SystemCalls.h"
+#include "Platform/system/SpawnCalls.h"
 
 namespace quarn {
 

@@ -7,7 +7,7 @@
 #include <spawn.h>
 #include <unistd.h>
 
-#include "Platform/system/SystemCalls.h"
+#include "Platform/system/SpawnCalls.h"
 
 extern char** environ;
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <optional>
-#include <spawn.h>
 #include <string>
 #include <sys/types.h>
 
@@ -48,13 +47,6 @@ int syncVolume(int item);
 
 /// The name of the volume that holds a path, of which the last component need not exist.
 std::string volumeName(const Path& path);
-
-/// A pipe of which a tool that is started inherits neither end. False, with `errno` set, if there is none to
-/// be had.
-bool makePipe(int ends[2]);
-
-/// Has a tool that is started inherit no descriptor above 2.
-void closeAbove2(posix_spawn_file_actions_t& actions);
 
 /// The process that started a process, or took it over from one that has ended; 0 if there is none.
 int parentOf(int process);

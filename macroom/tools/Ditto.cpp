@@ -9,24 +9,11 @@
 #include <system_error>
 #include <unistd.h>
 
+#include "Platform/posix/Descriptor.h"
+
 namespace quarn::ditto {
 
 namespace {
-
-// Small enough that a tree as deep as the descriptors allow fits the stack.
-class Open {
- public:
-  explicit Open(int fd) : fd_(fd) {}
-  Open(const Open&) = delete;
-  Open& operator=(const Open&) = delete;
-  ~Open() {
-    if (fd_ >= 0) ::close(fd_);
-  }
-  int get() const { return fd_; }
-
- private:
-  int fd_;
-};
 
 class Folder {
  public:
@@ -104,21 +91,21 @@ void Ditto::copyFolder(const Pair& parent, const char* sourceName, const char* n
   // Open to its owner until it is filled.
   const bool made = ::mkdirat(parent.to, name, (info.st_mode & 0777) | 0700) == 0;
   if (!made && errno != EEXIST) return destinationFailed(errno);
-  const Open target(::openat(parent.to, name, O_RDONLY | O_DIRECTORY | O_CLOEXEC | follow));
-  if (target.get() < 0) return destinationFailed(errno == ELOOP ? ENOTDIR : errno);
+  const Descriptor target(::openat(parent.to, name, O_RDONLY | O_DIRECTORY | O_CLOEXEC | follow));
+  if (target.number() < 0) return destinationFailed(errno == ELOOP ? ENOTDIR : errno);
   if (top) {
     struct stat own {};
-    ::fstat(target.get(), &own);
-    destinationTop_ = target.get();
+    ::fstat(target.number(), &own);
+    destinationTop_ = target.number();
     destinationIdentity_ = {own.st_dev, own.st_ino};
     if (destinationIdentity_ == Identity{info.st_dev, info.st_ino}) return;
   }
-  copyEntries(source.get(), {::dirfd(source.get()), target.get()});
+  copyEntries(source.get(), {::dirfd(source.get()), target.number()});
   // A folder that was there before keeps its own mode and attributes, as with the real tool.
   if (!made) return;
-  if (const int error = files_.extendedAttributes(::dirfd(source.get()), target.get()))
+  if (const int error = files_.extendedAttributes(::dirfd(source.get()), target.number()))
     destinationFailed(error);
-  if (const int error = files_.properties(target.get(), info)) destinationFailed(error);
+  if (const int error = files_.properties(target.number(), info)) destinationFailed(error);
 }
 
 void Ditto::copyEntries(DIR* folder, const Pair& pair) {
@@ -174,15 +161,15 @@ int Ditto::createFile(const Pair& pair, const char* name, const struct stat& sou
 }
 
 void Ditto::copyFile(const Pair& pair, const char* sourceName, const char* name, int followLinks) {
-  const Open source(::openat(pair.from, sourceName, readFlags | followLinks));
+  const Descriptor source(::openat(pair.from, sourceName, readFlags | followLinks));
   struct stat info {};
-  if (source.get() < 0 || ::fstat(source.get(), &info) != 0) return sourceFailed(errno);
+  if (source.number() < 0 || ::fstat(source.number(), &info) != 0) return sourceFailed(errno);
   if (linkedToEarlierCopy(pair, name, info)) return;
-  const Open target(createFile(pair, name, info));
-  if (target.get() == -EEXIST) return;
-  if (target.get() < 0) return destinationFailed(-target.get());
+  const Descriptor target(createFile(pair, name, info));
+  if (target.number() == -EEXIST) return;
+  if (target.number() < 0) return destinationFailed(-target.number());
   remember(info);
-  fillFile(source.get(), target.get(), info);
+  fillFile(source.number(), target.number(), info);
 }
 
 void Ditto::fillFile(int from, int to, const struct stat& info) {

@@ -3,7 +3,7 @@
 #include <set>
 #include <sstream>
 
-#include "QuarnCLI/CommandTable.h"
+#include "QuarnCLI/dispatch/CommandTable.h"
 #include "tests/support/Scene.h"
 
 namespace quarn {

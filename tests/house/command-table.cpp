@@ -2,7 +2,7 @@
 #include <string>
 #include <vector>
 
-#include "QuarnCLI/CommandTable.h"
+#include "QuarnCLI/dispatch/CommandTable.h"
 
 // Prints a table of the README from the rows of the commands: command-table commands|flags|statuses
 

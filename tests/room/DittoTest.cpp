@@ -1,7 +1,6 @@
 #include <fcntl.h>
 #include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
 #include <linux/capability.h>
 #include <sys/prctl.h>
 #include <sys/socket.h>
@@ -10,6 +9,7 @@
 #include <sys/xattr.h>
 #include <unistd.h>
 
+#include "Platform/posix/Descriptor.h"
 #include "TestRoom.h"
 
 namespace quarn::tests {
@@ -19,10 +19,10 @@ namespace fs = std::filesystem;
 namespace {
 
 class Ditto : public testing::Test {
-  ScratchFolder scratch;
+  const ScratchFolder scratch{"/tmp"};
 
  protected:
-  fs::path source = scratch.path() / "source", destination = scratch.path() / "destination";
+  fs::path source = scratch.at("source"), destination = scratch.at("destination");
 
   void SetUp() override { fs::create_directory(source); }
 
@@ -36,18 +36,13 @@ class Ditto : public testing::Test {
     EXPECT_EQ(finished.err, "");
   }
 
-  const fs::path& top() const { return scratch.path(); }
+  fs::path top() const { return scratch.text(); }
 };
 
 void write(const fs::path& path, const std::string& text) {
   std::ofstream file(path, std::ios::binary);
   file << text;
   ASSERT_TRUE(file.flush()) << path;
-}
-
-std::string read(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
 }
 
 struct stat look(const fs::path& path) {
@@ -79,8 +74,8 @@ TEST_F(Ditto, copiesAFoldersContentsIntoANewDestination) {
   write(source / ".hidden", "dot");
   fs::create_directory(source / "empty");
   copiesAll();
-  EXPECT_EQ(read(destination / "a/b/c"), "deep");
-  EXPECT_EQ(read(destination / ".hidden"), "dot");
+  EXPECT_EQ(contentOf(destination / "a/b/c"), "deep");
+  EXPECT_EQ(contentOf(destination / ".hidden"), "dot");
   EXPECT_TRUE(fs::is_directory(destination / "empty"));
   EXPECT_FALSE(fs::exists(destination / "source"));
 }
@@ -91,8 +86,8 @@ TEST_F(Ditto, mergesIntoADestinationThatIsThere) {
   write(destination / "replaced", "a longer old content");
   write(destination / "other", "other");
   copiesAll();
-  EXPECT_EQ(read(destination / "replaced"), "new");
-  EXPECT_EQ(read(destination / "other"), "other");
+  EXPECT_EQ(contentOf(destination / "replaced"), "new");
+  EXPECT_EQ(contentOf(destination / "other"), "other");
   EXPECT_TRUE(fs::exists(destination / "kept"));
 }
 
@@ -101,7 +96,7 @@ TEST_F(Ditto, makesAFileOfAFile) {
   write(source, "x");
   destination = top() / "missing/parents/file2";
   copiesAll();
-  EXPECT_EQ(read(destination), "x");
+  EXPECT_EQ(contentOf(destination), "x");
 }
 
 TEST_F(Ditto, putsAFileIntoADestinationFolder) {
@@ -109,7 +104,7 @@ TEST_F(Ditto, putsAFileIntoADestinationFolder) {
   write(source, "x");
   fs::create_directory(destination);
   copiesAll();
-  EXPECT_EQ(read(destination / "file"), "x");
+  EXPECT_EQ(contentOf(destination / "file"), "x");
 }
 
 TEST_F(Ditto, followsALinkThatIsItsArgument) {
@@ -118,7 +113,7 @@ TEST_F(Ditto, followsALinkThatIsItsArgument) {
   source = top() / "link";
   copiesAll();
   EXPECT_FALSE(fs::is_symlink(destination));
-  EXPECT_EQ(read(destination / "a"), "x");
+  EXPECT_EQ(contentOf(destination / "a"), "x");
 }
 
 TEST_F(Ditto, copiesLinksInsideAsLinks) {
@@ -139,9 +134,9 @@ TEST_F(Ditto, replacesALinkInsteadOfWritingThroughIt) {
   fs::create_directory(destination);
   fs::create_symlink(top() / "outside", destination / "a");
   copiesAll();
-  EXPECT_EQ(read(top() / "outside"), "precious");
+  EXPECT_EQ(contentOf(top() / "outside"), "precious");
   EXPECT_FALSE(fs::is_symlink(destination / "a"));
-  EXPECT_EQ(read(destination / "a"), "new");
+  EXPECT_EQ(contentOf(destination / "a"), "new");
 }
 
 TEST_F(Ditto, keepsModes) {
@@ -181,7 +176,7 @@ TEST_F(Ditto, keepsOwnersAsFarAsAllowed) {
 TEST_F(Ditto, givesNobodyTheRightsOfAnotherOwner) {
   write(source / "a", "x");
   ::chmod((source / "a").c_str(), 06755);
-  ::chmod(top().c_str(), 0777);
+  fs::permissions(top(), fs::perms(0777));
   // The build may lie where another user can't reach it.
   const fs::path reachable = top() / "ditto";
   fs::copy_file(QUARN_DITTO, reachable);
@@ -218,20 +213,19 @@ TEST_F(Ditto, keepsHardLinksWithinTheTree) {
   copiesAll();
   EXPECT_EQ(look(destination / "a").st_ino, look(destination / "d/b").st_ino);
   EXPECT_EQ(look(destination / "a").st_nlink, 2U);
-  EXPECT_EQ(read(destination / "d/b"), "one");
+  EXPECT_EQ(contentOf(destination / "d/b"), "one");
 }
 
 TEST_F(Ditto, keepsHoles) {
   const std::string path = (source / "sparse").string();
-  const int fd = ::open(path.c_str(), O_CREAT | O_WRONLY | O_CLOEXEC, 0644);
-  ASSERT_EQ(::pwrite(fd, "begin", 5, 0), 5);
-  ASSERT_EQ(::pwrite(fd, "middle", 6, 8 << 20), 6);
-  ASSERT_EQ(::ftruncate(fd, 32 << 20), 0);
-  ::close(fd);
+  const Descriptor file(::open(path.c_str(), O_CREAT | O_WRONLY | O_CLOEXEC, 0644));
+  ASSERT_EQ(::pwrite(file.number(), "begin", 5, 0), 5);
+  ASSERT_EQ(::pwrite(file.number(), "middle", 6, 8 << 20), 6);
+  ASSERT_EQ(::ftruncate(file.number(), 32 << 20), 0);
   copiesAll();
   EXPECT_EQ(look(destination / "sparse").st_size, 32 << 20);
   EXPECT_LT(look(destination / "sparse").st_blocks * 512, 1 << 20);
-  EXPECT_EQ(read(destination / "sparse"), read(path));
+  EXPECT_EQ(contentOf(destination / "sparse"), contentOf(path));
 }
 
 TEST_F(Ditto, copiesBigFilesWhole) {
@@ -240,22 +234,21 @@ TEST_F(Ditto, copiesBigFilesWhole) {
   write(source / "big", text);
   write(source / "none", "");
   copiesAll();
-  EXPECT_EQ(read(destination / "big"), text);
+  EXPECT_EQ(contentOf(destination / "big"), text);
   EXPECT_EQ(fs::file_size(destination / "none"), 0U);
 }
 
 TEST_F(Ditto, passesOverPipesSocketsAndServerLeftovers) {
   ASSERT_EQ(::mkfifo((source / "pipe").c_str(), 0644), 0);
-  const int fd = ::socket(AF_UNIX, SOCK_STREAM, 0);
+  const Descriptor socket(::socket(AF_UNIX, SOCK_STREAM, 0));
   sockaddr_un address{};
   address.sun_family = AF_UNIX;
   (source / "socket").string().copy(address.sun_path, sizeof address.sun_path - 1);
-  ASSERT_EQ(::bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
-  ::close(fd);
+  ASSERT_EQ(::bind(socket.number(), reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
   for (const char* name : {".nfs0001", ".afpDeleted7", "real"}) write(source / name, "x");
   copiesAll();
   EXPECT_EQ(entries(destination), 1U);
-  EXPECT_EQ(read(destination / "real"), "x");
+  EXPECT_EQ(contentOf(destination / "real"), "x");
 }
 
 TEST_F(Ditto, neverReplacesAFolderByAFileNorTheReverseAndGoesOn) {
@@ -273,8 +266,8 @@ TEST_F(Ditto, neverReplacesAFolderByAFileNorTheReverseAndGoesOn) {
   EXPECT_NE(finished.err.find("ditto: " + d + "/a: Is a directory\n"), std::string::npos) << finished.err;
   EXPECT_NE(finished.err.find("ditto: " + d + "/b: Not a directory\n"), std::string::npos) << finished.err;
   EXPECT_NE(finished.err.find("ditto: " + d + "/c: Is a directory\n"), std::string::npos) << finished.err;
-  EXPECT_EQ(read(destination / "b"), "file");
-  EXPECT_EQ(read(destination / "z"), "last");
+  EXPECT_EQ(contentOf(destination / "b"), "file");
+  EXPECT_EQ(contentOf(destination / "z"), "last");
 }
 
 TEST_F(Ditto, namesWhatItCannotReadAndGoesOn) {
@@ -294,7 +287,7 @@ TEST_F(Ditto, namesWhatItCannotReadAndGoesOn) {
     EXPECT_NE(finished.err.find("ditto: " + (source / name).string() + ": Permission denied\n"),
               std::string::npos)
         << finished.err;
-  EXPECT_EQ(read(destination / "open"), "x");
+  EXPECT_EQ(contentOf(destination / "open"), "x");
 }
 
 TEST_F(Ditto, saysWhenTheSourceIsMissing) {
@@ -320,36 +313,31 @@ TEST_F(Ditto, takesNamesAsBytes) {
   for (const std::string& name : names) write(source / name, name);
   copiesAll();
   EXPECT_EQ(entries(destination), names.size());
-  for (const std::string& name : names) EXPECT_EQ(read(destination / name), name);
+  for (const std::string& name : names) EXPECT_EQ(contentOf(destination / name), name);
 }
 
 TEST_F(Ditto, reachesDeeperThanAnyPathMayBeLong) {
   // 40 times 200 bytes of names is beyond the 4,096 that one path may have.
   const std::string name(200, 'd');
-  int folder = ::open(source.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  constexpr int flags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
+  Descriptor folder(::open(source.c_str(), flags));
   for (int level = 0; level < 40; ++level) {
-    ASSERT_EQ(::mkdirat(folder, name.c_str(), 0755), 0);
-    const int next = ::openat(folder, name.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    ::close(folder);
-    folder = next;
+    ASSERT_EQ(::mkdirat(folder.number(), name.c_str(), 0755), 0);
+    folder = Descriptor(::openat(folder.number(), name.c_str(), flags));
   }
-  ::close(folder);
   copiesAll();
-  folder = ::open(destination.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  folder = Descriptor(::open(destination.c_str(), flags));
   for (int level = 0; level < 40; ++level) {
-    const int next = ::openat(folder, name.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    ASSERT_GE(next, 0) << level;
-    ::close(folder);
-    folder = next;
+    folder = Descriptor(::openat(folder.number(), name.c_str(), flags));
+    ASSERT_TRUE(folder.isOpen()) << level;
   }
-  ::close(folder);
 }
 
 TEST_F(Ditto, comesToAnEndWhenItsDestinationLiesInItsSource) {
   write(source / "a", "x");
   destination = source / "copy";
   copiesAll();
-  EXPECT_EQ(read(destination / "a"), "x");
+  EXPECT_EQ(contentOf(destination / "a"), "x");
   EXPECT_FALSE(fs::exists(destination / "copy"));
 }
 
@@ -357,11 +345,11 @@ TEST_F(Ditto, leavesATreeCopiedOntoItselfAlone) {
   write(source / "a", "x");
   destination = source;
   copiesAll();
-  EXPECT_EQ(read(source / "a"), "x");
+  EXPECT_EQ(contentOf(source / "a"), "x");
   source /= "a";
   destination = source;
   copiesAll();
-  EXPECT_EQ(read(source), "x");
+  EXPECT_EQ(contentOf(source), "x");
 }
 
 }  // namespace quarn::tests

@@ -4,7 +4,6 @@
 #include <chrono>
 #include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
 #include <signal.h>
 #include <sstream>
 #include <sys/stat.h>
@@ -37,11 +36,6 @@ INSTANTIATE_TEST_SUITE_P(Way, EveryRoom, testing::Values(Way::mounts, Way::userN
                            name << way.param;
                            return name.str();
                          });
-
-std::string contents(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
 
 /// A file of /etc that the room doesn't make by itself. Which ones a host has differs: a bare Debian has no
 /// /etc/hosts.
@@ -139,7 +133,7 @@ TEST_P(EveryRoom, endsWithItsCommandWhateverElseRunsInIt) {
 }
 
 TEST_P(EveryRoom, killedLeavesNothing) {
-  const std::string mountsBefore = contents("/proc/self/mounts");
+  const std::string mountsBefore = contentOf("/proc/self/mounts");
   Started started =
       room.start("setsid sleep 30.42 & echo ready; sleep 30.43", {"--drive", "X9=8m", "--drive", "Y=8m"});
   started.waitForOutput("ready");
@@ -147,7 +141,7 @@ TEST_P(EveryRoom, killedLeavesNothing) {
   EXPECT_TRUE(
       eventually([] { return !isRunning("30.42") && !isRunning("30.43") && abandonedRooms().empty(); }));
   EXPECT_EQ(started.finish().status, 137);
-  EXPECT_EQ(contents("/proc/self/mounts"), mountsBefore);
+  EXPECT_EQ(contentOf("/proc/self/mounts"), mountsBefore);
 }
 
 TEST_P(EveryRoom, leavesNothingWhenItsUserClosedFolders) {
@@ -223,31 +217,32 @@ TEST_P(EveryRoom, keepsItsOwnToolsWhenATestReplacesThem) {
 }
 
 TEST_P(EveryRoom, changesNothingOfTheHostsEtc) {
-  const std::string before = contents("/etc/passwd");
+  const std::string before = contentOf("/etc/passwd");
   EXPECT_EQ(room("echo x >>/etc/passwd && rm /etc/hostname && touch /etc/new").status, 0);
-  EXPECT_EQ(contents("/etc/passwd"), before);
+  EXPECT_EQ(contentOf("/etc/passwd"), before);
   EXPECT_FALSE(fs::exists("/etc/new"));
 }
 
 TEST_P(EveryRoom, writesThroughABoundFolder) {
-  const ScratchFolder host;
-  fs::permissions(host.path(), fs::perms(0777));
-  const std::string path = host.path().string();
+  const ScratchFolder host("/tmp");
+  const std::string path = host.text();
+  fs::permissions(path, fs::perms(0777));
   EXPECT_EQ(room("echo hello >" + path + "/a", {"--bind", path}).err, "");
-  EXPECT_EQ(contents(host.path() / "a"), "hello\n");
+  EXPECT_EQ(host.read("a"), "hello\n");
 }
 
 TEST_P(EveryRoom, bindsOneFileInTheMiddleOfItsOwn) {
   const std::string file = someFileOfEtc();
   ASSERT_NE(file, "");
-  const std::string before = contents(file);
+  const std::string before = contentOf(file);
   EXPECT_EQ(room("test ! -L " + file + " && cmp " + file + " /.host" + file, {"--bind", file}).status, 0);
-  EXPECT_EQ(contents(file), before);
+  EXPECT_EQ(contentOf(file), before);
 }
 
 TEST_P(EveryRoom, putsQuarnOnThePath) {
-  const ScratchFolder host;
-  const fs::path tool = host.path() / "quarn";
+  const ScratchFolder host("/tmp");
+  fs::permissions(host.text(), fs::perms(0755));
+  const fs::path tool = host.at("quarn");
   std::ofstream(tool) << "#!/bin/sh\necho quarn \"$@\"\n";
   fs::permissions(tool, fs::perms(0755));
   const Finished finished = room("command -v quarn; quarn here", {"--quarn", tool.string()});

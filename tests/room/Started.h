@@ -5,6 +5,8 @@
 #include <sys/types.h>
 #include <vector>
 
+#include "Platform/posix/Descriptor.h"
+
 namespace quarn::tests {
 
 struct Finished {
@@ -28,7 +30,7 @@ class Started {
 
  private:
   pid_t pid_ = -1;
-  int out_ = -1, err_ = -1;
+  Descriptor out_, err_;
   Finished finished_;
 };
 

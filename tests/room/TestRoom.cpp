@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <fcntl.h>
+#include <filesystem>
 #include <fstream>
 #include <grp.h>
 #include <iterator>
@@ -11,8 +12,9 @@
 #include <sys/mount.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
-#include <system_error>
 #include <unistd.h>
+
+#include "Platform/posix/Descriptor.h"
 
 namespace quarn::tests {
 
@@ -32,26 +34,15 @@ bool canMount(bool inOwnUserNamespace) {
 
 }  // namespace
 
-ScratchFolder::ScratchFolder() {
-  std::string name = "/tmp/room-test.XXXXXX";
-  if (::mkdtemp(name.data()) == nullptr) throw std::system_error(errno, std::generic_category(), name);
-  path_ = name;
-  fs::permissions(path_, fs::perms(0755));
-}
-
-ScratchFolder::~ScratchFolder() {
-  std::error_code ignored;
-  fs::remove_all(path_, ignored);
-}
-
 std::ostream& operator<<(std::ostream& out, Way way) {
   if (way == Way::mounts) return out << "mounts";
   return out << (way == Way::userNamespace ? "userNamespace" : "proot");
 }
 
 TestRoom::TestRoom(Way way) : way_(way) {
-  fs::copy(QUARN_ROOM, folder_.path() / "quarn-room");
-  fs::copy(fs::path(QUARN_ROOM).parent_path() / "room-tools", folder_.path() / "room-tools");
+  fs::permissions(folder_.text(), fs::perms(0755));
+  fs::copy(QUARN_ROOM, folder_.at("quarn-room"));
+  fs::copy(fs::path(QUARN_ROOM).parent_path() / "room-tools", folder_.at("room-tools"));
 }
 
 // Asked of the kernel and not of quarn-room, whose failure must not look like a machine that forbids rooms.
@@ -95,9 +86,9 @@ std::vector<std::string> abandonedRooms() {
     std::error_code error;
     for (const auto& entry : fs::directory_iterator(parent, error)) {
       if (entry.path().filename().string().rfind("quarn-room.", 0) != 0) continue;
-      const int fd = ::open(entry.path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-      if (fd >= 0 && ::flock(fd, LOCK_EX | LOCK_NB) == 0) found.push_back(entry.path().string());
-      if (fd >= 0) ::close(fd);
+      const Descriptor room(::open(entry.path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+      if (room.isOpen() && ::flock(room.number(), LOCK_EX | LOCK_NB) == 0)
+        found.push_back(entry.path().string());
     }
   }
   return found;

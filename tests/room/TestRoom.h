@@ -1,26 +1,13 @@
 #pragma once
 
-#include <filesystem>
 #include <ostream>
 #include <string>
 #include <vector>
 
 #include "Started.h"
+#include "tests/support/ScratchFolder.h"
 
 namespace quarn::tests {
-
-/// A folder on the host, gone with the object.
-class ScratchFolder {
- public:
-  ScratchFolder();
-  ScratchFolder(const ScratchFolder&) = delete;
-  ScratchFolder& operator=(const ScratchFolder&) = delete;
-  ~ScratchFolder();
-  const std::filesystem::path& path() const { return path_; }
-
- private:
-  std::filesystem::path path_;
-};
 
 enum class Way { mounts, userNamespace, proot };
 std::ostream& operator<<(std::ostream& out, Way way);
@@ -39,11 +26,11 @@ class TestRoom {
   /// What the process that starts quarn-room does first.
   void goThisWay() const;
 
-  std::string program() const { return (folder_.path() / "quarn-room").string(); }
+  std::string program() const { return folder_.at("quarn-room"); }
 
  private:
   Way way_;
-  ScratchFolder folder_;
+  ScratchFolder folder_{"/tmp"};
 };
 
 /// Folders of rooms below the usual temporary folders that no living room holds.

@@ -21,6 +21,7 @@
 #include <thread>
 #include <unistd.h>
 
+#include "Platform/posix/Descriptor.h"
 #include "tests/support/Content.h"
 
 namespace scene {
@@ -49,26 +50,6 @@ std::string plistText(const AppFacts& facts) {
          keys + "</dict>\n</plist>\n";
 }
 
-/// A pipe whose ends close with it.
-struct Pipe {
-  Pipe() {
-    if (::pipe2(ends.data(), O_CLOEXEC) != 0) fail("pipe");
-  }
-  ~Pipe() { closeEnds(); }
-  Pipe(const Pipe&) = delete;
-  Pipe& operator=(const Pipe&) = delete;
-  void closeEnd(int index) {
-    auto& end = ends[static_cast<std::size_t>(index)];
-    if (end >= 0) ::close(end);
-    end = -1;
-  }
-  void closeEnds() {
-    closeEnd(0);
-    closeEnd(1);
-  }
-  std::array<int, 2> ends{-1, -1};
-};
-
 std::vector<char*> pointers(std::vector<std::string>& words) {
   std::vector<char*> result;
   for (std::string& word : words) result.push_back(word.data());
@@ -93,30 +74,37 @@ int statusOf(int waitStatus) {
   std::_Exit(127);
 }
 
-/// Feeds the input and collects both streams until the program has closed them.
-void converse(Pipe& input, Pipe& output, Pipe& error, const RunOptions& options, Run& result) {
-  std::string_view rest = options.input ? std::string_view(*options.input) : std::string_view();
-  if (rest.empty()) input.closeEnd(1);
+quarn::Pipe makePipe() {
+  quarn::Pipe pipe = quarn::Pipe::make();
+  if (!pipe.reading.isOpen()) fail("pipe");
+  return pipe;
+}
+
+/// Hands on what the program has written by now.
+void collect(quarn::Descriptor& from, std::string& into) {
   std::array<char, 65536> buffer{};
-  while (output.ends[0] >= 0 || error.ends[0] >= 0) {
-    std::array<pollfd, 3> polled{pollfd{output.ends[0], POLLIN, 0}, pollfd{error.ends[0], POLLIN, 0},
-                                 pollfd{input.ends[1], POLLOUT, 0}};
+  const auto count = ::read(from.number(), buffer.data(), buffer.size());
+  if (count > 0) into.append(buffer.data(), static_cast<std::size_t>(count));
+  if (count <= 0) from.close();
+}
+
+/// Feeds the input and collects both streams until the program has closed them.
+void converse(quarn::Descriptor& input, quarn::Descriptor& output, quarn::Descriptor& error,
+              const RunOptions& options, Run& result) {
+  std::string_view rest = options.input ? std::string_view(*options.input) : std::string_view();
+  if (rest.empty()) input.close();
+  while (output.isOpen() || error.isOpen()) {
+    // A closed one is -1, which poll passes over.
+    std::array<pollfd, 3> polled{pollfd{output.number(), POLLIN, 0}, pollfd{error.number(), POLLIN, 0},
+                                 pollfd{input.number(), POLLOUT, 0}};
     if (::poll(polled.data(), polled.size(), -1) < 0) continue;
     if (polled[2].revents != 0) {
-      const auto count = ::write(input.ends[1], rest.data(), rest.size());
+      const auto count = ::write(input.number(), rest.data(), rest.size());
       if (count > 0) rest.remove_prefix(static_cast<std::size_t>(count));
-      if (count <= 0 || rest.empty()) input.closeEnd(1);
+      if (count <= 0 || rest.empty()) input.close();
     }
-    for (int i = 0; i < 2; ++i) {
-      if (polled[static_cast<std::size_t>(i)].revents == 0) continue;
-      Pipe& pipe = i == 0 ? output : error;
-      const auto count = ::read(pipe.ends[0], buffer.data(), buffer.size());
-      if (count <= 0) {
-        pipe.closeEnd(0);
-      } else {
-        (i == 0 ? result.out : result.err).append(buffer.data(), static_cast<std::size_t>(count));
-      }
-    }
+    if (polled[0].revents != 0) collect(output, result.out);
+    if (polled[1].revents != 0) collect(error, result.err);
   }
 }
 
@@ -279,26 +267,26 @@ void becomeOrdinary() {
 }
 
 Run run(const std::vector<std::string>& command, const RunOptions& options) {
-  Pipe input;
-  Pipe output;
-  Pipe error;
+  quarn::Pipe input = makePipe();
+  quarn::Pipe output = makePipe();
+  quarn::Pipe error = makePipe();
   const pid_t pid = ::fork();
   if (pid < 0) fail("fork");
   if (pid == 0) {
     if (options.input) {
-      ::dup2(input.ends[0], 0);
+      ::dup2(input.reading.number(), 0);
     } else {
       ::close(0);
     }
-    ::dup2(output.ends[1], 1);
-    ::dup2(error.ends[1], 2);
+    ::dup2(output.writing.number(), 1);
+    ::dup2(error.writing.number(), 2);
     become(command, options);
   }
-  input.closeEnd(0);
-  output.closeEnd(1);
-  error.closeEnd(1);
+  input.reading.close();
+  output.writing.close();
+  error.writing.close();
   Run result;
-  converse(input, output, error, options, result);
+  converse(input.writing, output.reading, error.reading, options, result);
   int status = 0;
   ::waitpid(pid, &status, 0);
   result.status = statusOf(status);
