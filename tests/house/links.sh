@@ -10,7 +10,7 @@ anchors() {
 }
 
 for document in *.md docs/*.md; do
-  # shellcheck disable=SC2013  # a link has no blank
+  # shellcheck disable=SC2013  # a link has no space
   for link in $(grep -o '](\([^)]*\))' "$document" | sed -e 's/^](//' -e 's/)$//'); do
     file=${link%%#*}
     [ -n "$file" ] && target=$(dirname "$document")/$file || target=$document

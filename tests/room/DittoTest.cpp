@@ -278,8 +278,7 @@ TEST_F(Ditto, namesWhatItCannotReadAndGoesOn) {
   ::chmod((source / "folder").c_str(), 0);
   const Finished finished = ditto([] {
     // Root reads everything as long as it has these.
-    for (const unsigned long right : {CAP_DAC_OVERRIDE, CAP_DAC_READ_SEARCH})
-      ::prctl(PR_CAPBSET_DROP, right, 0, 0, 0);
+    for (const int right : {CAP_DAC_OVERRIDE, CAP_DAC_READ_SEARCH}) ::prctl(PR_CAPBSET_DROP, right, 0, 0, 0);
   });
   ::chmod((source / "folder").c_str(), 0755);
   EXPECT_EQ(finished.status, 1);
