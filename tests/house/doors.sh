@@ -40,4 +40,18 @@ grep -Eq 'That\.fails' "$work/news" || complain "a failed test isn't told of"
 grep -q 'the reason' "$work/news" || complain "what a failed test printed isn't told"
 grep -Eq 'passes|isSkipped|^[[:space:]]*$' "$work/news" && complain "tests that went as usual are told of"
 [ $status -eq 0 ] || cat "$work/news"
+
+# Two parts of a check, of which one works and one fails, and the table of them.
+. "$top/packaging/stages.sh"
+mkdir "$work/stages"
+# shellcheck disable=SC2034  # for stages.sh
+logs=$work/stages
+stage "it works" awk 'BEGIN { while (++i < 10000000); }' >"$work/all" || complain "a stage that works fails"
+stage "it fails" false >>"$work/all" && complain "a stage that fails works"
+what_each_stage_took >>"$work/all"
+grep -qx '== it works' "$work/all" || complain "a stage isn't named when it begins"
+grep -Eqx 'it works +[0-9]+ +([1-9][0-9]*\.[0-9]|0\.[1-9])' "$work/all" || complain "the table lacks what a stage took"
+grep -Eqx 'it fails +[0-9]+ +[0-9]+\.[0-9]' "$work/all" || complain "the table lacks a stage that failed"
+grep -Eqx 'all +[0-9]+ +([1-9][0-9]*\.[0-9]|0\.[1-9])' "$work/all" || complain "the table lacks its sum"
+[ $status -eq 0 ] || cat "$work/all"
 exit $status
