@@ -40,7 +40,7 @@ std::vector<char*> pointers(const std::vector<std::string>& texts) {
     ::_exit(125);
   }
   if (!launch.keepRights) Rights::becomeOrdinary();
-  // The search goes by the environment of the searching process.
+  // execvp(3) searches the PATH of the calling process.
   environ = environment.data();
   ::execvp(words[0], words.data());
   const int why = errno;

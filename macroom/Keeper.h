@@ -7,7 +7,8 @@ namespace quarn::room::Keeper {
 
 /// The life of the room's first process: enters, starts the command, passes signals on, reaps what others
 /// leave, ends everything with the command or with the process that made the room, and removes what it made.
-/// Tells `readiness` why the room cannot be entered, or closes it without a word. The command's exit status.
+/// Writes to `readiness` why the room cannot be entered; once it is entered, closes it with nothing written.
+/// Gives the command's exit status.
 int keep(const RoomKind& kind, Descriptor readiness);
 
 /// The same once more under a tracer, which by itself would wait for all that the command leaves running:

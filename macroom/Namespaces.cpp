@@ -32,7 +32,7 @@ Caller findCaller() {
   return {::geteuid(), ::getegid(), terminal == nullptr ? "" : terminal};
 }
 
-// The user of a new user namespace is its root: that one right is what mounting asks for.
+// The user who makes a user namespace is root in it, and so may mount there, see user_namespaces(7).
 void becomeItsRoot(const Caller& caller) {
   writeFile("/proc/self/setgroups", "deny");
   writeFile("/proc/self/uid_map", "0 " + std::to_string(caller.uid) + " 1\n");

@@ -113,7 +113,7 @@ std::vector<std::string> words(const Options& options, const Places& places, con
   return all;
 }
 
-// A program built with the address sanitizer fails at its end under a tracer unless it leaves leaks alone.
+// Under a tracer AddressSanitizer can't look for leaks, and a program built with it fails at its end.
 std::string sanitizerOptions() {
   const std::string callers = variable("ASAN_OPTIONS");
   return "ASAN_OPTIONS=" + (callers.empty() ? "" : callers + ":") + "detect_leaks=0";

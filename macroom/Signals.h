@@ -13,7 +13,7 @@ void hold();
 /// Waits for one of them.
 Arrival next();
 
-/// For a child that becomes another program: none held, none ignored.
+/// For a child that becomes another program: no signal is blocked or ignored.
 void backToDefault();
 
 }  // namespace quarn::room::Signals

@@ -140,7 +140,7 @@ void Ditto::copyEntry(const Pair& pair, const dirent& entry) {
   relative_.resize(length);
 }
 
-// Gives way for something that is no folder: nothing stands at `name` afterwards. 0 or an errno.
+// Makes room at `name` for what is not a folder: afterwards nothing stands there. 0 or an error number.
 int Ditto::makeRoom(const Pair& pair, const char* name, const struct stat* source) {
   struct stat there {};
   if (::fstatat(pair.to, name, &there, AT_SYMLINK_NOFOLLOW) != 0) return errno == ENOENT ? 0 : errno;
@@ -149,7 +149,7 @@ int Ditto::makeRoom(const Pair& pair, const char* name, const struct stat* sourc
   return ::unlinkat(pair.to, name, 0) == 0 ? 0 : errno;
 }
 
-// A descriptor, or the negative errno. -EEXIST: source and destination are the same file.
+// A descriptor, or the error number, negated. -EEXIST: source and destination are the same file.
 int Ditto::createFile(const Pair& pair, const char* name, const struct stat& source) {
   const mode_t mode = (source.st_mode & 0777) | 0600;
   const int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
@@ -224,7 +224,7 @@ bool Ditto::linkedToEarlierCopy(const Pair& pair, const char* name, const struct
   const char* first = earlier->second.c_str();
   if (::linkat(destinationTop_, first, pair.to, name, 0) == 0) return true;
   if (errno != EEXIST || makeRoom(pair, name, &info) != 0) return false;
-  // Where links are not to be had, a second copy says the same.
+  // Where hard links can't be made, a second copy has the same content.
   return ::linkat(destinationTop_, first, pair.to, name, 0) == 0;
 }
 

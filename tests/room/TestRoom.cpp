@@ -27,7 +27,8 @@ bool canMount(bool inOwnUserNamespace) {
   const std::string map = "0 " + std::to_string(::geteuid()) + " 1";
   if (::unshare(CLONE_NEWNS | (inOwnUserNamespace ? CLONE_NEWUSER : 0)) != 0) return false;
   if (inOwnUserNamespace && !(std::ofstream("/proc/self/uid_map") << map).flush()) return false;
-  // In a chroot the root is no mount of its own; then the kernel's word for unsharing has to do.
+  // The root of a chroot may be no mount point, and then can't be made private (EINVAL, see mount(2)). There
+  // the namespace alone has to tell.
   if (::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0) return errno == EINVAL;
   return ::mount("tmpfs", "/tmp", "tmpfs", 0, nullptr) == 0;
 }
