@@ -1,6 +1,6 @@
-#include "TOMLDecoder/internal/DateTimeScanner.h"
 #include "TOMLDecoder/DateTime.h"
 #include "TOMLDecoder/TOMLDecoder.h"
+#include "TOMLDecoder/internal/DateTimeScanner.h"
 #include "tests/toml/Documents.h"
 
 using toml::LocalDate;

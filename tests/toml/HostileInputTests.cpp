@@ -1,5 +1,5 @@
-#include "TOMLDecoder/internal/LineNumbers.h"
 #include "TOMLDecoder/TOMLArray.h"
+#include "TOMLDecoder/internal/LineNumbers.h"
 #include "TOMLDecoder/internal/UTF8.h"
 #include "tests/toml/Documents.h"
 
