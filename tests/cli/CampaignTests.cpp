@@ -4,8 +4,8 @@
 #include <gtest/gtest.h>
 
 #include "tests/cli/Campaign.h"
-#include "tests/support/FailedAt.h"
-#include "tests/support/KilledAt.h"
+#include "tests/support/linux/FailedAt.h"
+#include "tests/support/linux/KilledAt.h"
 
 /// Each command that moves something, met by a fault at its n-th system call. By default a sample, so that it
 /// takes seconds; all of them, several thousand runs, with QUARN_CAMPAIGN=all.

@@ -2,7 +2,7 @@
 #include <set>
 
 #include "tests/cli/Faults.h"
-#include "tests/support/KilledAt.h"
+#include "tests/support/linux/KilledAt.h"
 
 using namespace expected;
 using namespace fault;

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/cli/Faults.h"
+#include "tests/support/IsAlive.h"
 
 using namespace expected;
 using namespace fault;

@@ -6,6 +6,7 @@
 #include <thread>
 
 #include "tests/cli/Faults.h"
+#include "tests/support/IsAlive.h"
 
 using namespace expected;
 using namespace fault;

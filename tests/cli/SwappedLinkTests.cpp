@@ -4,9 +4,9 @@
 
 #include "tests/cli/Campaign.h"
 #include "tests/cli/Faults.h"
-#include "tests/support/ChangingCalls.h"
-#include "tests/support/KilledAt.h"
-#include "tests/support/LookingCalls.h"
+#include "tests/support/linux/ChangingCalls.h"
+#include "tests/support/linux/KilledAt.h"
+#include "tests/support/linux/LookingCalls.h"
 
 using namespace fault;
 using campaign::Command;

@@ -4,8 +4,8 @@
 #include <sys/stat.h>
 
 #include "tests/cli/Faults.h"
-#include "tests/support/CallsOf.h"
-#include "tests/support/KilledAt.h"
+#include "tests/support/linux/CallsOf.h"
+#include "tests/support/linux/KilledAt.h"
 
 using namespace expected;
 using namespace fault;

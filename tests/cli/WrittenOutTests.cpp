@@ -2,8 +2,8 @@
 #include <gtest/gtest.h>
 
 #include "tests/cli/Faults.h"
-#include "tests/support/CallsOf.h"
-#include "tests/support/KilledAt.h"
+#include "tests/support/linux/CallsOf.h"
+#include "tests/support/linux/KilledAt.h"
 
 using namespace expected;
 using namespace fault;

@@ -2,7 +2,6 @@
 #include <unistd.h>
 
 #include "QuarnCore/discovery/ProcessList.h"
-#include "tests/support/Child.h"
 #include "tests/support/FakePs.h"
 #include "tests/support/Replacing.h"
 #include "tests/support/Scene.h"

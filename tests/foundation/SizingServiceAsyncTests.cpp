@@ -3,9 +3,9 @@
 
 #include "QuarnCore/foundation/SizingService.h"
 #include "tests/support/FakeTree.h"
-#include "tests/support/NiceValue.h"
 #include "tests/support/Replacing.h"
 #include "tests/support/ScratchFolder.h"
+#include "tests/support/linux/NiceValue.h"
 
 namespace quarn {
 namespace {

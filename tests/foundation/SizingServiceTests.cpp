@@ -7,6 +7,7 @@
 #include "tests/support/FakeTree.h"
 #include "tests/support/Replacing.h"
 #include "tests/support/ScratchFolder.h"
+#include "tests/support/linux/OwnMounts.h"
 
 namespace quarn {
 namespace {

@@ -5,7 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "tests/support/KilledAt.h"
+#include "tests/support/linux/KilledAt.h"
 
 int main(int count, char** words) {
   if (count < 3) return 2;

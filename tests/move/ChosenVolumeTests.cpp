@@ -4,10 +4,10 @@
 #include "QuarnCore/move/ChosenVolume.h"
 #include "QuarnCore/move/PathMover.h"
 #include "tests/move/Moving.h"
-#include "tests/support/Child.h"
 #include "tests/support/Doubles.h"
 #include "tests/support/GatedPlatform.h"
 #include "tests/support/NothingLost.h"
+#include "tests/support/linux/OwnMounts.h"
 
 namespace quarn {
 namespace {

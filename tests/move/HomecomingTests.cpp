@@ -6,6 +6,7 @@
 #include "tests/move/Moving.h"
 #include "tests/support/Child.h"
 #include "tests/support/GatedPlatform.h"
+#include "tests/support/linux/OwnMounts.h"
 
 namespace quarn {
 namespace {

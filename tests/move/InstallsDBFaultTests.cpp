@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include "QuarnCore/discovery/InstallsDB.h"
-#include "QuarnCore/discovery/InstallsDBEntryResolver.h"
 #include "QuarnCore/move/InstallsDBWriter.h"
 #include "tests/move/Moving.h"
 #include "tests/support/FailingDatabases.h"

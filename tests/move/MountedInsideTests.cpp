@@ -4,7 +4,7 @@
 #include "Platform/HostPlatform.h"
 #include "QuarnCore/move/PathMover.h"
 #include "tests/move/Moving.h"
-#include "tests/support/Child.h"
+#include "tests/support/linux/OwnMounts.h"
 
 namespace quarn {
 namespace {

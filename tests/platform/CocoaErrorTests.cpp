@@ -3,6 +3,7 @@
 #include <ostream>
 
 #include "Platform/CocoaError.h"
+#include "Platform/HostPlatform.h"
 
 namespace quarn {
 namespace {
@@ -124,12 +125,13 @@ INSTANTIATE_TEST_SUITE_P(
                     Row{Operation::trash, EIO, 512, "“x” couldn’t be moved to the trash."}));
 
 TEST(CocoaError, aParentThatIsTheRootIsCalledByTheVolumesName) {
+  const std::string name = hostPlatform().volumes.properties(Path("/"))->name.value();
   const auto moved = CocoaError::fromErrno(Operation::move, EEXIST, Path("/a/x"), Path("/x"));
   EXPECT_EQ(moved.description,
-            "“x” couldn’t be moved to “Macintosh HD” because an item with the same name already exists.");
+            "“x” couldn’t be moved to “" + name + "” because an item with the same name already exists.");
   const auto saved = CocoaError::fromErrno(Operation::save, EACCES, Path("/x"));
   EXPECT_EQ(saved.description,
-            "You don’t have permission to save the file “x” in the folder “Macintosh HD”.");
+            "You don’t have permission to save the file “x” in the folder “" + name + "”.");
 }
 
 TEST(CocoaError, theVolumesNameIsAskedForOnlyWhenTheVolumeIsToBlame) {

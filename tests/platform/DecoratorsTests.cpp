@@ -1,8 +1,6 @@
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
-#include "Platform/HostPlatform.h"
-#include "tests/support/Decorators.h"
+#include "tests/support/GatedPlatform.h"
 #include "tests/support/ScratchFolder.h"
 
 namespace quarn {
@@ -14,33 +12,34 @@ void makeThreeChanges(FileSystem& files, const ScratchFolder& scratch) {
   (void)files.rename(scratch / "link", scratch / "moved");
 }
 
-TEST(Decorators, failNthFailsThatOneAndChangesNothingThere) {
-  const PlatformError refusal(cocoaErrorDomain, 513, "refused");
-  ScratchFolder scratch;
-  FailNth files(hostPlatform().files, 2, refusal);
-  makeThreeChanges(files, scratch);
-  EXPECT_TRUE(files.fired());
+TEST(Decorators, aGateRefusesWhatItWantsAndNothingIsChangedThere) {
+  const ScratchFolder scratch;
+  int passed = 0;
+  GatedPlatform gated([&passed](const std::string&) -> Result<void> {
+    if (++passed == 2) return PlatformError(cocoaErrorDomain, 513, "refused");
+    return {};
+  });
+  makeThreeChanges(gated.platform().files, scratch);
+  EXPECT_EQ(passed, 3);
   EXPECT_TRUE(scratch.stands("folder"));
   EXPECT_FALSE(scratch.stands("link"));
-  FailNth late(hostPlatform().files, 9, refusal);
-  makeThreeChanges(late, scratch);
-  EXPECT_FALSE(late.fired());
-  EXPECT_TRUE(scratch.stands("moved"));
+  EXPECT_FALSE(scratch.stands("moved")) << "there was nothing to rename";
 }
 
-TEST(Decorators, killAtNthEndsTheProcessBeforeTheChange) {
-  ScratchFolder scratch;
-  const pid_t process = ::fork();
-  if (process == 0) {
-    KillAtNth files(hostPlatform().files, 2);
-    makeThreeChanges(files, scratch);
-    ::_exit(0);
-  }
-  int status = 0;
-  ASSERT_EQ(::waitpid(process, &status, 0), process);
-  EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL);
-  EXPECT_TRUE(scratch.stands("folder"));
-  EXPECT_FALSE(scratch.stands("link"));
+TEST(Decorators, theTrashAndToolsPassTheGateToo) {
+  const ScratchFolder scratch;
+  scratch.write("file");
+  std::vector<std::string> operations;
+  GatedPlatform gated([&operations](const std::string& operation) -> Result<void> {
+    operations.push_back(operation);
+    return PlatformError(cocoaErrorDomain, 513, "refused");
+  });
+  EXPECT_FALSE(gated.platform().trash.moveToTrash(scratch / "file"));
+  EXPECT_FALSE(gated.platform().processes.start(Path("/bin/rm"), {"-f", scratch.at("file")},
+                                                OutputStreams::inherited));
+  EXPECT_EQ(operations, (std::vector<std::string>{"trash " + scratch.at("file"),
+                                                  "start /bin/rm -f " + scratch.at("file")}));
+  EXPECT_TRUE(scratch.stands("file"));
 }
 
 TEST(Decorators, recordingKeepsTheOrder) {

@@ -1,33 +1,27 @@
 #include <algorithm>
 #include <fcntl.h>
-#include <gtest/gtest.h>
-#include <sys/socket.h>
-#include <sys/un.h>
+#include <sys/stat.h>
 
-#include "Platform/HostPlatform.h"
-#include "Platform/posix/ResolvedPath.h"
+#include "tests/platform/FileSystemContract.h"
 #include "tests/support/Child.h"
+#include "tests/support/DeepTree.h"
 #include "tests/support/Scene.h"
 #include "tests/support/ScratchFolder.h"
+#include "tests/support/SpecialFiles.h"
+#include "tests/support/VolumeTraits.h"
 
-namespace quarn {
+namespace quarn::contract {
 namespace {
 
-FileSystem& files() {
-  return hostPlatform().files;
-}
-
-template <class Value>
-int code(const Result<Value>& result) {
-  return result ? 0 : result.error().code;
-}
+class Looking : public FileSystemContract {};
+INSTANTIATE_TEST_SUITE_P(, Looking, testing::ValuesIn(fileSystems()), nameOf<Subject<FileSystem>>);
 
 std::vector<std::string> sorted(std::vector<std::string> names) {
   std::sort(names.begin(), names.end());
   return names;
 }
 
-TEST(Looking, existsFollowsLinks) {
+TEST_P(Looking, existsFollowsLinks) {
   ScratchFolder scratch;
   scratch.write("file");
   scratch.link("alive", "file");
@@ -40,7 +34,7 @@ TEST(Looking, existsFollowsLinks) {
   EXPECT_FALSE(files().exists(Path("")));
 }
 
-TEST(Looking, nothingExistsInAFolderThatMayNotBeSearched) {
+TEST_P(Looking, nothingExistsInAFolderThatMayNotBeSearched) {
   ScratchFolder scratch;
   scratch.write("closed/file");
   ::chmod(scratch.at("closed").c_str(), 0600);
@@ -51,7 +45,7 @@ TEST(Looking, nothingExistsInAFolderThatMayNotBeSearched) {
             "");
 }
 
-TEST(Looking, aLinkToAFolderIsAFolder) {
+TEST_P(Looking, aLinkToAFolderIsAFolder) {
   ScratchFolder scratch;
   scratch.folder("folder");
   scratch.write("file");
@@ -62,7 +56,7 @@ TEST(Looking, aLinkToAFolderIsAFolder) {
   EXPECT_FALSE(files().isFolder(scratch / "none"));
 }
 
-TEST(Looking, attributesDescribeTheLinkAndNotItsTarget) {
+TEST_P(Looking, attributesDescribeTheLinkAndNotItsTarget) {
   ScratchFolder scratch;
   scratch.folder("folder");
   scratch.link("link", "folder");
@@ -73,7 +67,7 @@ TEST(Looking, attributesDescribeTheLinkAndNotItsTarget) {
   EXPECT_EQ(files().attributes(scratch / "folder")->size, std::nullopt);
 }
 
-TEST(Looking, attributesOfAFileAreThoseOfTheDisk) {
+TEST_P(Looking, attributesOfAFileAreThoseOfTheDisk) {
   ScratchFolder scratch;
   scratch.write("file", std::string(10'000, 'x'));
   const struct stat status = scratch.status("file");
@@ -86,16 +80,16 @@ TEST(Looking, attributesOfAFileAreThoseOfTheDisk) {
   EXPECT_EQ(found.identity.inode, status.st_ino);
 }
 
-TEST(Looking, aFifoIsOfUnknownKindAndASocketIsASocket) {
+TEST_P(Looking, aFifoIsOfUnknownKindAndASocketIsASocket) {
   ScratchFolder scratch;
   ASSERT_EQ(::mkfifo(scratch.at("fifo").c_str(), 0600), 0);
-  ASSERT_EQ(::mknod(scratch.at("socket").c_str(), S_IFSOCK | 0600, 0), 0);
+  if (!makeSocket(scratch.at("socket"))) GTEST_SKIP() << "sockets can't be made on this volume";
   EXPECT_EQ(files().attributes(scratch / "fifo")->kind, FileKind::unknown);
   EXPECT_EQ(files().attributes(scratch / "socket")->kind, FileKind::socket);
   EXPECT_EQ(files().attributes(Path("/dev/null"))->kind, FileKind::characterDevice);
 }
 
-TEST(Looking, attributesOfNothingFail) {
+TEST_P(Looking, attributesOfNothingFail) {
   ScratchFolder scratch;
   const auto found = files().attributes(scratch / "none");
   ASSERT_FALSE(found);
@@ -103,16 +97,17 @@ TEST(Looking, attributesOfNothingFail) {
   EXPECT_EQ(found.error().description, "The file “none” couldn’t be opened because there is no such file.");
 }
 
-TEST(Looking, readLinkGivesTheStoredTextOfAnyLength) {
+TEST_P(Looking, readLinkGivesTheStoredTextOfAnyLength) {
   ScratchFolder scratch;
-  const std::string longText(4000, 'x');
+  const std::string longText(traitsOf(scratch).longestLink, 'x');
+  ASSERT_GE(longText.size(), 1000u);
   scratch.link("short", "../a b");
   scratch.link("long", longText);
   EXPECT_EQ(*files().readSymbolicLink(scratch / "short"), "../a b");
   EXPECT_EQ(*files().readSymbolicLink(scratch / "long"), longText);
 }
 
-TEST(Looking, readLinkOfNoLinkFails) {
+TEST_P(Looking, readLinkOfNoLinkFails) {
   ScratchFolder scratch;
   scratch.write("plain.txt");
   const auto found = files().readSymbolicLink(scratch / "plain.txt");
@@ -121,7 +116,7 @@ TEST(Looking, readLinkOfNoLinkFails) {
   EXPECT_EQ(code(files().readSymbolicLink(scratch / "none")), 260);
 }
 
-TEST(Looking, resolvingLinksResolvesAllOrNone) {
+TEST_P(Looking, resolvingLinksResolvesAllOrNone) {
   ScratchFolder scratch;
   scratch.write("real/file");
   scratch.link("link", "real");
@@ -131,7 +126,15 @@ TEST(Looking, resolvingLinksResolvesAllOrNone) {
   EXPECT_EQ(files().resolvingLinks(scratch / "link//./none"), scratch / "link/none");
 }
 
-TEST(Looking, linksThatLoopStayUnresolved) {
+TEST_P(Looking, resolvingLinksSpellsNamesAsTheDiskDoes) {
+  ScratchFolder scratch;
+  const bool areTwo = traitsOf(scratch).letterCase;
+  scratch.write("Name");
+  EXPECT_EQ(files().resolvingLinks(scratch / "Name").lastComponent(), "Name");
+  EXPECT_EQ(files().resolvingLinks(scratch / "nAME").lastComponent(), areTwo ? "nAME" : "Name");
+}
+
+TEST_P(Looking, linksThatLoopStayUnresolved) {
   ScratchFolder scratch;
   scratch.link("a", "b");
   scratch.link("b", "a");
@@ -139,7 +142,7 @@ TEST(Looking, linksThatLoopStayUnresolved) {
   EXPECT_FALSE(files().exists(scratch / "a"));
 }
 
-TEST(Looking, standardizedResolvesLinksOnlyWhereDotsGoUpAndAllExists) {
+TEST_P(Looking, standardizedResolvesLinksOnlyWhereDotsGoUpAndAllExists) {
   ScratchFolder scratch;
   scratch.folder("deep/inside");
   scratch.link("link", "deep/inside");
@@ -152,16 +155,19 @@ TEST(Looking, standardizedResolvesLinksOnlyWhereDotsGoUpAndAllExists) {
   EXPECT_EQ(files().standardized(Path("/../../a")), Path("/a"));
 }
 
-TEST(Looking, listGivesNamesOfAnyBytes) {
+TEST_P(Looking, listGivesNamesOfAnyBytes) {
   ScratchFolder scratch;
-  const std::vector<std::string> names =
-      sorted({"a b", "\"quoted\"", "tab\there", "line\nfeed", "bad\xFFutf8", "😀", ".hidden", "é", "e\u0301",
-              std::string(scene::longestName(), 'n')});
+  const VolumeTraits kept = traitsOf(scratch);
+  std::vector<std::string> names = {"a b", "\"quoted\"", "tab\there", "line\nfeed",
+                                    "😀",   ".hidden",    "é",         std::string(kept.longestName, 'n')};
+  if (kept.anyBytes) names.push_back("bad\xFFutf8");
+  if (kept.normalForms) names.push_back("e\u0301");
+  names = sorted(names);
   for (const auto& name : names) scratch.write(name);
   EXPECT_EQ(sorted(*files().list(scratch.path(), Hidden::included)), names);
 }
 
-TEST(Looking, listLeavesOutNoNameButTheTwoDots) {
+TEST_P(Looking, listLeavesOutNoNameButTheTwoDots) {
   ScratchFolder scratch;
   const std::vector<std::string> names =
       sorted({"._file", "file", ".DS_Store", "...", "..x", ".x", "._", "__MACOSX", "file.", "file~"});
@@ -169,14 +175,14 @@ TEST(Looking, listLeavesOutNoNameButTheTwoDots) {
   EXPECT_EQ(sorted(*files().list(scratch.path(), Hidden::included)), names);
 }
 
-TEST(Looking, listLeavesOutHiddenNames) {
+TEST_P(Looking, listLeavesOutHiddenNames) {
   ScratchFolder scratch;
   for (const char* name : {"seen", ".hidden", "..odd", "._seen", "..."}) scratch.write(name);
   EXPECT_EQ(*files().list(scratch.path(), Hidden::skipped), std::vector<std::string>{"seen"});
   EXPECT_EQ(*files().list(scratch.path(), Hidden::skippedDots), std::vector<std::string>{"seen"});
 }
 
-TEST(Looking, listFailsForALinkAFileAndNothing) {
+TEST_P(Looking, listFailsForALinkAFileAndNothing) {
   ScratchFolder scratch;
   scratch.folder("folder");
   scratch.write("file");
@@ -188,7 +194,7 @@ TEST(Looking, listFailsForALinkAFileAndNothing) {
   EXPECT_EQ(missing.error().description, "The folder “none” doesn’t exist.");
 }
 
-TEST(Looking, listAndReadNeedPermission) {
+TEST_P(Looking, listAndReadNeedPermission) {
   ScratchFolder scratch;
   scratch.folder("closed");
   scratch.write("secret");
@@ -204,7 +210,7 @@ TEST(Looking, listAndReadNeedPermission) {
             "");
 }
 
-TEST(Looking, readGivesAllBytes) {
+TEST_P(Looking, readGivesAllBytes) {
   ScratchFolder scratch;
   std::string content(300'000, '\0');
   for (std::size_t i = 0; i < content.size(); ++i) content[i] = static_cast<char>(i * 7);
@@ -214,11 +220,9 @@ TEST(Looking, readGivesAllBytes) {
   EXPECT_EQ(*files().read(scratch / "file"), content);
   EXPECT_EQ(*files().read(scratch / "link"), content);
   EXPECT_EQ(*files().read(scratch / "empty"), "");
-  // Files of the kernel say that they are empty and aren't.
-  EXPECT_FALSE(files().read(Path("/proc/self/stat"))->empty());
 }
 
-TEST(Looking, readOfWhatHoldsNoBytesFails) {
+TEST_P(Looking, readOfWhatHoldsNoBytesFails) {
   ScratchFolder scratch;
   scratch.folder("folder");
   ASSERT_EQ(::mkfifo(scratch.at("fifo").c_str(), 0600), 0);
@@ -227,7 +231,7 @@ TEST(Looking, readOfWhatHoldsNoBytesFails) {
   EXPECT_EQ(code(files().read(scratch / "none")), 260);
 }
 
-TEST(Looking, aZeroByteInAPathNamesNothing) {
+TEST_P(Looking, aZeroByteInAPathNamesNothing) {
   ScratchFolder scratch;
   scratch.write("file");
   const Path cut(scratch.at("file") + std::string("\0x", 2));
@@ -236,7 +240,7 @@ TEST(Looking, aZeroByteInAPathNamesNothing) {
   EXPECT_TRUE(scratch.stands("file"));
 }
 
-TEST(Looking, aZeroByteInAPathLeadsNowhere) {
+TEST_P(Looking, aZeroByteInAPathLeadsNowhere) {
   ScratchFolder scratch;
   const Path home = files().resolvingLinks(scratch.path());
   scratch.write("folder/file");
@@ -246,8 +250,27 @@ TEST(Looking, aZeroByteInAPathLeadsNowhere) {
   EXPECT_EQ(files().resolvingLinks(link), link);
   const Path up = home.appending("link" + cut + "/../file");
   EXPECT_EQ(files().standardized(up), home.appending("file"));
-  EXPECT_EQ(withParentResolved(link.appending("file")), link.appending("file"));
+}
+
+TEST_P(Looking, pathsLongerThanOneCallTakesWork) {
+  if (scene::inProot()) GTEST_SKIP() << "proot takes minutes over so deep a tree";
+  ScratchFolder scratch;
+  makeDeepTree(scratch.text(), 3000);
+  std::string deep = scratch.text();
+  for (int i = 0; i < 3000; ++i) deep += "/d";
+  EXPECT_TRUE(files().isFolder(Path(deep)));
+  EXPECT_TRUE(files().exists(Path(deep + "/f")));
+  EXPECT_FALSE(files().exists(Path(deep + "/none")));
+  EXPECT_EQ(files().attributes(Path(deep + "/f"))->kind, FileKind::regular);
+  EXPECT_TRUE(files().writeAtomically(Path(deep + "/f"), "new"));
+  EXPECT_EQ(*files().read(Path(deep + "/f")), "new");
+  EXPECT_TRUE(files().createFolder(Path(deep + "/e/e")));
+  EXPECT_TRUE(files().createSymbolicLink(Path(deep + "/l"), "x"));
+  EXPECT_EQ(*files().readSymbolicLink(Path(deep + "/l")), "x");
+  EXPECT_TRUE(files().rename(Path(deep + "/f"), Path(deep + "/g")));
+  EXPECT_EQ(files().list(Path(deep), Hidden::included)->size(), 3u);
+  EXPECT_TRUE(files().remove(scratch / "d"));
 }
 
 }  // namespace
-}  // namespace quarn
+}  // namespace quarn::contract

@@ -1,29 +1,31 @@
 #include <fcntl.h>
-#include <gtest/gtest.h>
-#include <linux/fs.h>
-#include <sys/ioctl.h>
-#include <sys/xattr.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
-#include "Platform/HostPlatform.h"
+#include "tests/platform/FileSystemContract.h"
 #include "tests/support/Child.h"
+#include "tests/support/ItemFacts.h"
 #include "tests/support/ScratchFolder.h"
 
-namespace quarn {
+namespace quarn::contract {
 namespace {
 
-FileSystem& files() {
-  return hostPlatform().files;
-}
-int code(const Result<void>& result) {
-  return result ? 0 : result.error().code;
-}
-int obstacle(const Path& item) {
-  const auto found = files().obstacleToRemoval(item);
-  return found ? found->code : 0;
-}
+class Claim : public FileSystemContract {};
+class RemoveSymbolicLink : public FileSystemContract {};
+class CopyAttributes : public FileSystemContract {};
+class ObstacleToRemoval : public FileSystemContract {
+ protected:
+  int obstacle(const Path& item) const {
+    const auto found = files().obstacleToRemoval(item);
+    return found ? found->code : 0;
+  }
+};
+INSTANTIATE_TEST_SUITE_P(, Claim, testing::ValuesIn(fileSystems()), nameOf<Subject<FileSystem>>);
+INSTANTIATE_TEST_SUITE_P(, RemoveSymbolicLink, testing::ValuesIn(fileSystems()), nameOf<Subject<FileSystem>>);
+INSTANTIATE_TEST_SUITE_P(, CopyAttributes, testing::ValuesIn(fileSystems()), nameOf<Subject<FileSystem>>);
+INSTANTIATE_TEST_SUITE_P(, ObstacleToRemoval, testing::ValuesIn(fileSystems()), nameOf<Subject<FileSystem>>);
 
-TEST(Claim, makesWhatIsEmptyAndForItsOwnerAlone) {
+TEST_P(Claim, makesWhatIsEmptyAndForItsOwnerAlone) {
   const ScratchFolder scratch;
   EXPECT_EQ(code(files().claim(scratch / "folder", FileKind::folder)), 0);
   EXPECT_EQ(code(files().claim(scratch / "file", FileKind::regular)), 0);
@@ -33,7 +35,7 @@ TEST(Claim, makesWhatIsEmptyAndForItsOwnerAlone) {
   EXPECT_EQ(scratch.status("file").st_size, 0);
 }
 
-TEST(Claim, ofAPlaceThatIsTakenFailsWhateverStandsThere) {
+TEST_P(Claim, ofAPlaceThatIsTakenFailsWhateverStandsThere) {
   const ScratchFolder scratch;
   scratch.write("file");
   scratch.folder("folder");
@@ -46,7 +48,7 @@ TEST(Claim, ofAPlaceThatIsTakenFailsWhateverStandsThere) {
   EXPECT_EQ(code(files().claim(scratch / "missing/x", FileKind::folder)), 4);
 }
 
-TEST(RemoveSymbolicLink, removesALinkAndNothingElse) {
+TEST_P(RemoveSymbolicLink, removesALinkAndNothingElse) {
   const ScratchFolder scratch;
   scratch.write("tree/file");
   scratch.write("file");
@@ -63,25 +65,24 @@ TEST(RemoveSymbolicLink, removesALinkAndNothingElse) {
   EXPECT_TRUE(scratch.stands("file"));
 }
 
-TEST(CopyAttributes, givesModeTimesAndAttributes) {
+TEST_P(CopyAttributes, givesModeTimesAndAttributes) {
   const ScratchFolder scratch;
   scratch.folder("from");
   scratch.folder("to");
   ::chmod(scratch.at("from").c_str(), 01751);
-  const bool hasAttributes = ::setxattr(scratch.at("from").c_str(), "user.q", "v", 1, 0) == 0;
+  const bool hasAttributes = setAttribute(scratch.at("from"), "v");
   const timespec times[2] = {{1'000'000'000, 1}, {1'100'000'000, 2}};
   ASSERT_EQ(::utimensat(AT_FDCWD, scratch.at("from").c_str(), times, 0), 0);
   EXPECT_EQ(code(files().copyAttributes(scratch / "from", scratch / "to")), 0);
   EXPECT_EQ(scratch.status("to").st_mode & 07777u, 01751u);
-  EXPECT_EQ(scratch.status("to").st_mtim.tv_sec, 1'100'000'000);
-  char value = 0;
+  EXPECT_EQ(modificationTime(scratch.at("to")).tv_sec, 1'100'000'000);
   if (hasAttributes) {
-    EXPECT_EQ(::getxattr(scratch.at("to").c_str(), "user.q", &value, 1), 1);
+    EXPECT_EQ(attribute(scratch.at("to")), "v");
   }
   EXPECT_EQ(code(files().copyAttributes(scratch / "none", scratch / "to")), 4);
 }
 
-TEST(ObstacleToRemoval, isNoneForWhatMayGoAndForWhatIsNotThere) {
+TEST_P(ObstacleToRemoval, isNoneForWhatMayGoAndForWhatIsNotThere) {
   const ScratchFolder scratch;
   scratch.write("tree/file");
   scratch.folder("empty");
@@ -90,7 +91,7 @@ TEST(ObstacleToRemoval, isNoneForWhatMayGoAndForWhatIsNotThere) {
     EXPECT_EQ(obstacle(scratch / name), 0) << name;
 }
 
-TEST(ObstacleToRemoval, isWhatTheRemovalWouldSay) {
+TEST_P(ObstacleToRemoval, isWhatTheRemovalWouldSay) {
   const ScratchFolder scratch;
   scratch.write("closed/tree/file");
   scratch.write("full/file");
@@ -112,7 +113,7 @@ TEST(ObstacleToRemoval, isWhatTheRemovalWouldSay) {
   ::chmod(scratch.at("closed").c_str(), 0755);
 }
 
-TEST(ObstacleToRemoval, isTheStickyBitOfAFolderWhoseItemsAreOthers) {
+TEST_P(ObstacleToRemoval, isTheStickyBitOfAFolderWhoseItemsAreOthers) {
   const ScratchFolder scratch;
   ::chmod(scratch.text().c_str(), 0755);
   scratch.folder("shared");
@@ -132,62 +133,16 @@ TEST(ObstacleToRemoval, isTheStickyBitOfAFolderWhoseItemsAreOthers) {
             "");
 }
 
-/// Sets or clears the flag that keeps an item from being removed by anybody.
-bool setImmutable(const std::string& path, bool on) {
-  const int file = ::open(path.c_str(), O_RDONLY);
-  int flags = 0;
-  bool done = ::ioctl(file, FS_IOC_GETFLAGS, &flags) == 0;
-  flags = on ? flags | FS_IMMUTABLE_FL : flags & ~FS_IMMUTABLE_FL;
-  done = done && ::ioctl(file, FS_IOC_SETFLAGS, &flags) == 0;
-  ::close(file);
-  return done;
-}
-
-TEST(ObstacleToRemoval, isTheFlagOfALockedItem) {
+TEST_P(ObstacleToRemoval, isTheFlagOfALockedItem) {
   const ScratchFolder scratch;
   scratch.write("tree/locked");
   scratch.write("tree/free");
-  if (!setImmutable(scratch.at("tree/locked"), true)) GTEST_SKIP() << "items can't be locked on this volume";
+  if (!setLocked(scratch.at("tree/locked"), true)) GTEST_SKIP() << "items can't be locked on this volume";
   EXPECT_EQ(obstacle(scratch / "tree/locked"), 513);
   EXPECT_EQ(obstacle(scratch / "tree/free"), 0);
   EXPECT_EQ(obstacle(scratch / "tree"), 0) << "of what lies below, a walk tells";
-  class Found : public WalkVisitor {
-   public:
-    WalkStep visit(const WalkItem& item) override {
-      if (item.obstacleToRemoval()) names.push_back(std::string(item.relativePath()));
-      return WalkStep::proceed;
-    }
-    WalkStep failed(const Path&, const PlatformError&) override { return WalkStep::stop; }
-    std::vector<std::string> names;
-  } found;
-  files().walk(scratch / "tree", Hidden::included, found);
-  EXPECT_EQ(found.names, (std::vector<std::string>{"locked"}));
-  setImmutable(scratch.at("tree/locked"), false);
-}
-
-TEST(ObstacleToRemoval, isAVolumeThatIsMountedThere) {
-  if (!child::canMount()) GTEST_SKIP() << "no right to mount a volume";
-  const ScratchFolder scratch;
-  scratch.folder("tree/drive");
-  EXPECT_EQ(child::failuresWithOwnMounts([&] {
-              ASSERT_TRUE(child::mountMemory(scratch.at("tree/drive"), "size=1m"));
-              EXPECT_EQ(obstacle(scratch / "tree/drive"), 512);
-              EXPECT_EQ(obstacle(scratch / "tree"), 0);
-            }),
-            "");
-}
-
-TEST(ObstacleToRemoval, isAReadOnlyVolume) {
-  if (!child::canMount()) GTEST_SKIP() << "no right to mount a volume";
-  const ScratchFolder scratch;
-  EXPECT_EQ(child::failuresWithOwnMounts([&] {
-              ASSERT_TRUE(child::mountMemory(scratch.text(), "size=1m"));
-              scratch.write("tree/file");
-              ASSERT_TRUE(child::makeReadOnly(scratch.text()));
-              EXPECT_EQ(obstacle(scratch / "tree"), 642);
-            }),
-            "");
+  setLocked(scratch.at("tree/locked"), false);
 }
 
 }  // namespace
-}  // namespace quarn
+}  // namespace quarn::contract

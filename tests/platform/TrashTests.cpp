@@ -1,189 +1,94 @@
-#include <gtest/gtest.h>
-#include <sys/stat.h>
+#include <cstdlib>
 
 #include "Platform/HostPlatform.h"
-#include "Platform/linux/LinuxTrash.h"
-#include "tests/support/Child.h"
+#include "tests/platform/Subject.h"
 #include "tests/support/Doubles.h"
-#include "tests/support/Scene.h"
+#include "tests/support/GatedPlatform.h"
 #include "tests/support/ScratchFolder.h"
 
-namespace quarn {
+namespace quarn::contract {
 namespace {
 
-struct Scene {
-  Scene() { scratch.folder("home"); }
-  Result<Path> trash(const Path& item) const { return LinuxTrash(places).moveToTrash(item); }
-  Result<Path> trash(const std::string& name) const { return trash(scratch / name); }
+using TrashSubject = Subject<quarn::Trash>;
 
-  ScratchFolder scratch;
-  doubles::FakePlaces places{scratch / "home"};
-};
-
-std::string repeated(const std::string& character, int count) {
-  std::string text;
-  for (int i = 0; i < count; ++i) text += character;
-  return text;
+std::shared_ptr<quarn::Trash> theHosts() {
+  return notOwned(hostPlatform().trash);
+}
+std::shared_ptr<quarn::Trash> gated() {
+  const auto open = std::make_shared<GatedPlatform>([](const std::string&) { return Result<void>(); });
+  return {open, &open->platform().trash};
 }
 
-/// The room's own table of mounts for a while.
-class MountTableOf {
- public:
-  explicit MountTableOf(const std::string& lines) {
-    std::filesystem::rename("/etc/mtab", kept_);
-    std::ofstream("/etc/mtab") << lines;
+/// Works on the drive, so that the Trash of whoever runs the tests is left alone.
+class Trash : public testing::TestWithParam<TrashSubject> {
+ protected:
+  void SetUp() override {
+    if (!std::filesystem::is_directory(ScratchFolder::drive())) GTEST_SKIP() << "there is no drive";
+    scratch = std::make_unique<ScratchFolder>(ScratchFolder::drive());
   }
-  ~MountTableOf() {
+  void TearDown() override {
     std::error_code ignored;
-    std::filesystem::rename(kept_, "/etc/mtab", ignored);
+    for (const Path& item : trashed) std::filesystem::remove_all(item.text(), ignored);
   }
-  MountTableOf(const MountTableOf&) = delete;
-  MountTableOf& operator=(const MountTableOf&) = delete;
+  Result<Path> moveToTrash(const std::string& name) {
+    const auto moved = trash_->moveToTrash(*scratch / name);
+    if (moved) trashed.push_back(*moved);
+    return moved;
+  }
+
+  std::unique_ptr<ScratchFolder> scratch;
+  std::vector<Path> trashed;
 
  private:
-  const std::string kept_ = "/etc/mtab.kept";
+  std::shared_ptr<quarn::Trash> trash_ = GetParam().make();
 };
+INSTANTIATE_TEST_SUITE_P(, Trash,
+                         testing::Values(TrashSubject{"Host", theHosts}, TrashSubject{"Gated", gated}),
+                         nameOf<TrashSubject>);
 
-TEST(Trash, takesAnItemOfTheHomeVolumeToTheHomeTrash) {
-  Scene scene;
-  scene.scratch.write("tree/file");
-  const auto inode = scene.scratch.status("tree").st_ino;
-  EXPECT_EQ(*scene.trash("tree"), scene.scratch / "home/.Trash/tree");
-  EXPECT_EQ(scene.scratch.status("home/.Trash/tree").st_ino, inode);
-  EXPECT_EQ(scene.scratch.status("home/.Trash").st_mode & 07777u, 0700u);
-  EXPECT_FALSE(scene.scratch.stands("tree"));
+TEST_P(Trash, takesAnItemAndTellsWhereItIsNow) {
+  scratch->write("tree/file", "content");
+  const auto place = moveToTrash("tree");
+  ASSERT_TRUE(place) << place.error().description;
+  EXPECT_FALSE(scratch->stands("tree"));
+  EXPECT_EQ(contentOf(place->text() + "/file"), "content");
 }
 
-TEST(Trash, findsAFreeNameForOneThatIsTaken) {
-  Scene scene;
-  const std::vector<std::string> expected{"Foo.app", "Foo 2.app", "Foo 3.app"};
-  for (const std::string& name : expected) {
-    scene.scratch.write("Foo.app", name);
-    EXPECT_EQ(*scene.trash("Foo.app"), scene.scratch / ("home/.Trash/" + name));
+TEST_P(Trash, findsAFreeNameForOneThatIsTaken) {
+  for (const char* content : {"first", "second", "third"}) {
+    scratch->write("Foo.app", content);
+    ASSERT_TRUE(moveToTrash("Foo.app"));
   }
-  for (const std::string& name : expected) EXPECT_EQ(scene.scratch.read("home/.Trash/" + name), name);
+  ASSERT_EQ(trashed.size(), 3u);
+  EXPECT_EQ(contentOf(trashed[0].text()), "first");
+  EXPECT_EQ(contentOf(trashed[1].text()), "second");
+  EXPECT_EQ(contentOf(trashed[2].text()), "third");
 }
 
-TEST(Trash, aTakenNameWithoutExtensionOrOfFullLengthGetsANumberToo) {
-  if (::scene::longestName() < 255) GTEST_SKIP() << "proot allows no name of full length";
-  Scene scene;
-  const std::string longest = std::string(251, 'n') + ".app";
-  for (const auto& [name, second] : std::vector<std::pair<std::string, std::string>>{
-           {".hidden", ".hidden 2"},
-           {"plain", "plain 2"},
-           {longest, std::string(249, 'n') + " 2.app"},
-           // The cut would fall into the last character of two bytes.
-           {repeated("\u00E9", 125) + "n.app", repeated("\u00E9", 124) + " 2.app"}}) {
-    scene.scratch.write(name);
-    ASSERT_TRUE(scene.trash(name));
-    scene.scratch.write(name);
-    EXPECT_EQ(*scene.trash(name), scene.scratch / ("home/.Trash/" + second));
-  }
+TEST_P(Trash, takesALinkAsALink) {
+  scratch->write("target");
+  scratch->link("link", "target");
+  scratch->link("dangling", "none");
+  const auto link = moveToTrash("link"), dangling = moveToTrash("dangling");
+  ASSERT_TRUE(link && dangling);
+  EXPECT_EQ(std::filesystem::read_symlink(link->text()), "target");
+  EXPECT_EQ(std::filesystem::read_symlink(dangling->text()), "none");
+  EXPECT_TRUE(scratch->stands("target"));
 }
 
-TEST(Trash, takesALinkAsALink) {
-  Scene scene;
-  scene.scratch.write("target");
-  scene.scratch.link("link", "target");
-  scene.scratch.link("dangling", "none");
-  EXPECT_TRUE(scene.trash("link"));
-  EXPECT_TRUE(scene.trash("dangling"));
-  EXPECT_EQ(std::filesystem::read_symlink(scene.scratch.at("home/.Trash/link")), "target");
-  EXPECT_EQ(std::filesystem::read_symlink(scene.scratch.at("home/.Trash/dangling")), "none");
-  EXPECT_TRUE(scene.scratch.stands("target"));
+TEST_P(Trash, refusesWhatIsNotThere) {
+  const auto moved = moveToTrash("x");
+  EXPECT_EQ(code(moved), CocoaErrorCode::fileNoSuchFile);
+  EXPECT_EQ(text(moved), "The file “x” doesn’t exist.");
 }
 
-TEST(Trash, refusesWhatIsNotThere) {
-  Scene scene;
-  scene.scratch.write("file");
-  const auto result = scene.trash("x");
-  ASSERT_FALSE(result);
-  EXPECT_EQ(result.error().code, 4);
-  EXPECT_EQ(result.error().description, "The file “x” doesn’t exist.");
-  EXPECT_EQ(scene.trash("file/x").error().code, 4);
-  EXPECT_FALSE(scene.scratch.stands("home/.Trash"));
-}
-
-TEST(Trash, needsPermission) {
-  Scene scene;
-  scene.scratch.write("closed/x");
-  ::chmod(scene.scratch.at("closed").c_str(), 0500);
-  EXPECT_EQ(child::failuresWithoutRights([&] {
-              const auto result = scene.trash("closed/x");
-              ASSERT_FALSE(result);
-              EXPECT_EQ(result.error().code, 513);
-              EXPECT_EQ(result.error().description,
-                        "“x” couldn’t be moved to the trash because you don’t have permission to access it.");
-            }),
-            "");
-  EXPECT_TRUE(scene.scratch.stands("closed/x"));
-}
-
-TEST(Trash, aLinkIsNoTrash) {
-  Scene scene;
-  scene.scratch.write("x");
-  scene.scratch.folder("elsewhere");
-  scene.scratch.link("home/.Trash", "../elsewhere");
-  const auto result = scene.trash("x");
-  ASSERT_FALSE(result);
-  EXPECT_EQ(result.error().code, 3328);
-  EXPECT_TRUE(scene.scratch.stands("x"));
-  EXPECT_FALSE(scene.scratch.stands("elsewhere/x"));
-}
-
-TEST(Trash, aDriveHasATrashForEachUser) {
-  if (!child::canMount()) GTEST_SKIP() << "no right to mount a drive";
-  Scene scene;
-  scene.scratch.folder("drive");
-  EXPECT_EQ(child::failuresWithOwnMounts([&] {
-              ASSERT_TRUE(child::mountMemory(scene.scratch.at("drive"), "size=1m"));
-              scene.scratch.write("drive/a/x");
-              const std::string own = "drive/.Trashes/" + std::to_string(::getuid());
-              EXPECT_EQ(*scene.trash("drive/a/x"),
-                        hostPlatform().files.resolvingLinks(scene.scratch.path()).appending(own + "/x"));
-              EXPECT_EQ(scene.scratch.status(own).st_mode & 07777u, 0700u);
-              EXPECT_EQ(scene.scratch.status("drive/.Trashes").st_mode & 07777u, 01333u);
-              EXPECT_FALSE(scene.scratch.stands("home/.Trash"));
-            }),
-            "");
-}
-
-TEST(Trash, aDriveThatOnlyTheTableTellsFromTheHomeVolumeHasItsOwn) {
-  const MountTableOf table("room / ext4 rw 0 0\nroom /Volumes/Shared ext4 rw 0 0\n");
-  ::scene::write("/Volumes/Shared/a/x", "content");
-  Scene scene;
-  const std::string own = "/Volumes/Shared/.Trashes/" + std::to_string(::getuid());
-  EXPECT_EQ(*scene.trash(Path("/Volumes/Shared/a/x")), Path(own + "/x"));
-  EXPECT_EQ(::scene::read(own + "/x"), "content");
-  EXPECT_FALSE(scene.scratch.stands("home/.Trash"));
-}
-
-TEST(Trash, aHomeOnADriveHasTheTrashOfTheDriveItself) {
-  const MountTableOf table("room / ext4 rw 0 0\nroom /Volumes/Shared ext4 rw 0 0\n");
-  ::scene::write("/Volumes/Shared/x", "content");
-  ::scene::makeFolder("/Volumes/Shared/me");
-  ::scene::link("/Users/moved", "/Volumes/Shared/me");
-  const doubles::FakePlaces places{Path("/Users/moved")};
-  EXPECT_EQ(*LinuxTrash(places).moveToTrash(Path("/Volumes/Shared/x")), Path("/Users/moved/.Trash/x"));
-}
-
-TEST(Trash, aReadOnlyDriveHasNone) {
-  if (!child::canMount()) GTEST_SKIP() << "no right to mount a drive";
-  Scene scene;
-  const std::string drive = "/Volumes/Locked";
-  ::scene::makeFolder(drive);
-  EXPECT_EQ(child::failuresWithOwnMounts([&] {
-              ASSERT_TRUE(child::mountMemory(drive, "size=1m"));
-              ::scene::write(drive + "/x", "content");
-              ASSERT_TRUE(child::makeReadOnly(drive));
-              const auto result = scene.trash(Path(drive + "/x"));
-              ASSERT_FALSE(result);
-              EXPECT_EQ(result.error().code, 3328);
-              EXPECT_EQ(result.error().description,
-                        "“x” couldn’t be moved to the trash because the volume “Locked” doesn’t have one.");
-            }),
-            "");
+TEST(RefusingTrash, isThatOfAVolumeWithoutOne) {
+  const ScratchFolder scratch;
+  scratch.write("file");
+  doubles::RefusingTrash trash;
+  EXPECT_EQ(code(trash.moveToTrash(scratch / "file")), CocoaErrorCode::featureUnsupported);
+  EXPECT_TRUE(scratch.stands("file"));
 }
 
 }  // namespace
-}  // namespace quarn
+}  // namespace quarn::contract

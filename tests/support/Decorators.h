@@ -1,9 +1,6 @@
 #pragma once
 
-#include <signal.h>
 #include <string>
-#include <unistd.h>
-#include <utility>
 #include <vector>
 
 #include "Platform/FileSystemDecorator.h"
@@ -62,40 +59,6 @@ class GuardedFileSystem : public FileSystemDecorator {
 
  protected:
   virtual Result<void> before(const std::string& operation) = 0;
-};
-
-/// Fails the n-th changing operation (the first is 1), which then changes nothing.
-class FailNth : public GuardedFileSystem {
- public:
-  FailNth(FileSystem& inner, int n, PlatformError error)
-      : GuardedFileSystem(inner), countdown_(n), error_(std::move(error)) {}
-  /// Whether the operation came.
-  bool fired() const { return countdown_ <= 0; }
-
- protected:
-  Result<void> before(const std::string&) override {
-    if (--countdown_ == 0) return error_;
-    return {};
-  }
-
- private:
-  int countdown_;
-  PlatformError error_;
-};
-
-/// Kills the own process before the n-th changing operation; for a process made for it.
-class KillAtNth : public GuardedFileSystem {
- public:
-  KillAtNth(FileSystem& inner, int n) : GuardedFileSystem(inner), countdown_(n) {}
-
- protected:
-  Result<void> before(const std::string&) override {
-    if (--countdown_ == 0) ::kill(::getpid(), SIGKILL);
-    return {};
-  }
-
- private:
-  int countdown_;
 };
 
 /// Keeps the changing operations as lines of text, in their order.

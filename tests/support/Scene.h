@@ -16,6 +16,8 @@ inline const std::string manifest = home + "/Library/Application Support/Quarn/h
 
 /// True where drives are real mounts; false in the room that needs no rights.
 bool hasMounts();
+/// True in that one, where proot takes every path apart and a deep tree takes minutes.
+bool inProot();
 /// The Trash on a drive, of whoever runs the test.
 std::string driveTrash(const std::string& onDrive = drive);
 /// How many bytes a name may have: 255, and one less where proot keeps one for itself.
@@ -23,6 +25,8 @@ std::size_t longestName();
 
 // Setting.
 
+/// For a scene that can't be set: throws, which ends the test.
+[[noreturn]] void fail(const std::string& what);
 /// Writes a file, its parents too.
 void write(const std::string& path, const std::string& content);
 /// A file of so many bytes that aren't zero.
@@ -108,7 +112,5 @@ std::string read(const std::string& path);
 std::vector<std::string> tree(const std::string& path);
 /// Waits up to `seconds` for something to exist; whether it does.
 bool appears(const std::string& path, double seconds = 10);
-/// Neither gone nor ended and only waiting to be collected. A signal sent a moment ago has had its effect.
-bool isAlive(pid_t process);
 
 }  // namespace scene

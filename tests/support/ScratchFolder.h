@@ -8,6 +8,7 @@
 #include <stdexcept>
 #include <string>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include "Platform/Path.h"
 #include "tests/support/Content.h"
@@ -54,13 +55,19 @@ class ScratchFolder {
     return static_cast<std::size_t>(std::distance(std::filesystem::recursive_directory_iterator(path_), {}));
   }
 
-  /// One on another volume than the temporary folder; nothing where the system has none to write to.
+  /// The second volume of the tests: a drive, whose folder QUARN_SECOND_VOLUME may name.
+  static std::string drive() {
+    const char* named = std::getenv("QUARN_SECOND_VOLUME");
+    return named ? named : "/Volumes/X9";
+  }
+  /// One on another volume than the temporary folder: the drive, or memory where the drive is a mere folder.
+  /// Nothing where neither can be written to.
   static std::unique_ptr<ScratchFolder> onOtherVolume() {
     struct stat here {
     }, there{};
     ::stat(std::filesystem::temp_directory_path().c_str(), &here);
-    for (const char* candidate : {"/dev/shm", "/Volumes/X9"}) {
-      if (::stat(candidate, &there) != 0 || there.st_dev == here.st_dev) continue;
+    for (const std::string& candidate : {drive(), std::string("/dev/shm")}) {
+      if (::stat(candidate.c_str(), &there) != 0 || there.st_dev == here.st_dev) continue;
       try {
         return std::make_unique<ScratchFolder>(candidate);
       } catch (const std::runtime_error&) {

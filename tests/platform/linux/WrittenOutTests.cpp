@@ -5,10 +5,11 @@
 #include <sys/syscall.h>
 
 #include "Platform/HostPlatform.h"
-#include "tests/support/CallsOf.h"
 #include "tests/support/Child.h"
-#include "tests/support/KilledAt.h"
 #include "tests/support/ScratchFolder.h"
+#include "tests/support/linux/CallsOf.h"
+#include "tests/support/linux/KilledAt.h"
+#include "tests/support/linux/RefusedCalls.h"
 
 namespace quarn {
 namespace {

@@ -3,9 +3,9 @@
 #include <sys/syscall.h>
 
 #include "Platform/HostPlatform.h"
-#include "tests/support/ChangingCalls.h"
-#include "tests/support/KilledAt.h"
 #include "tests/support/ScratchFolder.h"
+#include "tests/support/linux/ChangingCalls.h"
+#include "tests/support/linux/KilledAt.h"
 
 namespace quarn {
 namespace {

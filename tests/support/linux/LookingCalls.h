@@ -3,7 +3,7 @@
 #include <optional>
 #include <string>
 
-#include "tests/support/TracedProgram.h"
+#include "tests/support/linux/TracedProgram.h"
 
 namespace scene {
 

@@ -1,4 +1,4 @@
-#include "tests/support/ChangingCalls.h"
+#include "tests/support/linux/ChangingCalls.h"
 
 #include <array>
 #include <cstdint>

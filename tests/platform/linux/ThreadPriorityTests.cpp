@@ -4,7 +4,7 @@
 
 #include "Platform/RepeatingTimer.h"
 #include "Platform/ThreadPriority.h"
-#include "tests/support/NiceValue.h"
+#include "tests/support/linux/NiceValue.h"
 
 namespace quarn {
 namespace {

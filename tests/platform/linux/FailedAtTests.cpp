@@ -3,10 +3,10 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 
-#include "tests/support/FailedAt.h"
-#include "tests/support/KilledAt.h"
 #include "tests/support/Scene.h"
 #include "tests/support/ScratchFolder.h"
+#include "tests/support/linux/FailedAt.h"
+#include "tests/support/linux/KilledAt.h"
 
 namespace {
 

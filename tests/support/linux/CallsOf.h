@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/support/ChangingCalls.h"
+#include "tests/support/linux/ChangingCalls.h"
 
 /// What a program asks of the system, in its order: for promises about what comes before what, such as
 /// that nothing is removed before the copy has been written out.

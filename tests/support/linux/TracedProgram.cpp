@@ -1,4 +1,4 @@
-#include "tests/support/TracedProgram.h"
+#include "tests/support/linux/TracedProgram.h"
 
 #include <cerrno>
 #include <csignal>

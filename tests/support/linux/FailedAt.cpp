@@ -1,7 +1,7 @@
-#include "tests/support/FailedAt.h"
+#include "tests/support/linux/FailedAt.h"
 
-#include "tests/support/ChangingCalls.h"
-#include "tests/support/LookingCalls.h"
+#include "tests/support/linux/ChangingCalls.h"
+#include "tests/support/linux/LookingCalls.h"
 
 namespace scene {
 namespace {

@@ -1,11 +1,11 @@
-#include "tests/support/KilledAt.h"
+#include "tests/support/linux/KilledAt.h"
 
 #include <cerrno>
 #include <csignal>
 #include <cstring>
 
-#include "tests/support/ChangingCalls.h"
 #include "tests/support/Scene.h"
+#include "tests/support/linux/ChangingCalls.h"
 
 namespace scene {
 

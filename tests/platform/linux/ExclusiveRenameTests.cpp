@@ -3,8 +3,8 @@
 #include <sys/syscall.h>
 
 #include "Platform/HostPlatform.h"
-#include "tests/support/Child.h"
 #include "tests/support/ScratchFolder.h"
+#include "tests/support/linux/RefusedCalls.h"
 
 namespace quarn {
 namespace {

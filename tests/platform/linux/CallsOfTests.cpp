@@ -5,9 +5,9 @@
 #include <thread>
 #include <unistd.h>
 
-#include "tests/support/CallsOf.h"
-#include "tests/support/KilledAt.h"
 #include "tests/support/ScratchFolder.h"
+#include "tests/support/linux/CallsOf.h"
+#include "tests/support/linux/KilledAt.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/support/TracedProgram.h"
+#include "tests/support/linux/TracedProgram.h"
 
 /// The system calls that change the file system or write it out.
 namespace scene {

@@ -1,4 +1,4 @@
-#include "tests/support/CallsOf.h"
+#include "tests/support/linux/CallsOf.h"
 
 namespace scene {
 namespace {

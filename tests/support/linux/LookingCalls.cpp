@@ -1,4 +1,4 @@
-#include "tests/support/LookingCalls.h"
+#include "tests/support/linux/LookingCalls.h"
 
 #include <cstdint>
 #include <fcntl.h>
