@@ -1,6 +1,7 @@
 #include "Platform/system/SpawnCalls.h"
 
 #include <fcntl.h>
+#include <initializer_list>
 #include <unistd.h>
 
 namespace quarn {

@@ -238,5 +238,24 @@ TEST(MoveVerifier, anItemThatVanishesDuringTheCheckCannotBeInspected) {
   EXPECT_EQ(verdict(source, copy, replacing({.files = &files})), "Could not inspect Contents/gone.");
 }
 
+/// Keeps one item, as the sticky bit of its folder does.
+class KeptItem : public FileSystemDecorator {
+ public:
+  using FileSystemDecorator::FileSystemDecorator;
+  std::optional<PlatformError> obstacleToRemoval(const Path& item) const override {
+    if (item == Path(source)) return PlatformError("test", 1, "kept");
+    return FileSystemDecorator::obstacleToRemoval(item);
+  }
+};
+
+TEST(MoveVerifier, findsTheItemItselfKeptThoughAllBelowItCanGo) {
+  makeBoth();
+  KeptItem files(hostPlatform().files);
+  const auto found = MoveVerifier::beforeRemoval(replacing({.files = &files}), Path(source), Path(copy));
+  EXPECT_EQ(found.difference, std::nullopt);
+  ASSERT_TRUE(found.obstacle);
+  EXPECT_EQ(found.obstacle->description, "kept");
+}
+
 }  // namespace
 }  // namespace quarn

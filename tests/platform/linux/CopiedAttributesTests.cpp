@@ -46,5 +46,20 @@ TEST(CopiedAttributes, thatOnlyTheSystemMaySetAreLeftBehind) {
   EXPECT_EQ(scratch.read("copy"), "content");
 }
 
+// Under another owner these bits would lend rights that the source didn't lend.
+TEST(CopiedAttributes, ofIdentityAreLeftBehindWhereTheOwnerIsNotKept) {
+  if (!child::canRefuseCalls()) GTEST_SKIP() << "system calls can't be refused to a process here";
+  ScratchFolder scratch;
+  scratch.write("tool");
+  ASSERT_EQ(::chmod(scratch.at("tool").c_str(), 06755), 0);
+  EXPECT_EQ(
+      child::failuresRefusing(SYS_fchown, EPERM,
+                              [&] { EXPECT_EQ(code(files().copy(scratch / "tool", scratch / "copy")), 0); }),
+      "");
+  EXPECT_EQ(scratch.status("copy").st_mode & 07777, 0755U);
+  ASSERT_EQ(code(files().copy(scratch / "tool", scratch / "owned")), 0);
+  EXPECT_EQ(scratch.status("owned").st_mode & 07777, 06755U) << "the owner is kept, and so are they";
+}
+
 }  // namespace
 }  // namespace quarn::contract
