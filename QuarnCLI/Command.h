@@ -48,7 +48,7 @@ struct Outcomes {
 
 /// A line on standard output by which a script learns what status 0 doesn't tell.
 struct TellingLine {
-  std::string_view text;  ///< "N" is a number, and "…" is whatever follows
+  std::string_view text;  ///< a last "N" is a number, and "…" is any text
   std::string_view meaning;
 };
 

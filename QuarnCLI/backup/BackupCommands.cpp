@@ -1,10 +1,11 @@
+#include "QuarnCLI/FlagNames.h"
 #include "QuarnCLI/Groups.h"
 
 namespace quarn {
 namespace {
 
 constexpr Flag targetDrive{
-    .name = "--target-drive",
+    .name = FlagNames::targetDrive,
     .kind = ValueKind::path,
     .valueName = "path",
     .isRequired = true,

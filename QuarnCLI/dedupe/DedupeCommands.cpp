@@ -1,3 +1,4 @@
+#include "QuarnCLI/FlagNames.h"
 #include "QuarnCLI/Groups.h"
 #include "QuarnCLI/report/ReportFlags.h"
 
@@ -5,11 +6,11 @@ namespace quarn {
 namespace {
 
 constexpr Flag dryRun{
-    .name = "--dry-run",
+    .name = FlagNames::dryRun,
     .meaning = "changes nothing, also with --yes",
 };
 constexpr Flag yes{
-    .name = "--yes",
+    .name = FlagNames::yes,
     .meaning = "removes; without it nothing is changed",
 };
 

@@ -1,16 +1,17 @@
 #pragma once
 
 #include "QuarnCLI/Command.h"
+#include "QuarnCLI/FlagNames.h"
 
 /// The flags of the group "health".
 namespace quarn::HealthFlags {
 
 inline constexpr Flag dryRun{
-    .name = "--dry-run",
+    .name = FlagNames::dryRun,
     .meaning = "shows each repair, and changes nothing",
 };
 inline constexpr Flag yes{
-    .name = "--yes",
+    .name = FlagNames::yes,
     .meaning = "carries out every repair without asking",
 };
 inline constexpr Flag reSymlinkReverted{
@@ -22,7 +23,7 @@ inline constexpr Flag reclaimReverted{
     .meaning = "takes the drive's copy of such applications to the Trash",
 };
 inline constexpr Flag noSnapshot{
-    .name = "--no-snapshot",
+    .name = FlagNames::noSnapshot,
     .meaning = "takes no local snapshot first",
 };
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "QuarnCLI/Command.h"
+#include "QuarnCLI/FlagNames.h"
 
 /// The flags of the group "install".
 namespace quarn::InstallFlags {
@@ -13,7 +14,7 @@ inline constexpr Flag option{
     .meaning = "the install option",
 };
 inline constexpr Flag targetDrive{
-    .name = "--target-drive",
+    .name = FlagNames::targetDrive,
     .kind = ValueKind::path,
     .valueName = "path",
     .isRequired = true,
@@ -30,11 +31,11 @@ inline constexpr Flag useGantrix{
     .meaning = "runs what needs raised rights through gantrix",
 };
 inline constexpr Flag progress{
-    .name = "--progress",
+    .name = FlagNames::progress,
     .meaning = "tells each step on standard error",
 };
 inline constexpr Flag verbose{
-    .name = "--verbose",
+    .name = FlagNames::verbose,
     .meaning = "the same as --progress",
 };
 

@@ -112,6 +112,7 @@ constexpr TellingLine tellingLines[] = {
     {"    FAIL: …", "a job failed; one for each"},
     {"failed: N", "so many jobs failed"},
     {"nothing to move.", ""},
+    {"snapshot: skipped (…", "no local snapshot was taken first"},
     {"Proceed? [y/N] aborted.", "declined"},
 };
 

@@ -1,12 +1,13 @@
 #pragma once
 
 #include "QuarnCLI/Command.h"
+#include "QuarnCLI/FlagNames.h"
 
 /// The flags of the group "move".
 namespace quarn::MoveFlags {
 
 inline constexpr Flag targetDrive{
-    .name = "--target-drive",
+    .name = FlagNames::targetDrive,
     .kind = ValueKind::path,
     .valueName = "a drive's mount path or name",
     .meaning = "moves to this drive, and not to the first external, writable one",
@@ -28,15 +29,15 @@ inline constexpr Flag includeRunning{
     .meaning = "takes along applications that are running",
 };
 inline constexpr Flag dryRun{
-    .name = "--dry-run",
+    .name = FlagNames::dryRun,
     .meaning = "shows what would be moved, and changes nothing",
 };
 inline constexpr Flag yes{
-    .name = "--yes",
+    .name = FlagNames::yes,
     .meaning = "doesn't ask first",
 };
 inline constexpr Flag progress{
-    .name = "--progress",
+    .name = FlagNames::progress,
     .meaning = "shows the bytes as they arrive",
 };
 inline constexpr Flag quitRunning{
@@ -44,7 +45,7 @@ inline constexpr Flag quitRunning{
     .meaning = "asks a running application to quit",
 };
 inline constexpr Flag noSnapshot{
-    .name = "--no-snapshot",
+    .name = FlagNames::noSnapshot,
     .meaning = "takes no local snapshot first",
 };
 inline constexpr Flag largestFirst{

@@ -56,6 +56,10 @@ constexpr Flag flags[] = {
     MoveFlags::includeRunning, MoveFlags::largestFirst, MoveFlags::yes,          MoveFlags::progress,
     MoveFlags::quitRunning};
 
+constexpr TellingLine tellingLines[] = {
+    {"next: … across 0 jobs)", "everything of it has been moved already"},
+};
+
 }  // namespace
 
 constinit const Command next{
@@ -65,6 +69,7 @@ constinit const Command next{
     .outcomes = {.success = "moved, or had nothing to move",
                  .failure = "a job failed, no such drive, too little space, or declined",
                  .attention = "nothing is eligible"},
+    .tellingLines = tellingLines,
     .handler = run,
     .usageLine =
         "quarn move next [--target-drive <path>] [--no-data] [--include-risky] [--include-protected] "

@@ -1,5 +1,6 @@
 #include <array>
 
+#include "QuarnCLI/FlagNames.h"
 #include "QuarnCLI/Groups.h"
 
 namespace quarn {
@@ -14,24 +15,24 @@ constexpr Flag formats{
 };
 constexpr std::array<std::string_view, 2> inspectForms = {"human", "tsv"};
 constexpr Flag inspectFormat{
-    .name = "--format",
+    .name = FlagNames::format,
     .kind = ValueKind::choice,
     .choices = inspectForms,
     .meaning = "the form of the report",
 };
 constexpr Flag targetDrive{
-    .name = "--target-drive",
+    .name = FlagNames::targetDrive,
     .kind = ValueKind::path,
     .valueName = "path",
     .isRequired = true,
     .meaning = "the drive to install onto",
 };
 constexpr Flag dryRun{
-    .name = "--dry-run",
+    .name = FlagNames::dryRun,
     .meaning = "shows the plan and writes nothing, also with --yes",
 };
 constexpr Flag yes{
-    .name = "--yes",
+    .name = FlagNames::yes,
     .meaning = "installs; without it nothing is written",
 };
 constexpr Flag noOverwrite{

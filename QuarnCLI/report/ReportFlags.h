@@ -3,6 +3,7 @@
 #include <array>
 
 #include "QuarnCLI/Command.h"
+#include "QuarnCLI/FlagNames.h"
 #include "QuarnCLI/report/InstallOutputFormat.h"
 
 /// The flag by which the form of a report is chosen, for all the groups that have reports.
@@ -15,7 +16,7 @@ inline constexpr auto forms = [] {
   return texts;
 }();
 inline constexpr Flag format{
-    .name = "--format",
+    .name = FlagNames::format,
     .kind = ValueKind::choice,
     .choices = forms,
     .meaning = "the form of the report",

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "QuarnCLI/Command.h"
+#include "QuarnCLI/FlagNames.h"
 
 /// The flags of the group "uninstall". Naming one kind of files leaves out all that aren't named.
 namespace quarn::UninstallFlags {
@@ -28,8 +29,8 @@ inline constexpr Flag executableOnly{
     .meaning = "takes the application alone",
 };
 inline constexpr Flag minimal{.name = "--minimal", .meaning = "the same as --executable-only"};
-inline constexpr Flag dryRun{.name = "--dry-run", .meaning = "changes nothing"};
-inline constexpr Flag progress{.name = "--progress", .meaning = "tells each step on standard error"};
-inline constexpr Flag verbose{.name = "--verbose", .meaning = "the same as --progress"};
+inline constexpr Flag dryRun{.name = FlagNames::dryRun, .meaning = "changes nothing"};
+inline constexpr Flag progress{.name = FlagNames::progress, .meaning = "tells each step on standard error"};
+inline constexpr Flag verbose{.name = FlagNames::verbose, .meaning = "the same as --progress"};
 
 }  // namespace quarn::UninstallFlags

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/cli/Expected.h"
+#include "tests/support/Sanitized.h"
 #include "tests/support/Scene.h"
 
 namespace {
@@ -176,15 +177,6 @@ TEST(Interruption, aReaderThatStopsReadingLosesNothing) {
   scene::shell("quarn move one " + app + " --yes | /usr/bin/head -n 1");
   EXPECT_EQ(scene::isLink(app) ? scene::tree(moved) : scene::tree(app), before);
 }
-
-// GCC tells it by a macro, clang by a feature.
-#ifdef __SANITIZE_ADDRESS__
-constexpr bool isSanitized = true;
-#elif defined(__has_feature)
-constexpr bool isSanitized = __has_feature(address_sanitizer);
-#else
-constexpr bool isSanitized = false;
-#endif
 
 TEST(Shortage, isNotTakenForAMissingTool) {
   if (isSanitized) GTEST_SKIP() << "a sanitized program needs descriptors of its own to look at its memory";

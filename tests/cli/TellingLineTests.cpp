@@ -45,7 +45,7 @@ const Command& commandNamed(const std::string& words) {
   throw std::out_of_range(words);
 }
 
-/// A whole line; "…" stands for whatever follows, and a last "N" for a number.
+/// A whole line; "…" stands for any text, and a last "N" for a number.
 std::regex patternOf(std::string_view text) {
   std::string pattern = std::regex_replace(std::string(text), std::regex(R"([.?()\[\]|])"), "\\$&");
   pattern = std::regex_replace(pattern, std::regex("…"), ".+");
@@ -71,7 +71,17 @@ TEST(TellingLines, arePrintedByMoveAllAsItsRowSays) {
   makeTaken();
   told.run({"move", "all"});
   told.run({"move", "all", "--yes"});
+  scene::removeTool("/usr/bin/tmutil");
+  told.run({"move", "all", "--yes"});
   expectTold("move all", told);
+}
+
+TEST(TellingLines, arePrintedByMoveNextAsItsRowSays) {
+  scene::makeApp("/Applications/Foo.app");
+  Told told;
+  told.run({"move", "next", "--yes"});
+  told.run({"move", "next", "--yes"});
+  expectTold("move next", told);
 }
 
 TEST(TellingLines, arePrintedByMoveOneAsItsRowSays) {
@@ -128,7 +138,7 @@ TEST(TellingLines, areAllShownByACaseHere) {
     }
   }
   EXPECT_EQ(telling,
-            (Lines{"move all", "move one", "move path", "move plan", "snapshot create", "snapshot list"}));
+            (Lines{"move all", "move next", "move one", "move path", "move plan", "snapshot create", "snapshot list"}));
 }
 
 }  // namespace

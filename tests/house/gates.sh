@@ -39,6 +39,10 @@ answers 0 "1 files" format
 echo 'int  x ;' >crooked.h
 answers 1 "crooked.h: not laid out" format
 grep -q '^laid-out.h' "$work/out" && complain "format names a file that is laid out well"
+# A formatter that stumbles over its own rules has held nobody to anything.
+cp .clang-format rules && echo 'NoSuchKey: 1' >>.clang-format
+answers 1 "could not tell" format
+mv rules .clang-format
 rm crooked.h laid-out.h
 
 # shellcheck disable=SC2016  # for the scripts that are planted

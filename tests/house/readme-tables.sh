@@ -15,6 +15,14 @@ for table in commands flags statuses; do
     echo "the README has no one place for the table of $table"
     exit 1
   fi
+  if ! awk -v begin="$begin" '
+    inside && /^<!-- (table: .*|end of table) -->$/ { found = $0 == "<!-- end of table -->"; exit }
+    $0 == begin { inside = 1 }
+    END { exit !found }
+  ' "$readme"; then
+    echo "the table of $table has no end in the README"
+    exit 1
+  fi
   if [ "$write" = --write ]; then
     awk -v begin="$begin" -v wanted="$work/wanted" '
       inside && /^<!-- end of table -->$/ { inside = 0 }
