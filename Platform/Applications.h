@@ -8,7 +8,7 @@
 
 namespace quarn {
 
-/// An application that runs. The process may have ended since.
+/// A running application. Its process may have ended since.
 struct RunningApplication {
   int processIdentifier = 0;
   std::optional<Path> bundlePath;
@@ -18,15 +18,16 @@ struct RunningApplication {
 class Applications {
  public:
   virtual ~Applications() = default;
-  /// What runs now, with every process whose program lies in a bundle, by the real path of the bundle.
+  /// Returns what is running now. That includes every process whose executable lies in a bundle; such a
+  /// bundle is given by its real path.
   virtual std::vector<RunningApplication> running() const = 0;
-  /// Asks politely; returns at once, and the application may refuse. Nothing happens if the process has
-  /// ended, or its number belongs to another one by now; the same holds for `forceTerminate`.
+  /// Asks the application to quit and returns at once; the application may refuse. Does nothing if the
+  /// process has ended or if its identifier has since been reused; the same holds for `forceTerminate`.
   virtual void terminate(const RunningApplication& application) = 0;
-  /// Doesn't ask; returns before the application has ended.
+  /// Kills the application without asking, and returns before it has ended.
   virtual void forceTerminate(const RunningApplication& application) = 0;
-  /// Lets time pass while the list of running applications is kept current. On a Mac a part of that list
-  /// stands still while a thread merely sleeps.
+  /// Waits, and keeps the list of running applications up to date meanwhile. On a Mac part of that list
+  /// doesn't change while a thread merely sleeps.
   virtual void wait(std::chrono::milliseconds duration) = 0;
 };
 

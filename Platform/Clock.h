@@ -4,16 +4,16 @@
 
 namespace quarn {
 
-/// A moment of the calendar, in seconds and fractions since 1970.
+/// A point in calendar time: seconds since 1970, with fractions.
 using Moment = std::chrono::system_clock::time_point;
 
 class Clock {
  public:
   virtual ~Clock() = default;
   virtual Moment now() const = 0;
-  /// Time that never jumps, for lengths of time.
+  /// Returns a time that never jumps. Use it to measure durations.
   virtual std::chrono::steady_clock::time_point steadyNow() const = 0;
-  /// The moment so many seconds from now, of the time that never jumps.
+  /// Returns the point `seconds` from now on the steady clock.
   std::chrono::steady_clock::time_point after(double seconds) const {
     using Steps = std::chrono::steady_clock::duration;
     return steadyNow() + std::chrono::duration_cast<Steps>(std::chrono::duration<double>(seconds));

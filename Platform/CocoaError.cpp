@@ -11,6 +11,8 @@ bool reads(Operation operation) {
   return operation == Operation::readFile || operation == Operation::listFolder;
 }
 
+/// A Mac has separate codes for reading and for writing, and several error numbers share one code
+/// (NSFileReadUnknownError and its neighbours in FoundationErrors.h).
 int readingCode(int errnoValue) {
   switch (errnoValue) {
     case ENOENT:
@@ -49,11 +51,12 @@ int writingCode(int errnoValue) {
 }
 
 int code(Operation operation, int errnoValue) {
-  // A folder that didn't become empty is reported as one that may not be removed.
+  // Foundation reports ENOTEMPTY from a removal as a missing permission.
   if (operation == Operation::remove && errnoValue == ENOTEMPTY) return fileWriteNoPermission;
   return reads(operation) ? readingCode(errnoValue) : writingCode(errnoValue);
 }
 
+// The name by which a Mac shows the folder "/".
 constexpr const char* startupVolume = "Macintosh HD";
 
 std::string quoted(const std::string& name) {
@@ -94,7 +97,8 @@ std::string trashSentence(int number, const Path& item) {
   return beginning + ".";
 }
 
-/// Moving and copying differ in the verb and in what they say of a missing item.
+/// Builds the sentence for moving or copying. They differ in the verb and in what they say about a missing
+/// item.
 std::string transferSentence(Operation operation, int number, const Path& item, const Path& destination) {
   const bool moves = operation == Operation::move;
   const std::string verb = named(item) + (moves ? " couldn’t be moved" : " couldn’t be copied");
@@ -109,6 +113,8 @@ std::string transferSentence(Operation operation, int number, const Path& item, 
          " because either the former doesn’t exist, or the folder containing the latter doesn’t exist.";
 }
 
+/// The sentence for a missing parent folder names the file itself, as Foundation does, and calls it a folder
+/// if the write was atomic.
 std::string savingSentence(Operation operation, int number, const Path& item) {
   const std::string place = "the file " + named(item) + " in the folder " + parentNamed(item);
   if (number == fileNoSuchFile)
@@ -121,12 +127,13 @@ std::string savingSentence(Operation operation, int number, const Path& item) {
   return beginning + ".";
 }
 
-/// A full and a read-only volume are told alike, whatever was being written.
+/// Builds the sentence for a full or a read-only volume. It is the same whatever was being written.
 std::string volumeSentence(int number, const Path& item, const std::string& volume) {
   return "You can’t save the file " + named(item) + " because the volume " + quoted(volume) +
          (number == fileWriteOutOfSpace ? " is out of space." : " is read only.");
 }
 
+/// Removals and the Trash have no sentence of their own for a volume.
 bool concernsVolume(Operation operation, int number) {
   if (operation == Operation::remove || operation == Operation::trash) return false;
   return number == fileWriteOutOfSpace || number == fileWriteVolumeReadOnly;

@@ -8,36 +8,38 @@
 
 namespace quarn::CocoaError {
 
-/// What was being done; it chooses between the reading and the writing numbers and the sentence.
+/// The operation that failed. It selects the sentence, and whether the code is that of reading or of writing.
 enum class Operation {
-  readFile,  ///< read a file, its attributes or a link; the source of a copy that is missing
+  readFile,  ///< reading a file, its attributes or a link; also copying from a source that is missing
   listFolder,
   remove,
   move,
   copy,
-  save,  ///< create a folder or a link, write a file in place, set permissions
+  save,  ///< creating a folder or a link, writing a file in place, setting permissions
   saveAtomically,
   trash,
 };
 
-/// The failure of an operation, as a Mac tells it. `item` is what was worked on, `destination` where it
-/// was to go (move, copy). `volumeName` is asked only for a full or a read-only volume.
+/// Returns the error that a Mac reports for an error number. `item` is what the operation worked on;
+/// `destination` is where it was going (move and copy only). `volumeName` is called only for a full or a
+/// read-only volume.
 PlatformError fromErrno(Operation operation, int errnoValue, const Path& item, const Path& destination = {},
                         const std::function<std::string()>& volumeName = {});
 
-/// Likewise, with the number that the system itself has given.
+/// Does the same for an error code that the system has already chosen.
 PlatformError fromCode(Operation operation, int code, const Path& item, const Path& destination = {},
                        const std::function<std::string()>& volumeName = {});
 
-/// A tool that can't be started.
+/// Returns the error for a tool that can't be started.
 PlatformError toolNotStarted(const Path& executable);
-/// The system has no descriptor, process or memory left for a tool, or can't hand it its words.
+/// Returns the error for a tool that couldn't be started because the system has no descriptor, process or
+/// memory left, or can't pass on its arguments.
 PlatformError outOfResources(int errnoValue);
-/// Of a domain whose sentences aren't known here.
+/// Returns an error of a domain that has no sentences here.
 PlatformError ofDomain(const std::string& domain, int code);
-/// The Trash of a volume that has none.
+/// Returns the error for moving an item to the Trash on a volume that has none.
 PlatformError noTrash(const Path& item, const std::string& volumeName);
-/// A file that isn't UTF-8 text.
+/// Returns the error for a file that isn't UTF-8 text.
 PlatformError notUTF8(const Path& file);
 
 }  // namespace quarn::CocoaError

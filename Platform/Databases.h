@@ -8,35 +8,38 @@
 
 namespace quarn {
 
-/// One prepared statement, finalized when it goes.
+/// A prepared statement. The destructor finalizes it.
 class Statement {
  public:
   enum class Step { row, done, failed };
 
   virtual ~Statement() = default;
-  /// Positions of parameters begin at 1. An absent text binds NULL.
+  /// Binds a text to a parameter, counted from 1. Binds NULL if there is no text.
   virtual void bind(int parameter, const std::optional<std::string>& text) = 0;
   virtual Step step() = 0;
-  /// Columns begin at 0. Absent for NULL.
+  /// Returns the text of a column, counted from 0, or nothing if it is NULL.
   virtual std::optional<std::string> text(int column) const = 0;
 };
 
-/// An open SQLite database, closed when it goes. There is no busy handler: a locked database fails at once.
+/// An open SQLite database. The destructor closes it. It has no busy handler, so a locked database fails at
+/// once.
 class Database {
  public:
   virtual ~Database() = default;
-  /// Null pointer if the database doesn't offer what the statement asks for.
+  /// Returns a null pointer if the statement can't be prepared, for example because the database lacks a
+  /// table that it names.
   virtual std::unique_ptr<Statement> prepare(const std::string& sql) = 0;
-  /// Rows that the last statement changed.
+  /// Returns how many rows the last statement changed.
   virtual int changes() const = 0;
 };
 
-/// SQLite databases that are there already; none is ever created. A null pointer stands for one that is
-/// missing, no regular file, or can't be opened.
+/// Opens SQLite databases that already exist; it never creates one. Both operations return a null pointer if
+/// the file is missing, isn't a regular file or can't be opened.
 class Databases {
  public:
   virtual ~Databases() = default;
-  /// SQLite itself refuses a statement that would change it (sqlite3_open_v2, SQLITE_OPEN_READONLY).
+  /// Opens a database read-only: SQLite refuses any statement that would change it (SQLITE_OPEN_READONLY of
+  /// sqlite3_open_v2).
   virtual std::unique_ptr<Database> openForReading(const Path& file) const = 0;
   virtual std::unique_ptr<Database> openForWriting(const Path& file) = 0;
 };

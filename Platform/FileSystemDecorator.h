@@ -4,7 +4,7 @@
 
 namespace quarn {
 
-/// Forwards everything to another file system, so that a wrapper says only what it does otherwise.
+/// Forwards every operation to another file system. A derived class overrides only what it does differently.
 class FileSystemDecorator : public FileSystem {
  public:
   explicit FileSystemDecorator(FileSystem& inner) : inner_(inner) {}

@@ -4,7 +4,8 @@
 
 namespace quarn {
 
-/// The operating system that this program runs on. For the entry, and for tests: everybody else is handed it.
+/// Returns the operating system that this program runs on. Only the entry and tests call it; all other code
+/// is handed a platform.
 Platform& hostPlatform();
 
 }  // namespace quarn

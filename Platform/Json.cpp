@@ -5,8 +5,8 @@
 
 namespace quarn {
 
-/// One form for each number, so that 5.0 equals 5. Beyond 2 to the 53rd a fraction has another text than a
-/// whole number, and minus zero has one of its own.
+/// Stores whole numbers as integers, so that 5.0 equals 5. Two kinds of number stay doubles because their
+/// text differs: those beyond 2^53, and minus zero.
 Json::Json(double value) : value_(value) {
   constexpr double limit = 9007199254740992.0;
   const bool isMinusZero = value == 0 && std::signbit(value);
@@ -17,8 +17,8 @@ Json::Json(double value) : value_(value) {
 std::optional<std::int64_t> Json::integer() const {
   if (const auto* whole = std::get_if<std::int64_t>(&value_)) return *whole;
   const auto* number = std::get_if<double>(&value_);
-  // 2 to the 63rd is the first double beyond the range. Its negative is within, but stands as well for
-  // the numbers below it that were rounded up.
+  // 2^63 is the first double above the range. -2^63 is inside the range but is refused too: smaller numbers
+  // may have been rounded to it when they were read.
   constexpr double limit = 9223372036854775808.0;
   if (!number || *number <= -limit || *number >= limit || std::trunc(*number) != *number) return std::nullopt;
   return static_cast<std::int64_t>(*number);

@@ -10,31 +10,31 @@
 
 namespace quarn {
 
-/// A JSON value. Reading is as strict and as lenient as the platform's own coder: a trailing comma is
-/// accepted, of equal keys the first counts, and nesting ends at 512. Writing is to the byte what that coder
-/// writes.
+/// A JSON value. The reader accepts and refuses exactly what a Mac's own decoder does: a trailing comma is
+/// accepted, the first of equal keys counts, and nesting deeper than 512 is refused. The writer produces the
+/// same bytes as a Mac's encoder.
 class Json {
  public:
   using Array = std::vector<Json>;
-  /// In the order in which they were read or are to be written, doubled keys included.
+  /// The members in the order in which they were read or will be written, duplicate keys included.
   using Object = std::vector<std::pair<std::string, Json>>;
 
   Json() = default;  ///< null
   Json(bool value) : value_(value) {}
   Json(std::int64_t value) : value_(value) {}
-  /// Finite: there is no text for another number.
+  /// The number must be finite: JSON has no text for any other.
   Json(double value);
   Json(std::string value) : value_(std::move(value)) {}
   Json(const char* value) : value_(std::string(value)) {}
   Json(Array value) : value_(std::move(value)) {}
   Json(Object value) : value_(std::move(value)) {}
 
-  /// Nothing if `bytes` are no JSON text, or are followed by more.
+  /// Returns nothing if `bytes` aren't one JSON text, or if anything but white space follows it.
   static std::optional<Json> parse(std::string_view bytes);
-  /// Two spaces a level, " : " behind a key, keys in the order of their bytes; no line feed at the end. An
-  /// empty array is "[", an empty line, "]".
+  /// Writes two spaces per level, " : " after each key, keys sorted by their bytes, and no line feed at the
+  /// end. An empty array is "[", an empty line and "]".
   std::string prettyText() const;
-  /// Without any space, keys in their own order.
+  /// Writes no white space, and keys in their own order.
   std::string compactText() const;
 
   bool isNull() const { return std::holds_alternative<std::monostate>(value_); }
@@ -42,14 +42,14 @@ class Json {
   const Object* object() const { return std::get_if<Object>(&value_); }
   const std::string* text() const { return std::get_if<std::string>(&value_); }
   const bool* flag() const { return std::get_if<bool>(&value_); }
-  /// A whole number within 64 bits, however it was written (5, 5.0, 5e0).
+  /// Returns a whole number that fits 64 bits, however it was written (5, 5.0, 5e0).
   std::optional<std::int64_t> integer() const;
-  /// Any number.
+  /// Returns any number.
   std::optional<double> number() const;
-  /// The value of a key of an object; null pointer if there is none, or if it is null.
+  /// Returns the value of a key of an object, or a null pointer if the key is missing or its value is null.
   const Json* member(std::string_view key) const;
 
-  /// Numbers by their value; objects with their keys in the same order.
+  /// Compares numbers by value, and objects including the order of their keys.
   bool operator==(const Json&) const = default;
 
  private:

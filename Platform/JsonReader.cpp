@@ -17,8 +17,8 @@ bool isDigit(char c) {
   return c >= '0' && c <= '9';
 }
 
-/// Reads from the front of a text of valid UTF-8. Whatever answers false or nothing has met an error, and
-/// reading ends there.
+/// Reads from the front of a valid UTF-8 text. A function that returns false or nothing has met an error; the
+/// whole read then fails.
 class Reader {
  public:
   explicit Reader(std::string_view text) : rest_(text) {}
@@ -55,9 +55,11 @@ class Reader {
     return number();
   }
 
-  /// What stands between brackets of either kind. A comma may stand behind the last element.
+  /// Reads the elements between brackets of either kind. A comma after the last element is accepted, as a
+  /// Mac's decoder does.
   template <class Element>
   bool elements(char close, const Element& element) {
+    // The reader is recursive, so this bound also protects the stack.
     if (++nesting_ > deepestNesting) return false;
     rest_.remove_prefix(1);
     for (bool isOpen = !takeBehindBlanks(close); isOpen;) {
@@ -102,6 +104,7 @@ class Reader {
       const char c = rest_.front();
       rest_.remove_prefix(1);
       if (c == '"') return content;
+      // RFC 8259 requires control characters to be escaped.
       if (static_cast<unsigned char>(c) < 0x20) return std::nullopt;
       if (c != '\\') {
         content += c;
@@ -123,7 +126,8 @@ class Reader {
     return true;
   }
 
-  /// Two escapes in a row make up a scalar that needs a surrogate pair; half a pair is an error.
+  /// Reads a \u escape. A code point outside the Basic Multilingual Plane takes two of them, a surrogate pair
+  /// (RFC 8259, section 7); half a pair is an error.
   bool scalarEscape(std::string& content) {
     auto scalar = fourHexDigits();
     if (!scalar) return false;
@@ -142,6 +146,7 @@ class Reader {
     const auto digits = rest_.substr(0, 4);
     std::uint32_t unit = 0;
     const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), unit, 16);
+    // `from_chars` may stop early, at the first character that isn't a hexadecimal digit.
     if (error != std::errc() || end != digits.data() + 4) return std::nullopt;
     rest_.remove_prefix(4);
     return unit;
@@ -155,6 +160,7 @@ class Reader {
 
   std::optional<Json> number() {
     const auto start = rest_;
+    // RFC 8259 allows no leading zeros, no plus sign, and no point without digits on both sides.
     take("-");
     const bool isWholePartRead = take("0") ? rest_.empty() || !isDigit(rest_.front()) : digits();
     if (!isWholePartRead || (take(".") && !digits())) return std::nullopt;
@@ -166,9 +172,11 @@ class Reader {
   }
 
   static std::optional<Json> numberFrom(const std::string& digits) {
+    // Integers are parsed as such, because a double holds only those up to 2^53 exactly.
     std::int64_t whole = 0;
     const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), whole);
     const bool isWhole = error == std::errc() && end == digits.data() + digits.size();
+    // Minus zero exists only as a double.
     if (isWhole && digits != "-0") return Json(whole);
     const double number = std::strtod(digits.c_str(), nullptr);
     if (!std::isfinite(number)) return std::nullopt;

@@ -9,6 +9,7 @@ namespace quarn {
 
 namespace {
 
+// A Mac's encoder also escapes the slash, which RFC 8259 permits but doesn't require.
 void appendEscaped(std::string& text, char c) {
   constexpr std::string_view meanings = "\"\\/\b\f\n\r\t";
   constexpr std::string_view letters = "\"\\/bfnrt";
@@ -29,18 +30,18 @@ void appendQuoted(std::string& text, const std::string& content) {
   text += '"';
 }
 
-/// The shortest digits that read back the same, as the `description` of a Swift `Double` has them: with an
-/// exponent below a ten thousandth and above 2 to the 53rd. (A Mac's encoder drops its ".0".)
+/// Writes the shortest digits that read back as the same number, laid out like the `description` of a Swift
+/// `Double`: with an exponent below 1e-4 and above 2^53. (A Mac's encoder drops the trailing ".0".)
 void appendNumber(std::string& text, double number) {
   const double size = std::abs(number);
   const bool hasExponent = size > 9007199254740992.0 || (size < 1e-4 && size > 0);
-  std::array<char, 32> digits;  // 17 of them, a sign, a point, zeros or an exponent
+  std::array<char, 32> digits;  // up to 17 digits, a sign, a point, zeros or an exponent
   const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number,
                                  hasExponent ? std::chars_format::scientific : std::chars_format::fixed);
   text.append(digits.data(), end.ptr);
 }
 
-/// The members in the order of the bytes of their keys; equal keys stay in theirs.
+/// Returns the members sorted by the bytes of their keys. Equal keys keep their order.
 std::vector<const std::pair<std::string, Json>*> sorted(const Json::Object& members) {
   std::vector<const std::pair<std::string, Json>*> pointers;
   for (const auto& member : members) pointers.push_back(&member);
@@ -51,7 +52,7 @@ std::vector<const std::pair<std::string, Json>*> sorted(const Json::Object& memb
 
 }  // namespace
 
-/// Appends one value of each kind.
+/// Appends a value of any kind to a text.
 struct Json::Writer {
   std::string& text;
   Layout layout;
@@ -74,8 +75,8 @@ struct Json::Writer {
   }
 
  private:
-  /// Pretty, the elements stand on a line each. The line of the first one is there even when it never comes,
-  /// so that an empty pair of brackets spans three lines.
+  /// In the pretty layout each element has a line of its own. The line break before the first element is
+  /// written even for an empty container, which therefore spans three lines.
   template <class Elements, class AppendElement>
   void appendBracketed(const char* brackets, const Elements& elements, const AppendElement& appendElement) {
     text += brackets[0];

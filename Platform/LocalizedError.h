@@ -5,14 +5,14 @@
 
 namespace quarn {
 
-/// The one base of what this program throws: an error that can tell a person what went wrong. (The TOML
-/// reader, which knows nothing of this program, throws its own.)
+/// The base class of every error that this program throws: an error with a sentence for people. (The TOML
+/// reader, which doesn't depend on this program, throws its own.)
 class LocalizedError : public std::exception {
  public:
-  /// The sentence shown to a person; never empty, no line feed at the end.
+  /// Returns the sentence to show. It is never empty and has no line feed at the end.
   virtual const std::string& localizedDescription() const noexcept = 0;
 
-  /// The same sentence, for whoever catches a `std::exception`.
+  /// Returns the same sentence, for code that catches `std::exception`.
   const char* what() const noexcept final { return localizedDescription().c_str(); }
 };
 

@@ -8,8 +8,8 @@
 
 namespace quarn {
 
-/// Held by one process at a time. Given back when the last holder lets it go, and when the process ends,
-/// however it ends.
+/// A lock that one process holds at a time. It is released when its last holder destroys it, and when the
+/// process ends, however it ends.
 class Lock {
  public:
   virtual ~Lock() = default;
@@ -18,10 +18,10 @@ class Lock {
 class Locks {
  public:
   virtual ~Locks() = default;
-  /// Locks a folder, which must exist, against other processes that do the same; who merely works in it
-  /// isn't hindered, and nothing is left on the disk. While another process holds it, this waits, for as
-  /// long as it takes, and calls `waiting` once before. A folder that this process has locked already gives
-  /// the same lock. A volume that knows no such locks gives one that keeps nobody out.
+  /// Locks an existing folder against other processes that lock it too. It doesn't stop anybody from working
+  /// in the folder, and leaves nothing on the disk. If another process holds the lock, calls `waiting` once
+  /// and then waits for as long as it takes. Locking a folder that this process has already locked returns
+  /// the same lock. On a volume without such locks the lock that is returned keeps nobody out.
   virtual Result<std::shared_ptr<Lock>> lock(const Path& folder, const std::function<void()>& waiting) = 0;
 };
 

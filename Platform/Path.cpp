@@ -6,8 +6,8 @@ namespace quarn {
 
 namespace {
 
-// Characters that can turn the reading direction or that look like the end of a name; an ending that
-// holds one is taken for prose, not for a type.
+// Characters that can't occur in an extension: the space, and the controls that change the direction of text
+// (Unicode Standard Annex 9). An ending that contains one is treated as part of the name.
 constexpr std::string_view foreignToExtensions[] = {
     " ",      "\u061C", "\u200E", "\u200F", "\u202A", "\u202B", "\u202C",
     "\u202D", "\u202E", "\u2066", "\u2067", "\u2068", "\u2069",
@@ -21,10 +21,11 @@ bool canBeExtension(std::string_view ending) {
   return true;
 }
 
-/// Where the dot of the extension stands in a name; npos if the name has no extension.
+/// Returns the position of the dot before the extension, or npos if the name has no extension.
 std::size_t extensionDot(std::string_view name) {
   const auto dot = name.rfind('.');
   if (dot == std::string_view::npos || !canBeExtension(name.substr(dot + 1))) return std::string_view::npos;
+  // In ".hidden" and "..rc" the dots mark a hidden name, not an extension.
   const bool onlyDotsBefore = name.find_first_not_of('.') > dot;
   return onlyDotsBefore ? std::string_view::npos : dot;
 }
@@ -69,7 +70,7 @@ std::string Path::nameWithoutExtension() const {
 }
 
 Path Path::appending(std::string_view components) const {
-  const std::size_t least = text_.empty() ? 1 : 0;  // "/" below nothing is the root
+  const std::size_t least = text_.empty() ? 1 : 0;  // "/" appended to an empty path is the root
   while (components.size() > least && components.back() == '/') components.remove_suffix(1);
   if (text_ == "/" && components.starts_with('/')) components.remove_prefix(1);
   Path whole;
@@ -84,6 +85,7 @@ Path Path::simplified() const {
   for (const auto component : components(text_)) {
     if (component == ".") continue;
     const bool climbs = component == "..";
+    // A relative path keeps leading ".." components. In an absolute one they vanish at the root.
     if (climbs && !kept.empty() && kept.back() != "..") {
       kept.pop_back();
     } else if (!climbs || !isAbsolute()) {

@@ -5,34 +5,34 @@
 
 namespace quarn {
 
-/// The place of an item as text. The bytes are those of the disk; nothing is normalised.
-/// A trailing slash is dropped on construction, so "/a/" and "/a" are the same path.
-/// Pure: no operation here asks the disk.
+/// A path as text. Its bytes are those of the disk; nothing is normalized. The constructor drops trailing
+/// slashes, so "/a/" and "/a" are the same path. No operation here touches the disk.
 class Path {
  public:
   Path() = default;
   explicit Path(std::string_view text);
 
   const std::string& text() const { return text_; }
-  /// No item has such a path, and a system call would take it for the text before the NUL.
+  /// Returns whether the path contains a NUL. No item has such a path, and a system call would read only the
+  /// text before the NUL.
   bool holdsNul() const { return text_.find('\0') != std::string::npos; }
   bool isAbsolute() const { return !text_.empty() && text_.front() == '/'; }
 
-  /// "/" for the root, "b" for "/a///b".
+  /// Returns "/" for the root, and "b" for "/a///b".
   std::string lastComponent() const;
-  /// The root is its own parent.
+  /// Returns the parent. The root is its own parent.
   Path parent() const;
-  /// Without the dot and without case folding; empty for ".hidden", "file." and for an ending that
-  /// holds a blank, as in "Foo 1.2 Beta".
+  /// Returns the extension without its dot and with its letter case unchanged. It is empty for ".hidden", for
+  /// "file.", and for an ending that contains a space, as in "Foo 1.2 Beta".
   std::string extension() const;
-  /// The last component less its extension.
+  /// Returns the last component without its extension.
   std::string nameWithoutExtension() const;
-  /// Adds components as they are: "../x" is not simplified, "" adds nothing.
+  /// Appends components as they are: "../x" is not simplified, and "" appends nothing.
   Path appending(std::string_view components) const;
-  /// Doubled slashes, "." and ".." removed as text. Links are not looked at.
+  /// Removes doubled slashes, "." and ".." from the text. Ignores links.
   Path simplified() const;
 
-  /// Byte for byte; whoever compares names as people do uses `Text::equal`.
+  /// Compares byte by byte. To compare names as people do, use `Text::equal`.
   bool operator==(const Path& other) const = default;
 
  private:

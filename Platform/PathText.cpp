@@ -8,6 +8,8 @@ std::string expandingTilde(const Places& places, const std::string& text) {
   const auto user = text.substr(1, slash == std::string::npos ? slash : slash - 1);
   const auto home = user.empty() ? places.home() : places.home(user);
   if (!home) return text;
+  // A text after the path, even only "/", follows the home folder. The root as home folder must not double
+  // the slash.
   const auto rest = slash == std::string::npos ? std::string() : text.substr(slash);
   if (rest.empty() || rest == "/") return home->text();
   return (*home == Path("/") ? std::string() : home->text()) + rest;

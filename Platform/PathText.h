@@ -8,12 +8,12 @@
 
 namespace quarn::PathText {
 
-/// "~", "~/x" and "~name/x" with the home put in; a text without a leading "~", or with an unknown
-/// user, as it is. A trailing slash behind a path stays.
+/// Expands "~", "~/x" and "~name/x" to the home folder. Returns a text without a leading "~", or with an
+/// unknown user, unchanged. Keeps a trailing slash that follows a path.
 std::string expandingTilde(const Places& places, const std::string& text);
 
-/// The absolute path that a text means now: a relative one begins at the current folder. Not
-/// standardized, no tilde.
+/// Returns the absolute path that a text stands for now: a relative path starts at the current folder.
+/// Doesn't standardize it and doesn't expand "~".
 Path fileURL(const Places& places, std::string_view text);
 
 }  // namespace quarn::PathText

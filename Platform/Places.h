@@ -10,14 +10,15 @@ namespace quarn {
 class Places {
  public:
   virtual ~Places() = default;
-  /// The user's home folder.
+  /// Returns the user's home folder.
   virtual Path home() const = 0;
-  /// The home folder of a named user; absent for an unknown one.
+  /// Returns the home folder of a named user, or nothing for an unknown one.
   virtual std::optional<Path> home(const std::string& user) const = 0;
-  /// The real path, no link in it; below /tmp of a Mac it begins with /private, which standardizing drops.
+  /// Returns the current folder as a real path without links. On a Mac a folder below /tmp begins with
+  /// /private; standardizing drops that.
   virtual Path currentFolder() const = 0;
-  /// The file of the running program, every link to it resolved; what comes with the program is found from
-  /// there.
+  /// Returns the path of the running program with every link resolved. Files that are installed with the
+  /// program are found from there.
   virtual Path executable() const = 0;
 };
 

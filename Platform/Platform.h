@@ -12,9 +12,9 @@
 
 namespace quarn {
 
-/// Who answers for the operating system. Made once in the entry and passed down to every operation that
-/// changes the world. An operation that only looks takes a `ReadOnlyPlatform`; one that takes neither is
-/// pure.
+/// The operating system, as one record of references. The entry makes it once and passes it down to every
+/// operation that changes the world. An operation that only looks takes a `ReadOnlyPlatform`; a function that
+/// takes neither is pure.
 struct Platform {
   FileSystem& files;
   Processes& processes;
@@ -27,12 +27,12 @@ struct Platform {
   Databases& databases;
 };
 
-/// The same, for whoever only looks: files, databases and applications can't be changed through it, and there
-/// is no Trash. So the compiler proves that a scan, a plan or a dry run changes nothing. Tools can be started
-/// all the same, since looking needs `ps` and `find`; which ones is the caller's to answer for.
+/// The same for code that only looks: files, databases and applications can't be changed through it, and it
+/// has no Trash. The compiler thus proves that a scan, a plan or a dry run changes nothing. Tools can still
+/// be started, because looking needs `ps` and `find`; the caller is responsible for which ones.
 ///
-/// A handful of references, made from the whole wherever one is asked for. Who keeps it longer than a call
-/// lasts keeps a copy.
+/// It is a handful of references that a `Platform` converts to implicitly. Code that keeps it beyond one call
+/// keeps a copy.
 struct ReadOnlyPlatform {
   ReadOnlyPlatform(const Platform& whole)
       : files(whole.files),

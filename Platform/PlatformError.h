@@ -6,8 +6,8 @@
 
 namespace quarn {
 
-/// A failure with a domain, a number within the domain and a sentence for people.
-/// Failures of the file system carry `cocoaErrorDomain` and the numbers that a Mac gives them.
+/// A failure: a domain, a code within the domain and a sentence for people. Failures of the file system carry
+/// `cocoaErrorDomain` and the codes that a Mac gives them.
 class PlatformError : public LocalizedError {
  public:
   PlatformError(std::string errorDomain, int errorCode, std::string sentence)
@@ -22,9 +22,9 @@ class PlatformError : public LocalizedError {
 
 inline constexpr const char* cocoaErrorDomain = "NSCocoaErrorDomain";
 
-/// The numbers of `cocoaErrorDomain` that the logic or the adapters name.
+/// The codes of `cocoaErrorDomain` that this program uses, as numbered in Apple’s FoundationErrors.h.
 namespace CocoaErrorCode {
-inline constexpr int fileNoSuchFile = 4;  ///< writing, removing, moving: nothing there
+inline constexpr int fileNoSuchFile = 4;  ///< writing, removing or moving: no such item
 inline constexpr int fileReadUnknown = 256;
 inline constexpr int fileReadNoPermission = 257;
 inline constexpr int fileReadInvalidFileName = 258;
@@ -37,7 +37,7 @@ inline constexpr int fileWriteInvalidFileName = 514;
 inline constexpr int fileWriteFileExists = 516;
 inline constexpr int fileWriteOutOfSpace = 640;
 inline constexpr int fileWriteVolumeReadOnly = 642;
-inline constexpr int featureUnsupported = 3328;  ///< the Trash of a volume that has none
+inline constexpr int featureUnsupported = 3328;  ///< a volume has no Trash
 }  // namespace CocoaErrorCode
 
 }  // namespace quarn

@@ -11,48 +11,49 @@
 
 namespace quarn {
 
-/// Where a tool's output goes. Its standard input, environment and working folder are always ours.
+/// Where a tool's output goes. A tool always inherits our standard input, environment and current folder.
 enum class OutputStreams {
-  separate,   ///< a pipe for standard output, another for standard error
-  joined,     ///< both on the pipe of standard output
-  inherited,  ///< ours
+  separate,   ///< one pipe for standard output and another for standard error
+  joined,     ///< both into the pipe for standard output
+  inherited,  ///< our own standard output and standard error
 };
 
-/// Takes bytes as they come; a piece may end in the middle of a character.
+/// Receives output as it arrives; a chunk may end in the middle of a character.
 using OutputSink = std::function<void(std::string_view)>;
 
-/// A tool that has been started. Destroying it closes our ends of its pipes; it waits for nothing and
-/// kills nothing.
+/// A tool that has been started. The destructor closes our ends of its pipes; it neither waits for the tool
+/// nor kills it.
 class Child {
  public:
   virtual ~Child() = default;
 
   virtual bool isRunning() = 0;
-  /// Blocks until it has ended. Its exit status, or the number of the signal that killed it.
+  /// Blocks until the tool has ended. Returns its exit status, or the number of the signal that killed it.
   virtual int waitForExit() = 0;
-  /// Asks that one process, and none of its children, to end (SIGTERM).
+  /// Asks the tool itself, but none of its children, to end (SIGTERM).
   virtual void terminate() = 0;
-  /// SIGKILL, likewise.
+  /// Kills the tool itself, but none of its children (SIGKILL).
   virtual void kill() = 0;
-  /// Hands over what is written until both pipes are at their end, which is when every process that
-  /// holds them has closed them. May run on another thread than the operations above.
+  /// Passes on what is written until both pipes reach their end, that is, until every process that holds them
+  /// has closed them. May run on another thread than the operations above.
   virtual void readToEnd(const OutputSink& output, const OutputSink& error) = 0;
-  /// Like `readToEnd`, but returns as soon as the tool itself has ended, whoever still holds a pipe.
+  /// Works like `readToEnd`, but returns as soon as the tool itself has ended, even if another process still
+  /// holds a pipe.
   virtual void readUntilExit(const OutputSink& output, const OutputSink& error) = 0;
 };
 
-/// Starting tools: by absolute path, without a shell and without a search of `PATH`.
+/// Starts tools by absolute path, without a shell and without searching `PATH`.
 class Processes {
  public:
   virtual ~Processes() = default;
 
-  /// The tool gets a process group of its own and no descriptor above 2. A tool that is missing, no
-  /// file or not executable can't be started: `fileNoSuchFile`.
+  /// Starts a tool in a process group of its own, with no descriptor above 2. A tool that is missing, isn't a
+  /// regular file or isn't executable: `fileNoSuchFile`.
   virtual Result<std::unique_ptr<Child>> start(const Path& executable,
                                                const std::vector<std::string>& arguments,
                                                OutputStreams streams) = 0;
 
-  /// The identifiers of this process and of those that started it, this one first.
+  /// Returns the identifiers of this process and of its ancestors, this one first.
   virtual std::vector<int> lineage() const = 0;
 };
 

@@ -8,17 +8,18 @@
 #include <variant>
 #include <vector>
 
-/// Property lists, XML and binary, as `man 5 plist` has them. Read the same way on every system, and pure.
+/// Property lists, XML and binary, as plist(5) describes them. They are read the same way on every system, by
+/// pure functions.
 namespace quarn::PropertyList {
 
-/// Of containers within each other.
+/// The deepest nesting of containers that is accepted.
 constexpr int deepestNesting = 512;
 
 struct Value;
 using Array = std::vector<Value>;
 using Dictionary = std::map<std::string, Value>;
 
-/// A whole number in two's complement of 128 bits, the widest that a binary list holds. XML has those from
+/// A 128-bit whole number in two's complement, the widest that a binary list holds. XML lists hold those from
 /// -2^63 to 2^64 - 1.
 struct Integer {
   std::int64_t high = 0;  ///< 0 or -1 for a number of 64 bits
@@ -27,7 +28,7 @@ struct Integer {
 };
 
 struct Date {
-  double seconds = 0;  ///< since the beginning of 2001, UTC
+  double seconds = 0;  ///< since 1 January 2001, UTC
   bool operator==(const Date&) const = default;
 };
 
@@ -36,18 +37,18 @@ struct Data {
   bool operator==(const Data&) const = default;
 };
 
-/// What an archive of objects calls another of its objects by.
+/// A reference to another object in an archive of objects.
 struct UID {
   std::uint32_t number = 0;
   bool operator==(const UID&) const = default;
 };
 
 struct Value {
-  /// Texts are UTF-8. Nothing at all is a value that binary lists alone have.
+  /// Texts are UTF-8. The empty value occurs only in binary lists.
   std::variant<std::monostate, Dictionary, Array, std::string, Integer, double, bool, Date, Data, UID>
       content;
 
-  /// Null pointer if the value is of another kind.
+  /// Returns a null pointer if the value is of another kind.
   template <class Kind>
   const Kind* as() const {
     return std::get_if<Kind>(&content);
@@ -55,21 +56,22 @@ struct Value {
   bool operator==(const Value&) const = default;
 };
 
-/// Nothing if the bytes are no property list: one wrong value anywhere fails the whole of it.
+/// Returns nothing if the bytes aren't a property list. One wrong value anywhere refuses the whole list.
 ///
-/// XML is UTF-8, or what its byte-order mark (UTF-8, -16, -32) or else its declaration (UTF-8, US-ASCII,
-/// ISO-8859-1) says. What follows the first value, or its `<plist>`, isn't read. Names of elements are
-/// case-sensitive, texts stay as they are, line ends too. Of a key that occurs twice the last counts in
-/// XML, the first in a binary list. White space alone is an empty dictionary, and no bytes at all are no
-/// list. The old format without tags is refused.
+/// XML is in the encoding of its byte-order mark (UTF-8, UTF-16 or UTF-32), else in the declared one (UTF-8,
+/// US-ASCII or ISO-8859-1), else in UTF-8. Whatever follows the first value, or its `<plist>`, isn't read.
+/// Element names are case-sensitive. Texts keep their white space and line ends. If a key occurs twice, the
+/// last one counts in XML and the first one in a binary list. White space alone is an empty dictionary; an
+/// empty file is refused. The old format without tags is refused.
 ///
-/// Refused as well: containers deeper than `deepestNesting`; a list whose values, each copied to every place
-/// that refers to it and counted as 64 bytes beside its content, fill more than 64 MiB beyond the size of the
-/// list; a key of a binary list that is no text; a key with a NUL; a NUL in a text of XML.
+/// Also refused: containers nested deeper than `deepestNesting`; a list that expands too far (its values,
+/// each copied to every place that refers to it and counted as 64 bytes plus its content, take more than 64
+/// MiB beyond the size of the list); a key of a binary list that isn't a text; a key that contains a NUL;
+/// and, in XML, a text that contains a NUL.
 std::optional<Value> parse(std::string_view bytes);
 
-/// The text values at the top of a property list, by key. Values of other types are left out. Nothing if
-/// the bytes are no property list or its root is no dictionary.
+/// Returns the values at the top of a property list that are texts, by key. Values of other types are left
+/// out. Returns nothing if the bytes aren't a property list or its root isn't a dictionary.
 std::optional<std::map<std::string, std::string>> texts(std::string_view bytes);
 
 }  // namespace quarn::PropertyList

@@ -6,10 +6,10 @@
 
 namespace quarn {
 
-/// Calls `action` on a background thread of low priority, first after one interval and then every
-/// interval, until it is cancelled. A call that takes longer makes calls fewer: what it held up is not made
-/// up for in a burst. `cancel` waits for a call that has already begun, so nothing is
-/// called once it has returned; destroying the timer cancels it.
+/// Calls `action` on a background thread of low priority, first after one interval and then once per
+/// interval, until it is cancelled. If a call takes longer than the interval, the calls that it delayed are
+/// dropped and not made up for. `cancel` waits for a call that has already begun, so no call happens after it
+/// returns. The destructor cancels the timer.
 class RepeatingTimer {
  public:
   RepeatingTimer(std::chrono::milliseconds interval, std::function<void()> action);

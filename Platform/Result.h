@@ -8,8 +8,9 @@
 
 namespace quarn {
 
-/// What an operation at the border gives: a value, or the error that stood in its way.
-/// Movers say `.orThrow()`; scanners say `.valueOr(…)`, so "never throws" can be read at the call.
+/// The outcome of an operation at the border: a value, or the error that prevented it. Code that changes
+/// things says `.orThrow()`, code that only looks says `.valueOr(…)`. So each call shows whether it can
+/// throw.
 template <class Value>
 class [[nodiscard]] Result {
  public:
@@ -19,12 +20,12 @@ class [[nodiscard]] Result {
   bool succeeded() const { return outcome_.index() == 0; }
   explicit operator bool() const { return succeeded(); }
 
-  /// Only after `succeeded()`.
+  /// Only after `succeeded()` has returned true.
   const Value& operator*() const& { return std::get<0>(outcome_); }
   Value&& operator*() && { return std::get<0>(std::move(outcome_)); }
   const Value* operator->() const { return &std::get<0>(outcome_); }
 
-  /// Only when it did not succeed.
+  /// Only after `succeeded()` has returned false.
   const PlatformError& error() const { return std::get<1>(outcome_); }
 
   Value orThrow() && {
@@ -38,14 +39,14 @@ class [[nodiscard]] Result {
     if (!succeeded()) return std::nullopt;
     return std::get<0>(std::move(outcome_));
   }
-  /// For steps whose failure must not matter: says so at the call.
+  /// Ignores a failure, and shows at the call that this is deliberate.
   void orIgnore() const {}
 
  private:
   std::variant<Value, PlatformError> outcome_;
 };
 
-/// The outcome of an operation that only does something.
+/// The outcome of an operation that returns no value.
 template <>
 class [[nodiscard]] Result<void> {
  public:
@@ -58,7 +59,7 @@ class [[nodiscard]] Result<void> {
   void orThrow() const {
     if (error_) throw *error_;
   }
-  /// For steps whose failure must not matter: says so at the call.
+  /// Ignores a failure, and shows at the call that this is deliberate.
   void orIgnore() const {}
 
  private:

@@ -3,12 +3,12 @@
 namespace quarn {
 
 enum class ThreadPriority {
-  userInitiated,  ///< that of the thread which asks
-  utility,        ///< behind what a person waits for
-  background,     ///< when nothing else wants to run
+  userInitiated,  ///< the priority of the calling thread
+  utility,        ///< lower than anything that a person waits for
+  background,     ///< runs when nothing else wants to
 };
 
-/// Asks the system to run the calling thread so; a refusal is ignored.
+/// Asks the system to run the calling thread at a priority. A refusal is ignored.
 void setCurrentThreadPriority(ThreadPriority priority);
 
 }  // namespace quarn

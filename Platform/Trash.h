@@ -8,9 +8,9 @@ namespace quarn {
 class Trash {
  public:
   virtual ~Trash() = default;
-  /// Moves an item (a link as a link) to the Trash of its volume and tells where it is now: a name
-  /// that is taken there gets another. Never copies, never removes. Missing: `fileNoSuchFile`; a
-  /// volume without a Trash: `featureUnsupported`.
+  /// Moves an item to the Trash of its volume (a link as a link) and returns where it is now: if the name is
+  /// taken there, the item gets another. Never copies and never removes anything. Missing: `fileNoSuchFile`.
+  /// A volume without a Trash: `featureUnsupported`.
   virtual Result<Path> moveToTrash(const Path& item) = 0;
 };
 

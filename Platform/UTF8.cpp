@@ -5,6 +5,7 @@ namespace quarn {
 void UTF8Check::take(std::string_view bytes) {
   for (const char byte : bytes) {
     if (!valid_) return;
+    // ASCII is by far the most common case and needs no state.
     if (expected_ == 0 && static_cast<signed char>(byte) >= 0) continue;
     takeByte(static_cast<std::uint8_t>(byte));
   }
@@ -22,14 +23,17 @@ void UTF8Check::takeByte(std::uint8_t byte) {
 }
 
 void UTF8Check::beginCharacter(std::uint8_t byte) {
+  // 0xC0 and 0xC1 could begin only overlong forms, and bytes above 0xF4 only numbers beyond U+10FFFF.
   if (byte >= 0xC2 && byte <= 0xDF) {
     expected_ = 1;
   } else if (byte >= 0xE0 && byte <= 0xEF) {
     expected_ = 2;
+    // A0 excludes overlong forms, 9F excludes surrogates.
     if (byte == 0xE0) low_ = 0xA0;
     if (byte == 0xED) high_ = 0x9F;
   } else if (byte >= 0xF0 && byte <= 0xF4) {
     expected_ = 3;
+    // 90 excludes overlong forms, 8F excludes numbers beyond U+10FFFF.
     if (byte == 0xF0) low_ = 0x90;
     if (byte == 0xF4) high_ = 0x8F;
   } else {

@@ -6,11 +6,12 @@
 
 namespace quarn {
 
-/// Tells whether bytes that come in pieces are UTF-8 as a whole; a character may be cut in two.
+/// Checks whether bytes that arrive in chunks are valid UTF-8 as a whole. A chunk may end in the middle of a
+/// character.
 class UTF8Check {
  public:
   void take(std::string_view bytes);
-  /// True if all that came is whole characters.
+  /// Returns true if everything so far consists of whole characters.
   bool isText() const { return valid_ && expected_ == 0; }
 
  private:
@@ -18,17 +19,17 @@ class UTF8Check {
   void beginCharacter(std::uint8_t byte);
 
   bool valid_ = true;
-  int expected_ = 0;  ///< bytes that the character still needs
-  /// Bounds of the next byte; narrower behind the first bytes that could begin an overlong form, a
-  /// surrogate or a number beyond the last code point.
+  int expected_ = 0;  ///< how many more bytes the current character needs
+  /// The bounds of the next byte. They are narrower after a first byte that could begin an overlong form, a
+  /// surrogate or a number beyond the last code point (Unicode Standard, table 3-7).
   std::uint8_t low_ = 0x80;
   std::uint8_t high_ = 0xBF;
 };
 
 namespace UTF8Text {
-/// Whether a text may hold the character of this number: not NUL, and no half of a surrogate pair.
+/// Returns whether a text may contain this code point: not NUL, and not a surrogate.
 bool isScalar(std::uint32_t number);
-/// A number up to 0x10FFFF.
+/// Appends a code point, which must be at most 0x10FFFF.
 void append(std::string& text, std::uint32_t scalar);
 }  // namespace UTF8Text
 

@@ -4,7 +4,7 @@
 
 namespace quarn::UUID {
 
-/// A new random identifier as upper-case text, 8-4-4-4-12.
+/// Returns a new random identifier in upper case, grouped 8-4-4-4-12.
 std::string make();
 
 }  // namespace quarn::UUID

@@ -10,11 +10,11 @@
 
 namespace quarn {
 
-/// What a volume says of itself; each answer may be absent. Capacities are bytes.
+/// What a volume reports about itself. Any answer may be absent. Capacities are in bytes.
 struct VolumeProperties {
   std::optional<std::string> name;
   std::optional<std::int64_t> totalCapacity;
-  /// Counts what the system would purge to make room.
+  /// Includes space that the system would purge to make room.
   std::optional<std::int64_t> availableCapacityForImportantUsage;
   std::optional<bool> isBrowsable;
   std::optional<bool> isInternal;
@@ -26,11 +26,11 @@ struct VolumeProperties {
 class Volumes {
  public:
   virtual ~Volumes() = default;
-  /// Mount points in the system's order, hidden volumes left out.
+  /// Returns mount points in the system's order, without hidden volumes.
   virtual Result<std::vector<Path>> mounted() const = 0;
-  /// Every place at which something is mounted, hidden volumes and what isn't a drive included.
+  /// Returns every mount point, including hidden volumes and mounts that aren't drives.
   virtual Result<std::vector<Path>> mountPoints() const = 0;
-  /// Of the volume that holds `item`, which must exist.
+  /// Describes the volume that holds `item`, which must exist.
   virtual Result<VolumeProperties> properties(const Path& item) const = 0;
 };
 
