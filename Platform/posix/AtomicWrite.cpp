@@ -14,9 +14,10 @@
 namespace quarn {
 namespace {
 
+// The permission bits and the set-user-ID, set-group-ID and sticky bits (chmod(2)).
 constexpr mode_t permissions = 07777;
 
-/// The file beside; removed unless it has taken its place.
+/// The temporary file. The destructor removes it unless it has taken the place of the target.
 class TemporaryFile {
  public:
   explicit TemporaryFile(const Path& folder) : folder_(folder) {}
@@ -26,6 +27,8 @@ class TemporaryFile {
 
   int create() {
     static std::atomic<unsigned> count{0};
+    // The process identifier makes the name unique among running processes and the count makes it unique
+    // within one. EEXIST can still occur: an earlier process may have had the same identifier.
     do {
       at_.emplace(folder_.appending(temporaryName(::getpid(), ++count)));
       if (at_->error()) return at_->error();
@@ -42,7 +45,8 @@ class TemporaryFile {
       if (count < 0) return errno;
       content.remove_prefix(static_cast<std::size_t>(count));
     }
-    // Without this a power cut can leave the new name on an empty file.
+    // Without this a power cut can leave the new name on an empty file. EINVAL: the volume has no such
+    // operation (fsync(2)).
     const int error = syncFile(file_.number());
     return error == EINVAL ? 0 : error;
   }
@@ -50,6 +54,7 @@ class TemporaryFile {
   int setMode(mode_t mode) { return ::fchmod(file_.number(), mode) == 0 ? 0 : errno; }
 
   int takePlace(const PathAt& file) {
+    // rename(2) replaces the target atomically, so a reader sees either the old file or the new one.
     if (::renameat(at_->folder(), at_->name(), file.folder(), file.name()) != 0) return errno;
     at_.reset();
     return 0;
@@ -68,11 +73,12 @@ int writeAtomically(const Path& file, std::string_view content) {
   if (target.error()) return target.error();
   struct stat existing;
   const bool replaces = ::fstatat(target.folder(), target.name(), &existing, AT_SYMLINK_NOFOLLOW) == 0;
+  // Before our own file is made, so that a full disk gets the space of the leftovers back first.
   removeLeftoverFiles(file.parent());
   TemporaryFile temporary(file.parent());
   int error = temporary.create();
   if (error == 0) error = temporary.write(content);
-  // The mode of a link says nothing.
+  // The mode of a link is meaningless.
   if (error == 0 && replaces && S_ISREG(existing.st_mode))
     error = temporary.setMode(existing.st_mode & permissions);
   return error == 0 ? temporary.takePlace(target) : error;

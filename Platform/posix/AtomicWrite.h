@@ -6,8 +6,8 @@
 
 namespace quarn {
 
-/// `FileSystem::writeAtomically`. Gives 0 or the number of the failure; then nothing has changed and no
-/// other file is left behind. What a run that was killed has left in the folder is cleared away.
+/// See `FileSystem::writeAtomically`. Returns 0 or the error number; after a failure nothing has changed and
+/// no other file is left behind. Also removes temporary files that a killed run left in the folder.
 int writeAtomically(const Path& file, std::string_view content);
 
 }  // namespace quarn

@@ -7,7 +7,7 @@
 
 namespace quarn {
 
-/// The innermost bundle in which an executable lies as a bundle's executables do; nothing for any other.
+/// Returns the innermost bundle whose Contents/MacOS holds the executable, or nothing if there is none.
 std::optional<Path> bundleOfExecutable(std::string_view executablePath);
 
 }  // namespace quarn

@@ -18,7 +18,7 @@ struct Fields {
   int year, month, day, hour, minute, second;
 };
 
-/// Reads a text that follows `pattern` character for character; the letters YMDhms stand for digits.
+/// Parses a text that matches `pattern` character for character; the letters YMDhms stand for digits.
 std::optional<Fields> fields(std::string_view text, std::string_view pattern) {
   if (text.size() != pattern.size()) return std::nullopt;
   constexpr std::string_view letters = "YMDhms";
@@ -43,7 +43,8 @@ bool exists(const Fields& f) {
   return dateOf(f).ok() && f.hour < 24 && f.minute < 60 && f.second < 60;
 }
 
-/// A moment counts finer than seconds and reaches less far than four digits of a year.
+/// Converts seconds to a moment. A moment has a finer unit than seconds, so its range is smaller than that of
+/// four-digit years.
 std::optional<Moment> moment(seconds sinceEpoch) {
   constexpr auto furthest = duration_cast<seconds>(Moment::duration::max());
   if (sinceEpoch > furthest || sinceEpoch < -furthest) return std::nullopt;
@@ -57,6 +58,7 @@ std::string iso8601(Moment moment) {
   const auto midnight = floor<days>(whole);
   const year_month_day date(midnight);
   const hh_mm_ss time(whole - midnight);
+  // Larger than the text ever gets: compilers warn about a shorter buffer, since an int may have more digits.
   std::array<char, 64> text;
   std::snprintf(text.data(), text.size(), "%04d-%02u-%02uT%02d:%02d:%02dZ", static_cast<int>(date.year()),
                 static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
@@ -82,9 +84,10 @@ std::optional<Moment> parsingLocalDashed(std::string_view text) {
   local.tm_hour = f->hour;
   local.tm_min = f->minute;
   local.tm_sec = f->second;
+  // Let mktime(3) find out whether daylight saving time applies.
   local.tm_isdst = -1;
   const auto sinceEpoch = std::mktime(&local);
-  // A time that the clocks skip comes back moved to one that they show.
+  // mktime(3) moves a time that the clocks skip to one that they show.
   const bool isShownByClocks = local.tm_hour == f->hour && local.tm_min == f->minute;
   if (!isShownByClocks) return std::nullopt;
   return moment(seconds(sinceEpoch));
@@ -95,18 +98,19 @@ long long secondsSince1970(Moment moment) {
 }
 
 double secondsSince2001(Moment moment) {
-  // In two steps: as one number the steps of a moment would be rounded twice.
+  // The seconds and the fraction are converted separately. Converting the whole count at once would round
+  // twice.
   const auto whole = floor<seconds>(moment);
   return static_cast<double>((whole - startOf2001).count()) + duration<double>(moment - whole).count();
 }
 
 std::optional<Moment> fromSecondsSince2001(double number) {
-  constexpr double furthest = 1e15;  // no moment reaches that far, and a whole number of seconds does
+  constexpr double furthest = 1e15;  // beyond any moment, and whole seconds up to here are exact in a double
   if (!(std::abs(number) < furthest)) return std::nullopt;
   const double whole = std::floor(number);
   const auto sinceEpoch = startOf2001.time_since_epoch() + seconds(static_cast<long long>(whole));
   const auto start = moment(sinceEpoch);
-  // The fraction must be within reach as well.
+  // The fraction must not leave the range either.
   if (!start || !moment(sinceEpoch + seconds(1))) return std::nullopt;
   return *start + round<Moment::duration>(duration<double>(number - whole));
 }

@@ -15,7 +15,7 @@ Pipe Pipe::make() {
 
 void ensureStandardStreams() {
   for (int number = STDIN_FILENO; number <= STDERR_FILENO; ++number) {
-    // The lowest free number is the one that is closed.
+    // open(2) returns the lowest free number, which is the closed stream: those below it are open by now.
     if (::fcntl(number, F_GETFD) < 0) ::open("/dev/null", O_RDWR);
   }
 }

@@ -5,7 +5,7 @@
 
 namespace quarn {
 
-/// Owns a file descriptor and closes it.
+/// Owns a file descriptor. The destructor closes it.
 class Descriptor {
  public:
   Descriptor() = default;
@@ -30,18 +30,18 @@ class Descriptor {
   int number_ = -1;
 };
 
-/// Both ends are closed in a tool that is started, unless they are handed to it: a writing end that
-/// lives on elsewhere would keep a reader waiting.
+/// A pipe whose ends are closed in every tool that is started, unless they are passed to it. Otherwise a
+/// writing end that stays open in some tool would keep the reader waiting.
 struct Pipe {
   Descriptor reading;
   Descriptor writing;
 
-  /// Not open if the process has no descriptors left.
+  /// Makes a pipe. Neither end is open if no descriptors are left.
   static Pipe make();
 };
 
-/// Opens what is closed of the three standard streams onto nothing. Otherwise the next file to be opened
-/// would take its number, and what is printed would be written into that file.
+/// Opens those of the three standard streams that are closed, on /dev/null. Otherwise the next file to be
+/// opened would get such a number, and whatever is printed would go into that file.
 void ensureStandardStreams();
 
 }  // namespace quarn

@@ -10,8 +10,9 @@
 namespace quarn {
 namespace {
 
-/// Not every volume knows the exclusive rename: on a Mac, FAT and network volumes say ENOTSUP, on Linux some
-/// say EINVAL (rename(2) of both), and a tracer that translates paths may refuse a call that it doesn't know.
+/// Not every volume supports an exclusive rename: on a Mac, FAT and network volumes return ENOTSUP, and on
+/// Linux some file systems return EINVAL (rename(2) of both). A tracer that translates paths may return
+/// ENOSYS for a call that it doesn't know.
 bool isUnsupported(int errnoValue) {
   return errnoValue == ENOTSUP || errnoValue == EOPNOTSUPP || errnoValue == EINVAL || errnoValue == ENOSYS;
 }

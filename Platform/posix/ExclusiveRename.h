@@ -2,8 +2,9 @@
 
 namespace quarn {
 
-/// Renames, unless anything (a dangling link too) stands at the destination. Gives 0 or the number of the
-/// failure. A volume that doesn't know such a rename is looked at first and then renames plainly.
+/// Renames an item unless something, even a dangling link, exists at the destination. Returns 0 or the error
+/// number. On a volume without an exclusive rename it first checks the destination and then renames, which
+/// leaves a short race.
 int renameExclusively(int sourceFolder, const char* source, int destinationFolder, const char* destination);
 
 }  // namespace quarn

@@ -7,7 +7,8 @@
 namespace quarn {
 namespace {
 
-/// Asks for the size, then for the bytes, again if they grew in between. False with `errno` set.
+/// Asks for the size, then for the bytes, and starts again if the value has grown in between (ERANGE,
+/// getxattr(2)). Returns false with `errno` set on failure.
 template <class Ask>
 bool readGrowing(std::string& bytes, Ask ask) {
   for (;;) {
@@ -36,7 +37,9 @@ int copyOne(int source, int destination, const char* name) {
 int copyExtendedAttributes(int source, int destination) {
   std::string names;
   const auto list = [&](char* bytes, std::size_t size) { return listAttributes(source, bytes, size); };
+  // A volume without extended attributes has none to copy.
   if (!readGrowing(names, list)) return errno == ENOTSUP || errno == EOPNOTSUPP ? 0 : errno;
+  // The names are separated by NULs (listxattr(2)).
   for (const char* name = names.data(); name < names.data() + names.size(); name += std::strlen(name) + 1) {
     if (const int error = copyOne(source, destination, name)) return error;
   }

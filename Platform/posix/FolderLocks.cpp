@@ -18,14 +18,15 @@ class HeldFolder : public Lock {
   Descriptor folder_;
 };
 
-/// A network volume may lock files alone (flock(2): EISDIR from SMB), or nothing at all.
+/// Some volumes can't lock a folder: SMB locks only files and returns EISDIR, others have no locks at all.
 bool isUnsupported(int errnoValue) {
   return errnoValue == ENOTSUP || errnoValue == EOPNOTSUPP || errnoValue == EISDIR || errnoValue == EINVAL ||
          errnoValue == ENOLCK || errnoValue == ENOSYS || errnoValue == EBADF;
 }
 
-/// 0, or the number of the failure.
+/// Returns 0 or the error number.
 int take(int folder, const std::function<void()>& waiting) {
+  // First without waiting, to find out whether `waiting` must be called.
   if (::flock(folder, LOCK_EX | LOCK_NB) == 0) return 0;
   if (errno == EWOULDBLOCK) {
     waiting();
@@ -40,6 +41,7 @@ int take(int folder, const std::function<void()>& waiting) {
 }  // namespace
 
 Result<std::shared_ptr<Lock>> FolderLocks::lock(const Path& folder, const std::function<void()>& waiting) {
+  // A second flock(2) on another descriptor would wait for our own first one for ever.
   std::weak_ptr<Lock>& known = held_[folder.text()];
   if (auto lock = known.lock()) return lock;
   Descriptor opened = openAt(folder, O_RDONLY | O_DIRECTORY);

@@ -11,19 +11,21 @@
 namespace quarn {
 namespace {
 
+// The umask removes the rest (mkdir(2)).
 constexpr mode_t allLessMask = 0777;
 
 PlatformError saveError(int errnoValue, const Path& item) {
   return writeError(CocoaError::Operation::save, errnoValue, item);
 }
 
-/// 0 if the folder is there now, made or found.
+/// Makes one folder. Returns 0 if it now exists, whether it was made or found.
 int makeOne(const Path& folder) {
   const PathAt at(folder);
   if (at.error()) return at.error();
   if (::mkdirat(at.folder(), at.name(), allLessMask) == 0) return 0;
   if (errno != EEXIST) return errno;
   struct stat status;
+  // Follows links: a link to a folder counts as a folder.
   const bool isFolder = ::fstatat(at.folder(), at.name(), &status, 0) == 0 && S_ISDIR(status.st_mode);
   return isFolder ? 0 : EEXIST;
 }
@@ -34,7 +36,7 @@ bool stands(const Path& path) {
   return !at.error() && ::fstatat(at.folder(), at.name(), &status, AT_SYMLINK_NOFOLLOW) == 0;
 }
 
-/// The item on the way that is no folder.
+/// Returns the nearest item on the path to the folder that exists. It isn't a folder.
 Path obstacle(const Path& folder) {
   Path item = folder.parent();
   while (!stands(item) && item.parent() != item) item = item.parent();
@@ -44,6 +46,7 @@ Path obstacle(const Path& folder) {
 }  // namespace
 
 Result<void> makeFolder(const Path& folder) {
+  // Tries the folder itself first, because its parents usually exist, and then works upwards and down again.
   std::vector<Path> missing{folder};
   while (!missing.empty()) {
     const Path current = missing.back();
@@ -55,7 +58,7 @@ Result<void> makeFolder(const Path& folder) {
     } else if (error == ENOTDIR) {
       return saveError(ENOTDIR, obstacle(current));
     } else {
-      // What stands in the way of a parent is no folder, and that of the folder itself exists already.
+      // EEXIST for a parent means that something other than a folder is in the way.
       return saveError(error == EEXIST && missing.size() > 1 ? ENOTDIR : error, current);
     }
   }

@@ -5,7 +5,7 @@
 
 namespace quarn {
 
-/// `FileSystem::createFolder`.
+/// See `FileSystem::createFolder`.
 Result<void> makeFolder(const Path& folder);
 
 }  // namespace quarn

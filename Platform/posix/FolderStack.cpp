@@ -6,8 +6,8 @@
 namespace quarn {
 namespace {
 
-// A copy holds two chains, and a shell on a Mac grants no more than 256 descriptors (getrlimit(2)), some of
-// which are taken already.
+// A copy holds two chains, and a shell on a Mac allows 256 descriptors by default (getrlimit(2)), some of
+// which are in use already.
 constexpr std::size_t keptOpen = 16;
 constexpr int folderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 
@@ -43,9 +43,11 @@ int FolderStack::leave() {
   return levels_.back().descriptor.isOpen() ? 0 : reopen(child);
 }
 
-// The root stays open: it is where a lost way begins anew.
+// Closes the outermost open folder below the root. The root stays open, because a lost folder is found again
+// from there.
 void FolderStack::giveUpOutermost() {
   if (depth() <= keptOpen) return;
+  // The device and inode number identify the folder when it is opened again.
   Level& level = levels_[levels_.size() - 1 - keptOpen];
   struct stat status;
   if (!level.descriptor.isOpen() || ::fstat(level.descriptor.number(), &status) != 0) return;
@@ -61,8 +63,10 @@ int FolderStack::reopen(const Descriptor& child) {
     return found.isOpen() && ::fstat(found.number(), &status) == 0 && status.st_dev == level.device &&
            status.st_ino == level.inode;
   };
+  // Cheapest first: the child's own ".." usually still is the parent.
   Descriptor found(child.isOpen() ? ::openat(child.number(), "..", folderFlags) : -1);
-  // A child that was moved away, or that may not be searched, doesn't lead back.
+  // That fails if the child was moved elsewhere or may not be searched. The path from the root may lead to
+  // another folder by now, so its result is checked too.
   if (!isTheSame(found)) found = openFromRoot();
   if (!isTheSame(found)) return ENOENT;
   level.descriptor = std::move(found);

@@ -9,34 +9,35 @@
 
 namespace quarn {
 
-/// The chain of folders from a root down to the one being worked in. Every step is taken from an open
-/// folder, so neither the length of a path nor a folder renamed meanwhile matters. Only the innermost
-/// folders are kept open; a depth of any size needs a bounded number of descriptors.
+/// The chain of open folders from a root down to the current one. Every step is relative to an open folder,
+/// so long paths don't matter, nor does a folder that is renamed meanwhile. Only the root and the innermost
+/// folders are kept open, so any depth needs a bounded number of descriptors.
 class FolderStack {
  public:
   explicit FolderStack(Descriptor root);
 
-  /// The innermost folder. Not open only after a `leave` that failed.
+  /// Returns the innermost folder. It isn't open only after `leave` has failed.
   int folder() const { return levels_.back().descriptor.number(); }
-  /// 0 for the root.
+  /// Returns the depth; 0 is the root.
   std::size_t depth() const { return levels_.size() - 1; }
-  /// Of the innermost folder below the root, without a leading slash; empty for the root.
+  /// Returns the path of the innermost folder below the root, without a leading slash. It is empty for the
+  /// root.
   std::string_view path() const { return {path_.data(), levels_.back().pathLength}; }
-  /// The last component of `path`, as the calls take it.
+  /// Returns the last component of `path`, ended by a NUL.
   const char* name() const;
 
-  /// Down into a child, which must be a folder and no link. Gives 0 or the number of the failure; then
+  /// Enters a child, which must be a folder and not a link. Returns 0 or the error number; after a failure
   /// nothing has changed.
   int enter(const char* name);
-  /// Up to the parent. Gives 0, or the number of the failure to get hold of the parent again: the parent
-  /// is the innermost then, but can only be left.
+  /// Returns to the parent. Returns 0, or the error number if the parent can't be opened again. The parent is
+  /// then the innermost folder, but can only be left.
   int leave();
 
  private:
   struct Level {
     Descriptor descriptor;
     std::size_t pathLength = 0;
-    dev_t device = 0;  // known from when the descriptor is given up
+    dev_t device = 0;  // set when the descriptor is closed
     ino_t inode = 0;
   };
 

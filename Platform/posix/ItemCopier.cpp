@@ -10,16 +10,19 @@
 namespace quarn {
 namespace {
 
-/// Takes back the copy that was begun, if it failed.
+/// Removes the unfinished copy after an error, and returns the error.
 int completed(int error, const EntryAt& copy) {
   if (error != 0) ::unlinkat(copy.folder, copy.name, 0);
   return error;
 }
 
 int copyRegular(const EntryAt& source, const EntryAt& destination) {
+  // O_NONBLOCK: if a FIFO has replaced the file since it was looked at, open(2) must not wait for a writer.
   const Descriptor from(::openat(source.folder, source.name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
   struct stat status;
+  // Looked up again on the descriptor, because the item may have been replaced since.
   if (!from.isOpen() || ::fstat(from.number(), &status) != 0) return errno;
+  // Readable by the owner alone until its content is complete and its own mode is set.
   const Descriptor to(::openat(destination.folder, destination.name,
                                O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
   if (!to.isOpen()) return errno;

@@ -14,8 +14,8 @@
 namespace quarn {
 namespace {
 
-// The system's own names for such files hold "nosync" too: services that copy a Mac's documents elsewhere
-// pass over it.
+// The system's own names for such files contain "nosync" too. Services that synchronize a Mac's documents
+// skip files with that word in their names.
 constexpr std::string_view beginning = ".quarn.nosync";
 
 template <class Number>
@@ -26,7 +26,7 @@ Number takeNumber(std::string_view& text) {
   return number;
 }
 
-/// The process that a temporary file belongs to; nothing for any other name.
+/// Returns the process that a temporary file belongs to, or nothing for any other name.
 std::optional<pid_t> writerOf(std::string_view name) {
   if (!name.starts_with(beginning)) return std::nullopt;
   std::string_view rest = name.substr(beginning.size());
@@ -34,11 +34,13 @@ std::optional<pid_t> writerOf(std::string_view name) {
   if (process <= 0 || !rest.starts_with('.')) return std::nullopt;
   rest.remove_prefix(1);
   const auto count = takeNumber<unsigned>(rest);
+  // Composing the name again refuses leading zeros, signs and trailing text.
   if (temporaryName(process, count) != name) return std::nullopt;
   return process;
 }
 
 bool hasEnded(pid_t process) {
+  // Signal 0 only checks whether the process exists. EPERM would mean that it does (kill(2)).
   return ::kill(process, 0) != 0 && errno == ESRCH;
 }
 
@@ -53,6 +55,7 @@ void removeLeftoverFiles(const Path& folder) {
   if (at.error()) return;
   const Descriptor opened(::openat(at.folder(), at.name(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   if (!opened.isOpen()) return;
+  // Collected first: removing entries while the folder is read may make the reader skip some (readdir(3)).
   std::vector<std::string> leftovers;
   FolderReader reader;
   reader.begin(opened.number());

@@ -7,11 +7,11 @@
 
 namespace quarn {
 
-/// The name of a file that a process writes before it takes its place.
+/// Returns the name of the temporary file that a process writes before renaming it into place.
 std::string temporaryName(pid_t process, unsigned count);
 
-/// Removes the files of that name from a folder whose process has ended without removing them. What
-/// can't be read or removed stays, as does everything of another name or kind.
+/// Removes temporary files whose process has ended without removing them. Leaves what can't be read or
+/// removed, and every item of another name or kind.
 void removeLeftoverFiles(const Path& folder);
 
 }  // namespace quarn

@@ -9,7 +9,8 @@
 namespace quarn {
 namespace {
 
-// Far more than any property list or record; a larger file is a mistake, or a trap for our memory.
+// Far more than any property list or record needs. A larger file is a mistake, or meant to exhaust our
+// memory.
 constexpr off_t longestFile = 256 * 1024 * 1024;
 
 }  // namespace
@@ -20,6 +21,7 @@ PathAt::PathAt(const Path& path) : rest_(path.text()) {
     rest_.clear();
     return;
   }
+  // PATH_MAX includes the NUL at the end (limits.h).
   walkTo(PATH_MAX - 1);
 }
 
@@ -29,6 +31,7 @@ int PathAt::folder() const {
 
 void PathAt::walkTo(std::size_t longest) {
   while (error_ == 0 && rest_.size() > longest) {
+    // Cut at the last slash that fits, so that as few folders as possible are opened.
     const std::size_t slash = rest_.rfind('/', longest);
     if (slash == std::string::npos || slash == 0) {
       error_ = ENAMETOOLONG;
@@ -58,7 +61,7 @@ std::optional<std::string> linkText(int folder, const char* name) {
   for (std::string text(256, '\0');; text.resize(text.size() * 2)) {
     const ssize_t count = ::readlinkat(folder, name, text.data(), text.size());
     if (count < 0) return std::nullopt;
-    if (static_cast<std::size_t>(count) == text.size()) continue;  // perhaps cut
+    if (static_cast<std::size_t>(count) == text.size()) continue;  // full, so perhaps truncated (readlink(2))
     text.resize(static_cast<std::size_t>(count));
     return text;
   }
@@ -66,14 +69,16 @@ std::optional<std::string> linkText(int folder, const char* name) {
 
 int readWhole(const PathAt& file, std::string& content) {
   if (file.error()) return file.error();
+  // Without O_NONBLOCK, opening a FIFO would wait for a writer.
   const Descriptor opened(::openat(file.folder(), file.name(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
   struct stat status;
   if (!opened.isOpen() || ::fstat(opened.number(), &status) != 0) return errno;
   if (S_ISDIR(status.st_mode)) return EISDIR;
-  // What is no regular file may never end, or wait for a writer that never comes.
+  // Anything but a regular file may never end, or wait for a writer that never comes.
   if (!S_ISREG(status.st_mode)) return ESPIPE;
   if (status.st_size > longestFile) return EFBIG;
-  // One byte more than expected, so that the end shows at once.
+  // One byte more than expected, so that one more read reports the end of the file instead of filling the
+  // buffer. The size is only a first guess: files below /proc report 0.
   std::size_t filled = 0;
   for (content.resize(static_cast<std::size_t>(status.st_size) + 1);;) {
     const ssize_t count = ::read(opened.number(), content.data() + filled, content.size() - filled);
@@ -81,6 +86,7 @@ int readWhole(const PathAt& file, std::string& content) {
     if (count < 0) return errno;
     if (count == 0) break;
     filled += static_cast<std::size_t>(count);
+    // A file can grow while it is read.
     if (filled > static_cast<std::size_t>(longestFile)) return EFBIG;
     if (filled == content.size()) content.resize(content.size() * 2);
   }

@@ -9,21 +9,22 @@
 
 namespace quarn {
 
-/// How a folder is opened of which only names are looked up; it need not be readable then. macOS has O_SEARCH
-/// since 13, Linux calls it O_PATH (open(2) of both).
+/// The flag for opening a folder only to look up names in it; it need not be readable then. macOS has
+/// O_SEARCH since version 13, and Linux calls it O_PATH (open(2) of both).
 #ifdef O_PATH
 inline constexpr int searchOnly = O_PATH;
 #else
 inline constexpr int searchOnly = O_SEARCH;
 #endif
 
-/// A path in the form that the *at calls take: a folder and a text that begins there. A path longer than
-/// one call accepts is walked in pieces, so that its length doesn't matter.
+/// A path in the form that the *at calls take: a folder and a path relative to it. A path longer than one
+/// call accepts is walked in pieces, so its length doesn't matter.
 class PathAt {
  public:
   explicit PathAt(const Path& path);
 
-  /// Not 0 if the beginning of a long path can't be reached, or if the path holds a zero byte.
+  /// Returns an error number if the beginning of a long path can't be opened or the path contains a NUL; else
+  /// 0.
   int error() const { return error_; }
   int folder() const;
   const char* name() const { return rest_.c_str(); }
@@ -36,13 +37,14 @@ class PathAt {
   int error_ = 0;
 };
 
-/// Opens the item at a path of any length. Not open, with `errno` set, if that fails.
+/// Opens the item at a path of any length. On failure the result isn't open and `errno` is set.
 Descriptor openAt(const Path& path, int flags);
 
-/// The stored text of a link, of any length. Nothing, with `errno` set, if it can't be read.
+/// Returns the stored target of a link, of any length. Returns nothing, with `errno` set, if it can't be
+/// read.
 std::optional<std::string> linkText(int folder, const char* name);
 
-/// All bytes of a file; follows links. Gives 0 or the number of the failure.
+/// Reads all bytes of a file; follows links. Returns 0 or the error number.
 int readWhole(const PathAt& file, std::string& content);
 
 }  // namespace quarn

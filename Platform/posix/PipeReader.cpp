@@ -8,6 +8,7 @@
 
 namespace quarn {
 
+// 64 KiB is the largest amount that a pipe holds by default (pipe(7) on Linux).
 PipeReader::PipeReader(std::vector<Source> sources) : sources_(std::move(sources)), buffer_(64 * 1024) {
   for (const Source& source : sources_) {
     if (source.pipe.isOpen()) ::fcntl(source.pipe.number(), F_SETFL, O_NONBLOCK);
@@ -20,14 +21,15 @@ bool PipeReader::hasOpen() const {
 
 void PipeReader::readSome(std::optional<std::chrono::milliseconds> limit) {
   std::vector<pollfd> polled;
-  // A closed one is -1, which poll passes over.
+  // poll(2) ignores entries with a negative descriptor, so closed pipes can stay in the list.
   for (const Source& source : sources_) polled.push_back({source.pipe.number(), POLLIN, 0});
   const int timeout = limit ? static_cast<int>(limit->count()) : -1;
   const int ready = ::poll(polled.data(), static_cast<nfds_t>(polled.size()), timeout);
-  // A poll that can't be done now won't be done later, and whoever waits for it must get on.
+  // If poll fails for another reason it won't succeed later either, and the caller must not wait for ever.
   if (ready < 0 && errno != EINTR) closeAll();
   if (ready <= 0) return;
   for (std::size_t i = 0; i < polled.size(); ++i) {
+    // POLLHUP counts too: reading then returns the rest and the end.
     if (polled[i].revents != 0) readPiece(sources_[i]);
   }
 }

@@ -9,24 +9,25 @@
 
 namespace quarn {
 
-/// Reads several pipes at once, so that none of their writers waits for us to read another.
+/// Reads several pipes at once, so that no writer has to wait until another pipe has been read.
 class PipeReader {
  public:
   struct Source {
-    Descriptor& pipe;  ///< closed at its end
+    Descriptor& pipe;  ///< closed when its end is reached
     const OutputSink& sink;
   };
 
   explicit PipeReader(std::vector<Source> sources);
   bool hasOpen() const;
-  /// Waits for one piece at least, a pipe's end, or the limit. No limit: as long as it takes.
+  /// Waits until at least one chunk or the end of a pipe has been read, or the limit has passed. Without a
+  /// limit it waits as long as it takes.
   void readSome(std::optional<std::chrono::milliseconds> limit);
-  /// What has been written by now; never waits.
+  /// Reads what is in the pipes now. Never waits.
   void readWaiting();
 
  private:
   void closeAll();
-  /// False if nothing was there to be read.
+  /// Returns false if there was nothing to read.
   bool readPiece(Source& source);
 
   std::vector<Source> sources_;

@@ -9,11 +9,13 @@
 namespace quarn {
 namespace {
 
-// How long a tool that has ended may go unnoticed while another process holds its pipe.
+// How long it may take to notice that a tool has ended while another process still holds its pipe.
 constexpr std::chrono::milliseconds pollInterval{20};
 
+// Not zero, so that it counts as a failure.
 constexpr int lostStatus = 255;
 
+/// A signal is reported by its plain number, without the 128 that a shell adds.
 int exitStatus(int waitStatus) {
   return WIFSIGNALED(waitStatus) ? WTERMSIG(waitStatus) : WEXITSTATUS(waitStatus);
 }
@@ -24,6 +26,7 @@ PosixChild::PosixChild(pid_t process, Descriptor output, Descriptor error)
     : process_(process), output_(std::move(output)), error_(std::move(error)) {}
 
 PosixChild::~PosixChild() {
+  // Collects the status if the tool has ended. A tool that is still running is left alone.
   isRunning();
 }
 
@@ -34,7 +37,8 @@ bool PosixChild::collect() {
   do found = ::waitpid(process_, &waitStatus, WNOHANG);
   while (found < 0 && errno == EINTR);
   if (found == 0) return false;
-  // Somebody else's wait took the status away. What isn't known to have gone well counts as failed.
+  // Another wait in this process has collected the status. A run that isn't known to have succeeded counts as
+  // failed.
   status_ = found == process_ ? exitStatus(waitStatus) : lostStatus;
   return true;
 }
@@ -50,7 +54,8 @@ int PosixChild::waitForExit() {
       const std::lock_guard guard(lock_);
       if (collect()) return *status_;
     }
-    // Waits without collecting, so that the lock stays free for a signal.
+    // WNOWAIT leaves the status to be collected, so that the lock is free for a signal while this waits
+    // (waitid(2)).
     siginfo_t information;
     ::waitid(P_PID, static_cast<id_t>(process_), &information, WEXITED | WNOWAIT);
   }
@@ -64,6 +69,7 @@ void PosixChild::kill() {
 }
 
 void PosixChild::signal(int number) {
+  // Once the status is collected the identifier may belong to another process.
   const std::lock_guard guard(lock_);
   if (!collect()) ::kill(process_, number);
 }
@@ -75,8 +81,10 @@ void PosixChild::readToEnd(const OutputSink& output, const OutputSink& error) {
 
 void PosixChild::readUntilExit(const OutputSink& output, const OutputSink& error) {
   PipeReader reader({{output_, output}, {error_, error}});
+  // A grandchild that inherited the pipes may keep them open long after the tool itself has ended.
   while (reader.hasOpen() && isRunning()) reader.readSome(pollInterval);
   waitForExit();
+  // What the tool wrote just before it ended is still in the pipes.
   reader.readWaiting();
 }
 

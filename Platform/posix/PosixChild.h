@@ -12,7 +12,7 @@ namespace quarn {
 
 class PosixChild : public Child {
  public:
-  /// The reading ends of the pipes are not open where the tool writes to our streams.
+  /// The reading ends aren't open if the tool writes to our own streams.
   PosixChild(pid_t process, Descriptor output, Descriptor error);
   ~PosixChild() override;
 
@@ -24,14 +24,15 @@ class PosixChild : public Child {
   void readUntilExit(const OutputSink& output, const OutputSink& error) override;
 
  private:
-  /// Whether it has ended, and then collects it, so that no zombie stays. Needs the lock.
+  /// Returns whether the process has ended and, if so, collects its status, so that no zombie stays behind.
+  /// The caller must hold the lock.
   bool collect();
   void signal(int number);
 
   const pid_t process_;
   Descriptor output_;
   Descriptor error_;
-  // Guards the collecting: afterwards the number may belong to another process.
+  // Guards collecting the status: from then on another process may have the same identifier.
   std::mutex lock_;
   std::optional<int> status_;
 };

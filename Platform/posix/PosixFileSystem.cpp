@@ -21,22 +21,24 @@ namespace {
 
 using CocoaError::Operation;
 
+/// Looks an item up and follows links. Returns whether it exists.
 bool follow(const Path& path, struct stat& status) {
   const PathAt at(path);
   return !at.error() && ::fstatat(at.folder(), at.name(), &status, 0) == 0;
 }
 
-/// 0, or the number of the failure.
+/// Returns 0 or the error number.
 int makeEmpty(const PathAt& place, FileKind folderOrRegular) {
   if (place.error()) return place.error();
   if (folderOrRegular == FileKind::folder)
     return ::mkdirat(place.folder(), place.name(), 0700) == 0 ? 0 : errno;
+  // O_EXCL makes this atomic: of several programs only one creates the file (open(2)).
   const Descriptor made(
       ::openat(place.folder(), place.name(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
   return made.isOpen() ? 0 : errno;
 }
 
-/// `unlinkat` refuses a folder, so a tree that takes the link's place after the look stays.
+/// unlinkat(2) refuses a folder, so a tree that replaces the link after the check is not removed.
 int unlinkLink(const PathAt& link) {
   if (link.error()) return link.error();
   struct stat status;
@@ -73,6 +75,7 @@ Result<std::string> PosixFileSystem::readSymbolicLink(const Path& path) const {
 
 Result<std::vector<std::string>> PosixFileSystem::list(const Path& folder, Hidden hidden) const {
   const PathAt at(folder);
+  // O_NOFOLLOW: a link to a folder must not be listed as if it were the folder.
   const Descriptor opened(
       at.error() ? -1 : ::openat(at.folder(), at.name(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
   if (!opened.isOpen())
@@ -137,6 +140,7 @@ Result<bool> PosixFileSystem::rename(const Path& source, const Path& destination
   const PathAt from(source), to(destination);
   int error = from.error() ? from.error() : to.error();
   if (error == 0) error = renameExclusively(from.folder(), from.name(), to.folder(), to.name());
+  // EXDEV: the destination lies on another volume, which is an answer and not a failure (rename(2)).
   if (error == 0 || error == EXDEV) return error == 0;
   return writeError(Operation::move, error, source, destination);
 }

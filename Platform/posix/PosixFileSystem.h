@@ -4,8 +4,8 @@
 
 namespace quarn {
 
-/// What both systems do alike, by calls that take the bytes of a path as they are. Resolving is left to
-/// each.
+/// The operations that both systems implement alike, through calls that take the bytes of a path as they are.
+/// Resolving links is left to each system.
 class PosixFileSystem : public FileSystem {
  public:
   bool exists(const Path& path) const override;

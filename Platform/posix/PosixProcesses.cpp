@@ -14,15 +14,15 @@ namespace quarn {
 
 namespace {
 
-/// Whoever ignores the end of children, which a program inherits from the one that started it, never
-/// learns how a child has ended.
+/// Restores the default action of SIGCHLD if the program that started us ignored it. Ignored signals are
+/// inherited, and the kernel then discards the exit status of children (waitpid(2)).
 void mindEndsOfChildren() {
   struct sigaction action {};
   if (::sigaction(SIGCHLD, nullptr, &action) == 0 && action.sa_handler == SIG_IGN) ::signal(SIGCHLD, SIG_DFL);
 }
 
-/// The tool may well be there when the system has no room for one more process, or its words can't be handed
-/// over.
+/// Tells apart why a tool couldn't be started: the tool may well exist, but the system may lack a process or
+/// memory, or be unable to pass on the arguments.
 PlatformError notStarted(const Path& executable, int errnoValue) {
   for (const int otherReason : {EMFILE, ENFILE, EAGAIN, ENOMEM, E2BIG, EINVAL}) {
     if (errnoValue == otherReason) return CocoaError::outOfResources(errnoValue);
@@ -43,6 +43,7 @@ Result<std::unique_ptr<Child>> PosixProcesses::start(const Path& executable,
   pid_t process = 0;
   const bool hasPipes = (streams == OutputStreams::inherited || output.writing.isOpen()) &&
                         (streams != OutputStreams::separate || error.writing.isOpen());
+  // A missing pipe means that no descriptors are left.
   if (!hasPipes) return notStarted(executable, EMFILE);
   if (const int failure = spawn(executable, arguments, output.writing.number(), errorTarget, process))
     return notStarted(executable, failure);

@@ -12,9 +12,11 @@
 namespace quarn {
 namespace {
 
+// To change a folder a process needs permission to write to it and to search it (unlink(2)).
 constexpr int changing = W_OK | X_OK;
 
-/// In a folder with the sticky bit, only the owner of the folder or of the item removes it (unlink(2)).
+/// Returns whether the sticky bit protects the item: in such a folder only root and the owner of the folder
+/// or of the item may remove it (unlink(2)).
 bool isKeptBySticky(int folder, const RemovalFacts& facts) {
   const uid_t user = ::geteuid();
   struct stat status;
@@ -30,8 +32,10 @@ bool isEmpty(int folder, const char* name) {
   return !reader.next() && reader.error() == 0;
 }
 
-/// A folder that may not be changed can't be emptied; one that is empty needs no emptying.
+/// A folder that has contents and may not be changed can't be emptied. An empty one needs no emptying, and
+/// rmdir(2) asks only its parent's permissions.
 int obstacleToEmptying(int folder, const char* name) {
+  // AT_EACCESS checks the effective user, as the removal will (faccessat(2)).
   if (::faccessat(folder, name, changing, AT_EACCESS) == 0) return 0;
   const int error = errno;
   return isEmpty(folder, name) ? 0 : error;

@@ -4,11 +4,11 @@
 
 namespace quarn {
 
-/// The number with which the removal of an item would be refused, or 0. For an item whose folder may be
-/// changed; of what lies below it, nothing is told.
+/// Returns the error number with which removing an item would fail, or 0. Assumes that the item's folder may
+/// be changed, and doesn't look at what lies below the item.
 int removalObstacle(int folder, const char* name);
 
-/// The same, with the rights to the item's folder looked at too.
+/// Does the same, but also checks the permissions of the item's folder.
 int removalObstacle(const Path& item);
 
 }  // namespace quarn

@@ -20,12 +20,15 @@ struct RepeatingTimer::State {
     auto next = std::chrono::steady_clock::now() + interval;
     while (!cancelledBefore(next)) {
       action();
-      // An action that takes longer than the interval makes calls fewer, not closer together.
+      // If the action took longer than the interval, the missed calls are dropped instead of following each
+      // other at once.
       next = std::max(next + interval, std::chrono::steady_clock::now());
     }
   }
 
   bool cancelledBefore(std::chrono::steady_clock::time_point moment) {
+    // A condition variable instead of a sleep, so that `cancel` doesn't have to wait for the rest of an
+    // interval.
     std::unique_lock guard(lock);
     return wake.wait_until(guard, moment, [this] { return isCancelled; });
   }

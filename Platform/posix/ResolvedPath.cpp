@@ -15,6 +15,7 @@ struct Free {
 }  // namespace
 
 std::optional<Path> resolved(const Path& path) {
+  // realpath(3) would stop at the NUL and resolve another path.
   if (path.holdsNul()) return std::nullopt;
   const std::unique_ptr<char, Free> text(::realpath(path.text().c_str(), nullptr));
   if (!text) return std::nullopt;
@@ -27,12 +28,13 @@ bool goesUp(const Path& path) {
 
 Path withParentResolved(const Path& path) {
   const auto parent = resolved(path.parent());
+  // The root is its own parent; appending its name would be wrong.
   return parent && *parent != path ? parent->appending(path.lastComponent()) : path;
 }
 
 Path currentFolder() {
   const std::unique_ptr<char, Free> text(::getcwd(nullptr, 0));
-  // A folder that was removed has no path any more.
+  // A folder that has been removed has no path any more (ENOENT, getcwd(3)).
   return Path(text ? text.get() : "/");
 }
 

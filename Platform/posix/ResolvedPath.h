@@ -6,17 +6,19 @@
 
 namespace quarn {
 
-/// Every link resolved; nothing if a component is missing, or if the path holds a zero byte.
+/// Returns the path with every link resolved, or nothing if a component is missing or the path contains a
+/// NUL.
 std::optional<Path> resolved(const Path& path);
 
-/// Whether "..", the one component that can leave a link another way than it was entered, occurs.
+/// Returns whether the path contains "..". After a link this component leads to the parent of the link's
+/// target, so it can't be removed from the text alone.
 bool goesUp(const Path& path);
 
-/// The links on the way to an item resolved, the item itself left as it is, link or not. Where the way
-/// doesn't exist, the path as it is.
+/// Resolves the links in an item's parent and leaves the item itself as it is, link or not. Returns the path
+/// unchanged if the parent doesn't exist.
 Path withParentResolved(const Path& path);
 
-/// `Places::currentFolder`.
+/// See `Places::currentFolder`.
 Path currentFolder();
 
 }  // namespace quarn

@@ -16,6 +16,7 @@ class SQLiteStatement : public Statement {
 
   void bind(int parameter, const std::optional<std::string>& text) override {
     if (text) {
+      // SQLITE_TRANSIENT makes SQLite copy the text, which may not live as long as the statement.
       sqlite3_bind_text(handle_.get(), parameter, text->c_str(), -1, SQLITE_TRANSIENT);
     } else {
       sqlite3_bind_null(handle_.get(), parameter);
@@ -52,6 +53,7 @@ class SQLiteDatabase : public Database {
   std::unique_ptr<Statement> prepare(const std::string& sql) override {
     sqlite3_stmt* statement = nullptr;
     const int code = sqlite3_prepare_v2(handle_.get(), sql.c_str(), -1, &statement, nullptr);
+    // An empty statement is prepared as a null pointer, and without an error.
     if (code != SQLITE_OK || !statement) return nullptr;
     return std::make_unique<SQLiteStatement>(statement);
   }
@@ -64,12 +66,13 @@ class SQLiteDatabase : public Database {
 std::unique_ptr<Database> open(const Path& file, int flags) {
   if (file.holdsNul()) return nullptr;
   struct stat status;
-  // Opening a FIFO would wait for another process, for ever if none comes.
+  // Opening a FIFO would wait for another process, for ever if none comes. The check is also what keeps
+  // SQLite from opening a folder or a device.
   if (::stat(file.text().c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return nullptr;
   sqlite3* handle = nullptr;
   const int code = sqlite3_open_v2(file.text().c_str(), &handle, flags, nullptr);
-  auto database =
-      std::make_unique<SQLiteDatabase>(handle);  // there may be a handle to close even after a failure
+  // Owned before the result is checked: sqlite3_open_v2 may return a handle to close even when it fails.
+  auto database = std::make_unique<SQLiteDatabase>(handle);
   if (code != SQLITE_OK) return nullptr;
   return database;
 }

@@ -31,6 +31,7 @@ class FileActions {
   posix_spawn_file_actions_t actions_;
 };
 
+/// What posix_spawn(2) sets in the new process before the tool starts.
 class Attributes {
  public:
   Attributes() {
@@ -38,12 +39,15 @@ class Attributes {
     sigset_t none, all;
     sigemptyset(&none);
     sigfillset(&all);
+    // The actions of these two signals can't be changed (sigaction(2)).
     sigdelset(&all, SIGKILL);
     sigdelset(&all, SIGSTOP);
     ::posix_spawnattr_setsigmask(&attributes_, &none);
     ::posix_spawnattr_setsigdefault(&attributes_, &all);
+    // Its own group, so that Ctrl-C in the terminal reaches only us.
     ::posix_spawnattr_setpgroup(&attributes_, 0);
     int flags = POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF;
+// Only macOS has this flag. Elsewhere `closeAbove2` adds an action that does the same.
 #ifdef POSIX_SPAWN_CLOEXEC_DEFAULT
     flags |= POSIX_SPAWN_CLOEXEC_DEFAULT;
 #endif
@@ -74,7 +78,9 @@ int spawn(const Path& executable, const std::vector<std::string>& arguments, int
   FileActions actions;
   actions.hand(output, STDOUT_FILENO);
   actions.hand(error, STDERR_FILENO);
+  // Last, so that it doesn't close the pipes before they have been passed on.
   actions.closeAbove2();
+  // posix_spawn(2) takes pointers to non-const characters for historical reasons and doesn't change them.
   std::vector<char*> words{const_cast<char*>(executable.text().c_str())};
   for (const std::string& argument : arguments) words.push_back(const_cast<char*>(argument.c_str()));
   words.push_back(nullptr);

@@ -26,7 +26,9 @@ FileKind kindFrom(mode_t mode) {
 FileAttributes attributesFrom(const struct stat& status) {
   FileAttributes attributes;
   attributes.kind = kindFrom(status.st_mode);
+  // The size of a folder has no meaning that is the same on every volume.
   if (attributes.kind != FileKind::folder) attributes.size = status.st_size;
+  // `st_blocks` counts units of 512 bytes, whatever the block size of the volume is (stat(2)).
   attributes.blockBytes = static_cast<std::int64_t>(status.st_blocks) * 512;
   attributes.totalAllocatedSize = attributes.blockBytes;
   attributes.allocatedSize = attributes.blockBytes;

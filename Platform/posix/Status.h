@@ -7,12 +7,12 @@
 
 namespace quarn {
 
-/// What `lstat` tells, in our terms.
+/// Converts what lstat(2) returns.
 FileAttributes attributesFrom(const struct stat& status);
 FileKind kindFrom(mode_t mode);
 
-/// The kind that a folder tells of one of its entries (`d_type`); nothing where the file system leaves it
-/// unknown.
+/// Converts the type that a folder stores for an entry (`d_type`). Returns nothing if the file system doesn't
+/// store it.
 std::optional<FileKind> entryKind(unsigned char type);
 
 }  // namespace quarn

@@ -6,8 +6,8 @@
 #include "Platform/UTF8.h"
 #include "Platform/system/Unicode.h"
 
-// Most texts are plain ASCII. For them every rule here is a rule of bytes, and the tables of Unicode, which
-// first have to be read, aren't asked.
+// Most texts are plain ASCII. For them every rule here works on bytes, so the Unicode tables, which have to
+// be loaded first, aren't needed.
 namespace quarn::Text {
 
 namespace {
@@ -22,7 +22,7 @@ bool isASCII(std::string_view text) {
   return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
-/// Whether bytes are all that is needed: ASCII, or bytes that are no text.
+/// Returns whether a text is handled as bytes: ASCII, or not valid UTF-8.
 bool isReadAsBytes(std::string_view text) {
   return isASCII(text) || !isUTF8(text);
 }
@@ -35,14 +35,14 @@ std::string lowercasedBytes(std::string_view text) {
   return result;
 }
 
-/// How long the one of `characters` is for which `stands` holds; 0 for none.
+/// Returns the length of the first of `characters` for which `stands` is true, or 0 if there is none.
 template <class Characters, class Stands>
 std::size_t lengthOfOne(const Characters& characters, Stands stands) {
   const auto found = std::find_if(characters.begin(), characters.end(), stands);
   return found == characters.end() ? 0 : found->size();
 }
 
-/// Takes off the ends what `length` finds there, asked for one character at a time.
+/// Removes from both ends every character for which `length` returns more than 0.
 template <class Length>
 std::string trimming(std::string_view text, Length length) {
   const auto atStart = [&](std::string_view character) { return text.starts_with(character); };
@@ -52,7 +52,8 @@ std::string trimming(std::string_view text, Length length) {
   return std::string(text);
 }
 
-/// How many bytes the first `count` characters of an ASCII text take; CR and LF together are one character.
+/// Returns how many bytes the first `count` characters of an ASCII text take. CRLF is one character (Unicode
+/// Standard Annex 29).
 std::size_t prefixLengthOfASCII(std::string_view text, std::size_t count) {
   std::size_t end = 0;
   for (; count > 0 && end < text.size(); --count) end += text.substr(end, 2) == "\r\n" ? 2 : 1;
@@ -80,6 +81,7 @@ std::string canonical(std::string_view text) {
 
 bool equal(std::string_view a, std::string_view b) {
   if (a == b) return true;
+  // Canonical equivalence can make texts of different bytes equal only if one of them isn't ASCII.
   return !(isASCII(a) && isASCII(b)) && canonical(a) == canonical(b);
 }
 
@@ -154,6 +156,7 @@ std::vector<std::string_view> nonEmptyLinesOfAnyEnd(std::string_view text) {
       finishLine();
       begin = end + newline;
     }
+    // A newline of several bytes never begins inside another character, because UTF-8 is self-synchronizing.
     end += std::max<std::size_t>(newline, 1);
   }
   finishLine();

@@ -12,7 +12,8 @@ namespace {
 
 constexpr int folderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 
-// Ours alone until it is complete; the real mode may forbid writing.
+// Accessible only to the owner until the folder is complete. The final mode may forbid writing, so it is set
+// last.
 constexpr mode_t modeWhileFilling = 0700;
 
 int copyOpenMetadata(int source, int destination) {
@@ -24,8 +25,9 @@ bool isSame(const struct stat& a, const struct stat& b) {
   return a.st_dev == b.st_dev && a.st_ino == b.st_ino;
 }
 
-/// Whether a folder lies in `source` or is it, by climbing to the root. Gives 0 or the reason why the
-/// copy can't be.
+/// Returns 0 if `folder` neither is `source` nor lies inside it; otherwise EINVAL, or the error number if
+/// that can't be determined. Climbs to the root by "..", so it follows the real folders and not the text of
+/// the path.
 int checkNotInside(const struct stat& source, const Path& folder) {
   const PathAt at(folder);
   if (at.error()) return at.error();
@@ -34,14 +36,16 @@ int checkNotInside(const struct stat& source, const Path& folder) {
   for (; current.isOpen(); previous = status) {
     if (::fstat(current.number(), &status) != 0) return errno;
     if (isSame(status, source)) return EINVAL;
+    // The root is its own "..".
     if (isSame(status, previous)) return 0;
     current = Descriptor(::openat(current.number(), "..", searchOnly | O_DIRECTORY | O_CLOEXEC));
   }
-  // Above a folder that may not be searched nothing can be told, and nothing can be reached either.
+  // What lies above a folder that may not be searched can't be determined. The copy can't reach it either.
   return errno == EACCES ? 0 : errno;
 }
 
-/// Keeps a second chain of folders, that of the copy, in step with the first.
+/// Copies what the descent meets. It keeps a second chain of open folders, that of the copy, in step with the
+/// first.
 class Copy : public TreeWork {
  public:
   Copy(dev_t device, Descriptor root) : device_(device), copy_(std::move(root)) {}
@@ -49,6 +53,8 @@ class Copy : public TreeWork {
   Next entry(const FolderStack& at, const FolderReader::Entry& entry) override {
     if (entry.kind == FileKind::folder) return Next::enter;
     struct stat status;
+    // Looked up because the copy needs mode, owner and times, and because some file systems don't report the
+    // kind of an entry.
     if (::fstatat(at.folder(), entry.name, &status, AT_SYMLINK_NOFOLLOW) != 0)
       error_ = errno;
     else if (S_ISDIR(status.st_mode))
@@ -59,6 +65,7 @@ class Copy : public TreeWork {
   }
 
   bool entered(const FolderStack& at) override {
+    // EBUSY is what removing a mount point would return as well.
     error_ = isMountedOver(device_, at.folder()) ? EBUSY : 0;
     if (error_ != 0) return false;
     const bool made = ::mkdirat(copy_.folder(), at.name(), modeWhileFilling) == 0;
@@ -67,6 +74,8 @@ class Copy : public TreeWork {
   }
 
   bool finished(const FolderStack& at) override {
+    // While both folders are still open, and after everything inside was written: writing would change the
+    // times.
     error_ = copyOpenMetadata(at.folder(), copy_.folder());
     if (error_ == 0) error_ = copy_.leave();
     return error_ == 0;
@@ -94,6 +103,8 @@ int fillFolder(dev_t device, const PathAt& source, const PathAt& destination) {
   if (!from.isOpen()) return errno;
   Descriptor to = openFolder(destination);
   if (!to.isOpen()) return errno;
+  // Duplicates, because the descent takes over the descriptors, and the top folder gets its metadata only
+  // after the descent.
   const Descriptor top(::fcntl(to.number(), F_DUPFD_CLOEXEC, 0));
   const Descriptor original(::fcntl(from.number(), F_DUPFD_CLOEXEC, 0));
   if (!top.isOpen() || !original.isOpen()) return errno;
@@ -111,9 +122,11 @@ int copyTree(const PathAt& source, const PathAt& destination, const Path& destin
   if (::fstatat(source.folder(), source.name(), &status, AT_SYMLINK_NOFOLLOW) != 0) return errno;
   if (!S_ISDIR(status.st_mode))
     return copyFile({source.folder(), source.name()}, status, {destination.folder(), destination.name()});
+  // Before anything is made: a copy into the source itself would never end.
   if (const int error = checkNotInside(status, destinationParent)) return error;
   if (::mkdirat(destination.folder(), destination.name(), modeWhileFilling) != 0) return errno;
   const int error = fillFolder(status.st_dev, source, destination);
+  // A folder of the copy may already have its final mode, which may forbid removing what it holds.
   if (error != 0) removeCopy(destination);
   return error;
 }

@@ -6,12 +6,13 @@
 namespace quarn {
 namespace {
 
-/// Folders still to enter, for all levels in one text: the innermost level's stand at the end.
+/// The folders that are still to be entered. The names of all levels are in one text, the innermost level
+/// last, so that a deep tree needs no allocation per folder.
 class PendingFolders {
  public:
   void beginLevel() { begins_.push_back(names_.size()); }
   void add(const char* name) { names_.append(name).push_back('\0'); }
-  /// False if the level has none left; the level has ended then.
+  /// Takes one name. Returns false, and ends the level, if the level has none left.
   bool take(std::string& name) {
     if (names_.size() == begins_.back()) {
       begins_.pop_back();
@@ -64,12 +65,13 @@ class Descent {
 
   bool goUp() {
     if (!work_.finished(stack_)) return false;
+    // The name is kept, because leaving the folder removes it from the stack.
     name_ = stack_.name();
     const int error = stack_.leave();
     return error == 0 ? work_.left(stack_, name_.c_str()) : leaveLost(error);
   }
 
-  /// What is pending in a folder that can't be found again is lost with it, and one report is enough.
+  /// Gives up a folder that can't be opened again, together with its pending children. Reports it once.
   bool leaveLost(int error) {
     while (error != 0) {
       if (!work_.failed(stack_, "", error)) return false;

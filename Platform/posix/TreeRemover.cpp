@@ -10,12 +10,13 @@
 namespace quarn {
 namespace {
 
-/// How `unlinkat` says that a folder stands there: EISDIR on Linux, EPERM on a Mac (unlink(2) of both).
-/// The latter can mean other things too, which opening the item as a folder then tells.
+/// Returns whether an error of `unlinkat` can mean that the item is a folder. Linux returns EISDIR and macOS
+/// EPERM (unlink(2) of both). EPERM has other meanings too; opening the item as a folder then decides.
 bool mayBeFolder(int errnoValue) {
   return errnoValue == EISDIR || errnoValue == EPERM;
 }
 
+/// A copy of ours may be unlocked before it is removed. Anything else stays locked.
 enum class Item { any, ourCopy };
 
 class Removal : public TreeWork {
@@ -23,14 +24,15 @@ class Removal : public TreeWork {
   Removal(dev_t device, Item item) : device_(device), item_(item) {}
 
   Next entry(const FolderStack& at, const FolderReader::Entry& entry) override {
+    // Before the removal: a lock on the entry would forbid it.
     if (item_ == Item::ourCopy) unlockCopy(at.folder(), entry.name);
     if (entry.kind == FileKind::folder) return Next::enter;
     if (::unlinkat(at.folder(), entry.name, 0) == 0) return Next::goOn;
-    // Another program removed it, or it belonged to a file removed before: a Mac keeps the attributes of
-    // `name` in `._name` where a volume has no place for them, and removes both together.
+    // Another program has removed the item, or it belonged to a file that was removed before it: on a volume
+    // without extended attributes macOS keeps those of `name` in `._name`, and removes both together.
     if (errno == ENOENT) return Next::goOn;
     const int refusal = errno;
-    // Reached only where the file system doesn't tell what an entry is.
+    // Happens only on file systems that don't report the kind of an entry.
     if (mayBeFolder(refusal) && isFolder(at.folder(), entry.name)) return Next::enter;
     error_ = refusal;
     return Next::stop;
@@ -42,14 +44,15 @@ class Removal : public TreeWork {
   }
 
   bool left(const FolderStack& at, const char* name) override {
+    // ENOENT: another program has removed the folder meanwhile.
     if (::unlinkat(at.folder(), name, AT_REMOVEDIR) == 0 || errno == ENOENT) return true;
     error_ = errno;
     return false;
   }
 
   bool failed(const FolderStack&, std::string_view, int errnoValue) override {
-    // Another program removed a folder, or moved it away. If something is left, the folder above it can't be
-    // removed, and that is told.
+    // Another program has removed the folder or moved it elsewhere. If something is left, removing the parent
+    // folder fails, and that failure is reported.
     if (errnoValue == ENOENT) return true;
     error_ = errnoValue;
     return false;
@@ -81,10 +84,12 @@ int emptyFolder(const PathAt& folder, Item item) {
 int removeItem(const PathAt& item, Item kind) {
   if (item.error()) return item.error();
   if (kind == Item::ourCopy) unlockCopy(item.folder(), item.name());
+  // Without looking first: for anything but a folder this one call is enough.
   if (::unlinkat(item.folder(), item.name(), 0) == 0) return 0;
   const int refusal = errno;
   if (!mayBeFolder(refusal)) return refusal;
   const int error = emptyFolder(item, kind);
+  // It wasn't a folder after all, so the first error is the one to report.
   if (error == ENOTDIR) return refusal;
   // A folder that may not be read can still be empty.
   if (error != 0 && error != EACCES) return error;

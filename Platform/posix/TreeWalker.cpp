@@ -13,10 +13,11 @@
 namespace quarn {
 namespace {
 
-/// The folder at a relative path below a root, kept open until another one is asked for.
+/// The folder at a relative path below a root. It stays open until another one is asked for, because all
+/// entries of a folder are visited one after the other.
 class FolderBelow {
  public:
-  /// A descriptor that can only be searched; -1, with `errno`, if the folder can't be opened.
+  /// Returns a descriptor that can only be used to look up names, or -1 with `errno` set.
   int at(const Path& root, std::string_view relativePath) {
     const std::string wanted = root.appending(relativePath).text();
     if (folder_.isOpen() && wanted == path_) return folder_.number();
@@ -109,7 +110,8 @@ class Walk : public TreeWork, private WalkItem {
   mutable FolderBelow other_;
 };
 
-/// A root that is there but no folder has nothing below it, which is no failure.
+/// Returns whether the root exists but isn't a folder. Such a root has nothing below it, which isn't a
+/// failure.
 bool isNoFolder(const PathAt& at, int errnoValue) {
   struct stat status;
   return errnoValue == ENOTDIR && ::fstatat(at.folder(), at.name(), &status, 0) == 0;
@@ -120,6 +122,7 @@ bool isNoFolder(const PathAt& at, int errnoValue) {
 void walkTree(const Path& root, Hidden hidden, WalkVisitor& visitor) {
   Walk walk(root, hidden, visitor);
   const PathAt at(root);
+  // Without O_NOFOLLOW: a link given as the root is followed.
   Descriptor folder(at.error() ? -1 : ::openat(at.folder(), at.name(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   const int error = at.error() ? at.error() : errno;
   if (folder.isOpen())

@@ -10,10 +10,11 @@
 namespace quarn {
 namespace {
 
+// O_NONBLOCK: opening a FIFO must not wait for a writer.
 constexpr int looking = O_RDONLY | O_NONBLOCK | O_NOFOLLOW;
 
-/// Which volumes can't be asked as a whole, and how they say so, differs from one driver to the next: a
-/// disk formatted as exFAT answers ENOTTY on a Mac, a network volume ENOTSUP.
+/// Returns whether the volume doesn't support flushing. Drivers report this differently: on a Mac, a drive
+/// formatted as exFAT returns ENOTTY and an SMB share ENOTSUP.
 bool isUnsupported(int errnoValue) {
   return errnoValue == ENOTSUP || errnoValue == EOPNOTSUPP || errnoValue == ENOTTY || errnoValue == EINVAL ||
          errnoValue == ENOSYS;
@@ -27,13 +28,13 @@ int syncItem(int item) {
 
 int flushVolume(const Path& item) {
   Descriptor onVolume = openAt(item, looking);
-  // A link, a socket or a file that may not be read doesn't open; the folder that holds it stands on the
-  // same volume.
+  // A link, a socket or an unreadable file can't be opened. The folder that holds it lies on the same volume.
   if (!onVolume.isOpen()) onVolume = openAt(item.parent(), looking);
   if (onVolume.isOpen()) {
     const int error = syncVolume(onVolume.number());
     return isUnsupported(error) ? syncItem(onVolume.number()) : error;
   }
+  // If neither may be read, sync(2) still writes out every volume, but reports no failure.
   if (errno != EACCES) return errno;
   ::sync();
   return 0;

@@ -4,8 +4,7 @@
 
 namespace quarn {
 
-/// Returns when all that was written to the volume of an item has reached it. 0, or the number of the
-/// failure.
+/// Returns once everything written to the volume of an item has reached it. Returns 0 or the error number.
 int flushVolume(const Path& item);
 
 }  // namespace quarn

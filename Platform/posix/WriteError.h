@@ -4,7 +4,8 @@
 
 namespace quarn {
 
-/// `CocoaError::fromErrno` with the name of the volume that was written to, should it be asked for.
+/// Returns `CocoaError::fromErrno` for a failed write. Looks up the name of the volume only if the sentence
+/// needs it.
 PlatformError writeError(CocoaError::Operation operation, int errnoValue, const Path& item,
                          const Path& destination = {});
 

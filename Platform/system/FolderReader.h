@@ -8,13 +8,12 @@
 
 namespace quarn {
 
-/// Reads the names in open folders, one folder after the other, with few calls. The folder's own entry
-/// and its parent's are left out.
+/// Reads the names in open folders, one folder after another, with few system calls. Leaves out "." and "..".
 class FolderReader {
  public:
   struct Entry {
-    const char* name;              ///< until the next call
-    std::optional<FileKind> kind;  ///< absent where the file system doesn't tell it
+    const char* name;              ///< valid until the next call
+    std::optional<FileKind> kind;  ///< absent if the file system doesn't report it
   };
 
   FolderReader();
@@ -22,9 +21,9 @@ class FolderReader {
   FolderReader(const FolderReader&) = delete;
   FolderReader& operator=(const FolderReader&) = delete;
 
-  /// Begins with a folder just opened, which must stay open while it is read.
+  /// Starts reading a folder that was just opened. It must stay open while it is read.
   void begin(int folder);
-  /// Nothing at the end, or if the folder can't be read on: then `error` isn't 0.
+  /// Returns the next entry, or nothing at the end or after a failure; `error` then tells which.
   std::optional<Entry> next();
   int error() const;
 

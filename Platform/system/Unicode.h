@@ -3,19 +3,19 @@
 #include <string>
 #include <string_view>
 
-/// What of `Text` needs the tables of Unicode, which each system has its own of.
+/// The parts of `Text` that need Unicode tables. Each system brings its own tables.
 namespace quarn::Unicode {
 
-/// NFC of a text that is UTF-8.
+/// Returns the NFC form (Unicode Standard Annex 15) of a valid UTF-8 text.
 std::string canonical(std::string_view text);
-/// As `Text::localizedCaseInsensitiveCompare`, for any bytes.
+/// See `Text::localizedCaseInsensitiveCompare`. Takes any bytes.
 int compare(std::string_view a, std::string_view b);
-/// As `Text::localizedCaseInsensitiveContains`, for a `part` that isn't empty and any bytes.
+/// See `Text::localizedCaseInsensitiveContains`. Takes any bytes, but `part` must not be empty.
 bool contains(std::string_view text, std::string_view part);
-/// Of a text that is UTF-8, each character by itself: a capital sigma at the end of a word becomes the same
-/// small one as anywhere else.
+/// Converts a valid UTF-8 text to lower case, each character by itself: a capital sigma becomes the same
+/// small sigma everywhere, also at the end of a word.
 std::string lowercased(std::string_view text);
-/// How many bytes the first `count` grapheme clusters take, for any bytes.
+/// Returns how many bytes the first `count` grapheme clusters take. Takes any bytes.
 std::size_t prefixLength(std::string_view text, std::size_t count);
 
 }  // namespace quarn::Unicode
