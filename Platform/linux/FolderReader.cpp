@@ -13,7 +13,7 @@
 namespace quarn {
 namespace {
 
-/// As the kernel lays an entry out.
+/// An entry as the kernel returns it: struct linux_dirent64 of getdents64(2).
 struct RawEntry {
   std::uint64_t inode;
   std::int64_t offset;
@@ -29,7 +29,7 @@ bool isDots(const char* name) {
 }  // namespace
 
 struct FolderReader::State {
-  // Large enough that nearly every folder takes one call and one more for its end.
+  // Large enough that nearly every folder needs one call, and one more to find its end.
   alignas(RawEntry) std::array<char, 64 * 1024> buffer;
   int folder = -1;
   std::size_t filled = 0;
@@ -45,7 +45,7 @@ struct FolderReader::State {
   }
 };
 
-// The buffer is left as it comes: clearing it would cost more than most runs read.
+// The buffer is deliberately not initialized: clearing it would cost more than most runs read.
 FolderReader::FolderReader() : state_(new State) {}
 FolderReader::~FolderReader() = default;
 
@@ -59,6 +59,7 @@ std::optional<FolderReader::Entry> FolderReader::next() {
   for (;;) {
     if (state_->position == state_->filled && !state_->refill()) return std::nullopt;
     const char* raw = state_->buffer.data() + state_->position;
+    // Copied byte by byte, because the buffer doesn't promise the alignment that a direct access needs.
     std::uint16_t length;
     std::memcpy(&length, raw + offsetof(RawEntry, length), sizeof length);
     state_->position += length;

@@ -16,7 +16,8 @@ namespace {
 
 constexpr std::string_view ofDeleted = " (deleted)";
 
-/// The kernel keeps telling where the executable was, also after it has been removed.
+/// Removes the " (deleted)" that the kernel appends to the path of an executable that no longer exists
+/// (/proc/pid/exe, proc(5)).
 std::string withoutRemark(std::string executable) {
   const std::size_t length = executable.size();
   if (length > ofDeleted.size() && executable.compare(length - ofDeleted.size(), length, ofDeleted) == 0)
@@ -24,7 +25,8 @@ std::string withoutRemark(std::string executable) {
   return executable;
 }
 
-/// Empty for a process that has ended and waits to be collected.
+/// Returns the executable of a process, or an empty text for a zombie. The link can't be read for another
+/// user's process (proc(5)); then the first argument stands in for it.
 std::string executable(int table, const std::string& process) {
   if (auto link = linkText(table, (process + "/exe").c_str())) return withoutRemark(*std::move(link));
   std::string arguments;
@@ -43,7 +45,7 @@ Descriptor openTable() {
   return Descriptor(::open("/proc", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
 }
 
-/// Not if the number belongs to another process by now.
+/// Sends a signal unless the identifier belongs to another process by now.
 void signalIfStill(const RunningApplication& application, int signal) {
   const Descriptor table = openTable();
   const std::string process = std::to_string(application.processIdentifier);

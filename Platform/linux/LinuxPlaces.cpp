@@ -13,12 +13,13 @@
 namespace quarn {
 namespace {
 
-/// `find` is one of the re-entrant look-ups with the key bound.
+/// Looks up an entry of the password file. `find` is getpwuid_r or getpwnam_r with the key already bound.
 template <class Find>
 std::optional<Path> homeOf(Find find) {
   for (std::vector<char> buffer(4096);; buffer.resize(buffer.size() * 2)) {
     passwd entry;
     passwd* found = nullptr;
+    // ERANGE: the buffer is too small (getpwnam_r(3)).
     if (find(&entry, buffer.data(), buffer.size(), &found) == ERANGE) continue;
     if (!found) return std::nullopt;
     return Path(found->pw_dir);

@@ -15,7 +15,7 @@
 namespace quarn {
 namespace {
 
-/// Cut so that at most `longest` bytes stay, and no character is cut in two.
+/// Shortens a text to at most `longest` bytes without cutting a character in two.
 std::string shortened(std::string text, std::size_t longest) {
   if (text.size() <= longest) return text;
   while (longest > 0 && (static_cast<unsigned char>(text[longest]) & 0xC0) == 0x80) --longest;
@@ -23,16 +23,17 @@ std::string shortened(std::string text, std::size_t longest) {
   return text;
 }
 
-/// "name 2.ext" for 2.
+/// Returns a name such as "name 2.ext".
 std::string numbered(const Path& item, int number) {
   const std::string extension = item.extension();
   const std::string ending = " " + std::to_string(number) + (extension.empty() ? "" : "." + extension);
+  // A name may have at most NAME_MAX bytes.
   const std::size_t room = ending.size() < NAME_MAX ? NAME_MAX - ending.size() : 0;
   return shortened(item.nameWithoutExtension(), room) + ending;
 }
 
 PlatformError trashError(int errnoValue, const Path& item) {
-  // A volume that can't be written, or that ends here, has no Trash; everything else is told as it is.
+  // EROFS, EXDEV and the like mean that this volume can't have a Trash. Any other error is reported as it is.
   const bool hasNone = errnoValue == EROFS || errnoValue == EXDEV || errnoValue == ENOTSUP ||
                        errnoValue == ENOTDIR || errnoValue == ELOOP;
   if (hasNone) return CocoaError::noTrash(item, volumeName(item));
@@ -46,13 +47,14 @@ Result<Path> LinuxTrash::moveToTrash(const Path& item) {
   struct stat status;
   if (at.error()) return trashError(at.error(), item);
   if (::fstatat(at.folder(), at.name(), &status, AT_SYMLINK_NOFOLLOW) != 0) {
-    // The way to it being no folder is one more way of not being there.
+    // A component of the path that isn't a folder means that the item doesn't exist.
     return trashError(errno == ENOTDIR ? ENOENT : errno, item);
   }
   const TrashFolder trash = TrashFolder::forItemsIn(withParentResolved(item).parent(), places_.home());
   if (trash.error) return trashError(trash.error, item);
   std::string name = item.lastComponent();
   int error = renameExclusively(at.folder(), at.name(), trash.descriptor.number(), name.c_str());
+  // The rename itself detects that a name is taken, so two programs can't choose the same one.
   for (int number = 2; error == EEXIST; ++number) {
     name = numbered(item, number);
     error = renameExclusively(at.folder(), at.name(), trash.descriptor.number(), name.c_str());

@@ -16,7 +16,7 @@ PlatformError readError(int errnoValue, const Path& item) {
   return CocoaError::fromErrno(CocoaError::Operation::readFile, errnoValue, item);
 }
 
-/// Of the item itself: a link counts where it lies, not where it leads.
+/// Asks for the volume of the item itself: for a link, the volume on which the link lies.
 int volumeStatus(const Path& item, struct statvfs& status) {
   const PathAt at(item);
   if (at.error()) return at.error();

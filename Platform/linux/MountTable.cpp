@@ -15,12 +15,13 @@ struct CloseTable {
 constexpr const char* customaryTable = "/etc/mtab";
 constexpr const char* kernelsTable = "/proc/self/mounts";
 
-/// False if the table can't be read; then `errno` tells why.
+/// Calls `take` for each line of a mount table. Returns false, with `errno` set, if the table can't be read.
 template <class Take>
 bool forEachEntry(const char* table, Take take) {
   const std::unique_ptr<FILE, CloseTable> file(::setmntent(table, "re"));
   if (!file) return false;
   mntent entry;
+  // Room for two long paths and the options: a longer line would be cut (getmntent_r(3)).
   std::vector<char> line(16 * 1024);
   while (::getmntent_r(file.get(), &entry, line.data(), static_cast<int>(line.size()))) take(entry);
   return true;
@@ -33,6 +34,7 @@ bool isVolume(const Path& mountPoint) {
   return mountPoint == startupMountPoint || mountPoint.parent() == volumesFolder;
 }
 
+/// A later mount hides an earlier one on the same mount point, so the last line replaces it.
 void add(std::vector<MountedVolume>& volumes, MountedVolume volume) {
   volumes.erase(std::remove_if(volumes.begin(), volumes.end(),
                                [&](const auto& other) { return other.mountPoint == volume.mountPoint; }),
@@ -57,7 +59,7 @@ bool MountedVolume::isHidden() const {
 }
 
 std::optional<std::vector<MountedVolume>> MountTable::volumes() {
-  // A system that was just unpacked may lack the customary name of the kernel's table.
+  // A freshly unpacked system may lack /etc/mtab, which is usually a link to the kernel’s own table.
   auto found = volumesIn(customaryTable);
   return found ? found : volumesIn(kernelsTable);
 }
@@ -70,7 +72,7 @@ std::optional<std::vector<MountedVolume>> MountTable::volumesIn(const char* tabl
       add(volumes, {mountPoint, entry.mnt_type, ::hasmntopt(&entry, MNTOPT_RO) != nullptr});
   });
   if (!wasRead) return std::nullopt;
-  // Inside a changed root the table need not name it.
+  // In a changed root (chroot(2)) the table may have no line for "/".
   const auto isStartup = [](const auto& volume) { return volume.mountPoint == startupMountPoint; };
   if (std::none_of(volumes.begin(), volumes.end(), isStartup))
     volumes.insert(volumes.begin(), {startupMountPoint, "", false});
@@ -87,6 +89,7 @@ std::optional<std::vector<Path>> MountTable::mountPoints() {
 MountedVolume MountTable::holding(const std::vector<MountedVolume>& volumes, const Path& path) {
   MountedVolume best{startupMountPoint, "", false};
   for (const MountedVolume& volume : volumes) {
+    // The longest mount point that contains the path is the innermost one.
     if (holds(volume.mountPoint, path) && volume.mountPoint.text().size() >= best.mountPoint.text().size())
       best = volume;
   }

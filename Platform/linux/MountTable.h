@@ -8,29 +8,31 @@
 
 namespace quarn {
 
-/// A volume: the startup volume "/", or one mounted directly below /Volumes.
+/// A volume: the startup volume "/", or one that is mounted directly below /Volumes.
 struct MountedVolume {
   Path mountPoint;
-  std::string fileSystemType;  ///< empty if the table doesn't tell it
+  std::string fileSystemType;  ///< empty if the table doesn't contain it
   bool isReadOnly = false;
 
-  /// "Macintosh HD" for the startup volume.
+  /// Returns "Macintosh HD" for the startup volume, and the last component of the mount point for any other.
   std::string name() const;
-  /// The name begins with ".".
+  /// Returns whether the name begins with ".".
   bool isHidden() const;
 };
 
 namespace MountTable {
 
-/// The volumes in the order of the table, hidden ones included, one for each mount point: its last line
-/// counts. "/" is always among them. Nothing if the table can't be read; then `errno` tells why.
+/// Returns the volumes in the order of the table, hidden ones included. If a mount point occurs more than
+/// once its last line counts. "/" is always included. Returns nothing, with `errno` set, if the table can't
+/// be read.
 std::optional<std::vector<MountedVolume>> volumes();
 std::optional<std::vector<MountedVolume>> volumesIn(const char* table);
 
-/// The place of every mount in the table, in its order. Nothing if it can't be read; then `errno` tells why.
+/// Returns all mount points in the order of the table. Returns nothing, with `errno` set, if the table can't
+/// be read.
 std::optional<std::vector<Path>> mountPoints();
 
-/// The volume below which a path without links lies; by its text alone.
+/// Returns the volume that a path lies on, judged by the text of the path, which must contain no links.
 MountedVolume holding(const std::vector<MountedVolume>& volumes, const Path& path);
 
 }  // namespace MountTable

@@ -16,9 +16,10 @@
 namespace quarn {
 namespace {
 
+// The attributes that chattr(1) calls immutable and append-only.
 constexpr std::uint64_t locked = STATX_ATTR_IMMUTABLE | STATX_ATTR_APPEND;
 
-constexpr unsigned noReplace = 1;  // RENAME_NOREPLACE
+constexpr unsigned noReplace = 1;  // RENAME_NOREPLACE (rename(2))
 
 }  // namespace
 
@@ -34,13 +35,15 @@ bool hasHiddenFlag(int, const char*) {
 
 std::optional<RemovalFacts> removalFacts(int folder, const char* name) {
   struct statx status;
+  // A look-up alone must not mount anything.
   const int flags = AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT;
   if (::statx(folder, name, flags, STATX_TYPE | STATX_MODE | STATX_UID, &status) != 0) return std::nullopt;
   RemovalFacts facts;
   facts.isFolder = S_ISDIR(status.stx_mode);
   facts.owner = status.stx_uid;
   facts.isMountPoint = (status.stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0;
-  // Such an item can't be removed by anybody, and a folder of the kind loses no name (ioctl_iflags(2)).
+  // Nobody can remove an item with one of these flags, and nothing can be removed from such a folder
+  // (ioctl_iflags(2)).
   facts.refusal = (status.stx_attributes & locked) != 0 ? EPERM : 0;
   return facts;
 }
@@ -48,7 +51,8 @@ std::optional<RemovalFacts> removalFacts(int folder, const char* name) {
 bool isMountedOver(dev_t device, int folder) {
   struct stat status;
   if (::fstat(folder, &status) != 0 || status.st_dev != device) return true;
-  // A part of the same volume that is mounted a second time has its device too (statx(2)).
+  // A bind mount shows part of the same volume, so its device number is the same. Only STATX_ATTR_MOUNT_ROOT
+  // tells that it is a mount (statx(2)).
   struct statx more;
   return ::statx(folder, "", AT_EMPTY_PATH, 0, &more) == 0 &&
          (more.stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0;
@@ -56,6 +60,7 @@ bool isMountedOver(dev_t device, int folder) {
 
 int exclusiveRenameCall(int sourceFolder, const char* source, int destinationFolder,
                         const char* destination) {
+  // Called by number, because not every C library has a function for it.
   const long result =
       ::syscall(SYS_renameat2, sourceFolder, source, destinationFolder, destination, noReplace);
   return result == 0 ? 0 : errno;
@@ -72,7 +77,8 @@ int syncVolume(int item) {
 int parentOf(int process) {
   std::string line;
   if (readWhole(PathAt(Path("/proc/" + std::to_string(process) + "/stat")), line) != 0) return 0;
-  // The name stands in parentheses and may hold any, so what follows the last one counts.
+  // The second field is the name in parentheses, and the name may itself contain parentheses (/proc/pid/stat,
+  // proc(5)). So the last ")" ends it.
   const std::size_t close = line.rfind(')');
   int parent = 0;
   if (close == std::string::npos || std::sscanf(line.c_str() + close, ") %*c %d", &parent) != 1) return 0;

@@ -23,7 +23,8 @@ int niceValue(ThreadPriority priority) {
 
 void setCurrentThreadPriority(ThreadPriority priority) {
   if (priority == ThreadPriority::userInitiated) return;
-  // Linux gives every thread a nice value of its own, so the process as a whole stays as it is.
+  // On Linux each thread has its own nice value (setpriority(2), notes), so this doesn't affect the rest of
+  // the process.
   const auto thread = static_cast<id_t>(::syscall(SYS_gettid));
   ::setpriority(PRIO_PROCESS, thread, niceValue(priority));
 }

@@ -17,7 +17,8 @@ namespace quarn {
 namespace {
 
 constexpr mode_t ownersOnly = 0700;
-// Everybody finds the own Trash in it, and nobody sees those of the others.
+// Everybody may look up their own Trash here and nobody may list those of others. The sticky bit keeps people
+// from removing each other's.
 constexpr mode_t everybodysOwn = 01333;
 
 std::optional<dev_t> device(const Path& folder) {
@@ -32,8 +33,9 @@ bool isMountPoint(const std::vector<MountedVolume>& volumes, const Path& folder)
                      [&folder](const MountedVolume& volume) { return volume.mountPoint == folder; });
 }
 
-/// By the devices, which tell of every mount, and by the table, which may name a volume that shares the
-/// device of the folder above it.
+/// Returns the mount point of the volume that holds a folder. Compares device numbers, which show every
+/// mount, and the mount table, because a volume may share its device number with the folder above it (a bind
+/// mount).
 Path topOfVolume(const std::vector<MountedVolume>& volumes, Path folder) {
   const auto volume = device(folder);
   while (!isMountPoint(volumes, folder) && folder.parent() != folder && device(folder.parent()) == volume) {
@@ -42,10 +44,11 @@ Path topOfVolume(const std::vector<MountedVolume>& volumes, Path folder) {
   return folder;
 }
 
-/// A link is no Trash: it could lead anywhere.
+/// Opens a folder, or makes it first. Refuses a link, which could lead anywhere.
 Descriptor openOrMake(int parent, const std::string& name, mode_t mode) {
   const bool made = ::mkdirat(parent, name.c_str(), ownersOnly) == 0;
   if (!made && errno != EEXIST) return {};
+  // mkdir(2) applies the umask, so these bits have to be set afterwards.
   if (made && mode != ownersOnly) ::fchmodat(parent, name.c_str(), mode, 0);
   return Descriptor(::openat(parent, name.c_str(), O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
 }

@@ -32,7 +32,8 @@ std::string narrow(const icu::UnicodeString& text) {
   return text.toUTF8String(result);
 }
 
-/// Letter case taken off, the spelling made one.
+/// Removes differences of letter case and of canonically equivalent spellings (canonical caseless matching,
+/// Unicode Standard section 3.13).
 std::string folded(std::string_view text) {
   return Text::canonical(narrow(wide(Text::canonical(text)).foldCase()));
 }
@@ -40,6 +41,8 @@ std::string folded(std::string_view text) {
 std::unique_ptr<icu::Collator> makeCollator() {
   UErrorCode status = U_ZERO_ERROR;
   std::unique_ptr<icu::Collator> collator(icu::Collator::createInstance(icu::Locale::getUS(), status));
+  // Strength secondary ignores letter case and compares accents; non-ignorable makes spaces and punctuation
+  // count; numbers are compared digit by digit. A Mac's list sorts this way.
   collator->setAttribute(UCOL_STRENGTH, UCOL_SECONDARY, status);
   collator->setAttribute(UCOL_ALTERNATE_HANDLING, UCOL_NON_IGNORABLE, status);
   collator->setAttribute(UCOL_NUMERIC_COLLATION, UCOL_OFF, status);
@@ -67,6 +70,8 @@ bool contains(std::string_view text, std::string_view part) {
   return folded(text).find(folded(part)) != std::string::npos;
 }
 
+/// Converted one character at a time, because ICU would turn a capital sigma at the end of a word into a
+/// final sigma.
 std::string lowercased(std::string_view text) {
   const auto source = wide(text);
   icu::UnicodeString result;
@@ -78,11 +83,13 @@ std::string lowercased(std::string_view text) {
 
 std::size_t prefixLength(std::string_view text, std::size_t count) {
   UErrorCode status = U_ZERO_ERROR;
+  // The root locale, so that the result doesn't depend on the user's language.
   const std::unique_ptr<icu::BreakIterator> characters(
       icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
   const std::unique_ptr<UText, decltype(&utext_close)> source(
       utext_openUTF8(nullptr, text.data(), length(text), &status), utext_close);
   characters->setText(source.get(), status);
+  // A text has at most as many characters as bytes. ICU counts in 32 bits.
   const auto end = characters->next(static_cast<std::int32_t>(std::min(count, text.size())));
   return end == icu::BreakIterator::DONE ? text.size() : static_cast<std::size_t>(end);
 }

@@ -19,6 +19,7 @@ bool areSame(const std::string& one, const std::string& other) {
          a.st_ino == b.st_ino;
 }
 
+// Foundation drops "/private" after one of these prefixes unless the rest lies in one of the folders below.
 constexpr std::array<std::string_view, 3> prefixes{"/private/var/automount/", "/var/automount/", "/private/"};
 
 constexpr std::array<std::string_view, 12> ownFolders{
@@ -34,6 +35,7 @@ bool isOwn(std::string_view path) {
   return std::any_of(ownFolders.begin(), ownFolders.end(), [&](auto folder) { return liesIn(folder, path); });
 }
 
+/// Follows links: Foundation keeps "/private" in front of a dangling link.
 bool isThere(const Path& path) {
   const PathAt at(path);
   return !at.error() && ::faccessat(at.folder(), at.name(), F_OK, 0) == 0;
@@ -41,7 +43,8 @@ bool isThere(const Path& path) {
 
 }  // namespace
 
-// realpath(3) leaves the long form as it is: it knows links, and not the passages between the two volumes.
+// realpath(3) leaves "/System/Volumes/Data" in place: it resolves symbolic links, but the folders of the two
+// volumes are joined by firmlinks.
 Path withoutDataVolume(const Path& path) {
   if (!path.text().starts_with(std::string(dataVolume) + "/")) return path;
   const std::string shorter = path.text().substr(dataVolume.size());

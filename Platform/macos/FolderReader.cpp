@@ -26,7 +26,7 @@ FolderReader::FolderReader() : state_(new State) {}
 FolderReader::~FolderReader() = default;
 
 void FolderReader::begin(int folder) {
-  // The stream closes the descriptor that it is given, and ours belongs to the caller.
+  // closedir(3) closes the descriptor of its stream, so the stream gets a duplicate of the caller's.
   const int own = ::fcntl(folder, F_DUPFD_CLOEXEC, 0);
   state_->folder.reset(own < 0 ? nullptr : ::fdopendir(own));
   state_->error = state_->folder ? 0 : errno;
@@ -35,6 +35,7 @@ void FolderReader::begin(int folder) {
 
 std::optional<FolderReader::Entry> FolderReader::next() {
   while (state_->folder) {
+    // readdir(3) returns a null pointer both at the end and on failure; only `errno` tells them apart.
     errno = 0;
     const dirent* entry = ::readdir(state_->folder.get());
     if (!entry) {

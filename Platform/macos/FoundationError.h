@@ -6,7 +6,7 @@
 
 namespace quarn {
 
-/// What Foundation says of an operation that failed.
+/// Converts an error of Foundation to ours.
 PlatformError foundationError(CocoaError::Operation operation, NSError* _Nullable error, const Path& item,
                               const Path& destination = {});
 

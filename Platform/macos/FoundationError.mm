@@ -12,8 +12,8 @@ PlatformError foundationError(CocoaError::Operation operation, NSError* error, c
                               const Path& destination) {
   if (!error) return writeError(operation, EINVAL, item, destination);
   const int code = static_cast<int>(error.code);
-  // Foundation speaks the language of the person, where all else that is printed is English: its own sentence
-  // is never taken.
+  // Foundation's own sentence is in the user's language, while everything else that is printed is English. So
+  // only its code is used.
   if ([error.domain isEqualToString:NSPOSIXErrorDomain])
     return writeError(operation, code, item, destination);
   if (![error.domain isEqualToString:NSCocoaErrorDomain])

@@ -8,15 +8,15 @@
 
 namespace quarn {
 
-/// All of them, a byte-order mark at the beginning too. Null if the bytes are no UTF-8.
+/// Converts all bytes, including a leading byte-order mark. Returns null if they aren't valid UTF-8.
 NSString* _Nullable foundationText(std::string_view bytes);
 std::string bytesOf(NSString* _Nonnull text);
 
-/// The path with the bytes that it has, whatever the item is, so that a link is meant itself. Null if no
-/// path can have these bytes.
+/// Convert a path without changing its bytes and without asking the disk, so that a link stands for itself.
+/// Return null if no item can have such a path.
 NSURL* _Nullable foundationURL(const Path& path);
 NSString* _Nullable foundationPath(const Path& path);
-/// Empty for null.
+/// Returns an empty path for null.
 Path pathOf(NSURL* _Nullable url);
 
 }  // namespace quarn

@@ -8,7 +8,8 @@ constexpr std::string_view byteOrderMark = "\uFEFF";
 }  // namespace
 
 NSString* foundationText(std::string_view bytes) {
-  // The decoder drops a mark at the beginning, which would make the text another one, and shorter.
+  // The decoder drops a leading byte-order mark. The result would be another, shorter text, and offsets into
+  // it would be wrong.
   NSMutableString* marks = [NSMutableString string];
   for (; bytes.starts_with(byteOrderMark); bytes.remove_prefix(byteOrderMark.size()))
     [marks appendString:@"\uFEFF"];
@@ -19,6 +20,8 @@ NSString* foundationText(std::string_view bytes) {
 }
 
 std::string bytesOf(NSString* text) {
+  // A lossy conversion, because half a surrogate pair has no UTF-8 form and would otherwise give no data at
+  // all.
   NSData* data = [text dataUsingEncoding:NSUTF8StringEncoding allowLossyConversion:YES];
   return std::string(static_cast<const char*>(data.bytes), data.length);
 }
@@ -30,6 +33,8 @@ NSString* foundationPath(const Path& path) {
 
 NSURL* foundationURL(const Path& path) {
   if (!foundationPath(path)) return nil;
+  // `isDirectory:NO` avoids a look at the disk. The file-system form keeps the bytes; other initializers
+  // decompose accented letters.
   return [NSURL fileURLWithFileSystemRepresentation:path.text().c_str() isDirectory:NO relativeToURL:nil];
 }
 

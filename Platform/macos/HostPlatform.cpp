@@ -15,6 +15,7 @@ namespace quarn {
 namespace {
 
 struct Host {
+  // Before anything else is opened.
   Host() { ensureStandardStreams(); }
 
   MacFileSystem files;

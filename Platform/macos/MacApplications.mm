@@ -13,16 +13,17 @@
 namespace quarn {
 namespace {
 
-/// AppKit brings much along that most commands never use, so it is loaded when somebody first asks for
-/// applications. Null where it can't be loaded.
+/// Loads AppKit when applications are first asked for, because loading it takes longer than most commands
+/// run. Returns null if it can't be loaded.
 Class appKitClass(NSString* name) {
   static const bool isLoaded =
       ::dlopen("/System/Library/Frameworks/AppKit.framework/AppKit", RTLD_LAZY) != nullptr;
   return isLoaded ? NSClassFromString(name) : Nil;
 }
 
-/// The list changes only while the main loop runs (NSRunningApplication.h). What it has to deliver is
-/// bounded, lest a program that keeps reporting should keep us.
+/// Lets the list of applications change, which it does only while the main run loop runs
+/// (NSRunningApplication.h). The number of sources is limited, so that a program that keeps sending can't
+/// keep us here.
 void letListChange() {
   constexpr int most = 64;
   for (int i = 0; i < most; ++i) {
@@ -34,7 +35,7 @@ RunningApplication describe(NSRunningApplication* application) {
   RunningApplication description{application.processIdentifier, std::nullopt};
   if (!application.bundleURL) return description;
   const Path path = pathOf(application.bundleURL);
-  // Now and then it is the executable's.
+  // Occasionally it is the URL of the executable instead.
   description.bundlePath = path.extension() == "app" ? path : bundleOfExecutable(path.text()).value_or(path);
   return description;
 }
@@ -43,12 +44,12 @@ std::optional<Path> bundleOf(int process) {
   return bundleOfExecutable(executableOf(process));
 }
 
-/// Null for a process that is no application to the system.
+/// Returns null if the system doesn't list the process as an application.
 NSRunningApplication* listedAs(int process) {
   return [appKitClass(@"NSRunningApplication") runningApplicationWithProcessIdentifier:process];
 }
 
-/// Not if the number belongs to another one by now.
+/// Returns whether the identifier still belongs to the same application.
 bool isStill(const RunningApplication& wanted, NSRunningApplication* found) {
   if (wanted.processIdentifier <= 0) return false;
   return (found && describe(found) == wanted) ||
@@ -66,8 +67,9 @@ std::vector<RunningApplication> listed() {
 
 }  // namespace
 
-// The system's list has neither what was started from a remote shell nor, for a moment, what has just been
-// started; the kernel's has no application whose program lies elsewhere, such as a script.
+// Two lists are combined. The system's list lacks applications started from a remote shell and, for a moment,
+// those just started. The kernel's list lacks applications whose process runs an executable outside the
+// bundle, such as a script.
 std::vector<RunningApplication> MacApplications::running() const {
   @autoreleasepool {
     std::vector<RunningApplication> applications = listed();
@@ -110,7 +112,8 @@ void MacApplications::wait(std::chrono::milliseconds duration) {
     const Seconds left = end - std::chrono::steady_clock::now();
     if (left.count() <= 0) return;
     @autoreleasepool {
-      // A run loop to which nobody reports returns at once.
+      // A run loop without sources returns at once (CFRunLoopRunInMode), which would turn this into a busy
+      // loop.
       if (CFRunLoopRunInMode(kCFRunLoopDefaultMode, left.count(), false) == kCFRunLoopRunFinished)
         std::this_thread::sleep_until(end);
     }

@@ -5,7 +5,7 @@
 
 namespace quarn {
 
-// Resolved and standardized by hand: Foundation decomposes every name in the path that it gives back.
+// Not left to Foundation, which decomposes accented letters in the paths that it returns.
 Path MacFileSystem::resolvingLinks(const Path& path) const {
   const auto found = resolved(path);
   return found ? withoutPrivateFolder(withoutDataVolume(*found)) : standardized(path);

@@ -27,6 +27,7 @@ Path MacPlaces::currentFolder() const {
 Path MacPlaces::executable() const {
   @autoreleasepool {
     NSString* file = NSBundle.mainBundle.executablePath;
+    // The path may lead through links, so they are resolved here.
     const Path path(file ? bytesOf(file) : "");
     return resolved(path).value_or(path);
   }

@@ -42,7 +42,8 @@ Result<std::vector<Path>> MacVolumes::mounted() const {
 }
 
 Result<std::vector<Path>> MacVolumes::mountPoints() const {
-  // The array belongs to the caller (getmntinfo_r_np(3)).
+  // getmntinfo_r_np(3) returns an array that the caller must free. MNT_NOWAIT uses what the kernel knows, so
+  // a server that doesn't answer can't block this.
   struct statfs* table = nullptr;
   const int count = ::getmntinfo_r_np(&table, MNT_NOWAIT);
   if (count <= 0) return CocoaError::fromErrno(Operation::listFolder, errno, Path("/Volumes"));
@@ -59,6 +60,7 @@ Result<VolumeProperties> MacVolumes::properties(const Path& item) const {
       NSURLVolumeIsBrowsableKey, NSURLVolumeIsInternalKey, NSURLVolumeIsReadOnlyKey,
       NSURLVolumeLocalizedFormatDescriptionKey
     ];
+    // A new URL for each question, because a URL keeps the values that it has once returned (NSURL.h).
     NSError* error = nil;
     NSDictionary<NSURLResourceKey, id>* values = [foundationURL(item) resourceValuesForKeys:keys
                                                                                       error:&error];

@@ -5,11 +5,11 @@
 
 namespace quarn {
 
-/// The numbers of all processes, other people's too, as the kernel has them now.
+/// Returns the identifiers of all current processes, including those of other users.
 std::vector<int> processes();
 
-/// The file that a process runs, in the disk's own spelling; where its bundle was renamed, by the new name.
-/// Empty for a process that has ended.
+/// Returns the path of the file that a process runs, spelled as on the disk; after its bundle has been
+/// renamed, the new path. Empty for a process that has ended.
 std::string executableOf(int process);
 
 }  // namespace quarn

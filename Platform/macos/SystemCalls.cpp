@@ -14,7 +14,8 @@
 namespace quarn {
 namespace {
 
-/// As the kernel answers: the length of the answer, what it could tell, then each in the order of its bit.
+/// The answer of getattrlistat: its length, the set of returned attributes, then the attributes in the order
+/// of their bits (getattrlist(2)).
 struct __attribute__((packed)) Answer {
   std::uint32_t length;
   attribute_set_t told;
@@ -22,7 +23,7 @@ struct __attribute__((packed)) Answer {
   off_t dataFork;
 };
 
-/// Where a volume can't tell them, the sizes stay absent.
+/// Leaves the sizes absent if the volume doesn't report them.
 void setAllocatedSizes(int folder, const char* name, FileAttributes& attributes) {
   attrlist question{};
   question.bitmapcount = ATTR_BIT_MAP_COUNT;
@@ -30,20 +31,22 @@ void setAllocatedSizes(int folder, const char* name, FileAttributes& attributes)
   question.fileattr = ATTR_FILE_ALLOCSIZE | ATTR_FILE_DATAALLOCSIZE;
   Answer answer{};
   attributes.totalAllocatedSize = attributes.allocatedSize = std::nullopt;
+  // FSOPT_PACK_INVAL_ATTRS keeps the layout fixed: an attribute that isn't reported still takes its place.
   constexpr unsigned long options = FSOPT_NOFOLLOW | FSOPT_PACK_INVAL_ATTRS;
   if (::getattrlistat(folder, name, &question, &answer, sizeof answer, options) != 0) return;
   if (answer.told.fileattr & ATTR_FILE_ALLOCSIZE) attributes.totalAllocatedSize = answer.allForks;
   if (answer.told.fileattr & ATTR_FILE_DATAALLOCSIZE) attributes.allocatedSize = answer.dataFork;
 }
 
-/// Locked: what has one of these flags can't be removed, and a folder that has one loses no name, not even
-/// to root (chflags(2), unlink(2)).
+/// Locked: an item with one of these flags can't be removed, and nothing can be removed from a folder with
+/// one, not even by root (chflags(2), unlink(2)).
 constexpr std::uint32_t locked = UF_IMMUTABLE | UF_APPEND | SF_IMMUTABLE | SF_APPEND;
-/// The system's own items.
+/// The system's own items, which it protects by these flags.
 constexpr std::uint32_t kept = SF_NOUNLINK | SF_RESTRICTED;
 
-/// What the lists of rights say, of the item and of its folder, as the kernel weighs them (sys/unistd.h).
-/// Anything but a plain refusal tells nothing.
+/// Returns the error with which the kernel would refuse to remove the item because of permissions, including
+/// the access control lists of the item and its folder (_DELETE_OK, sys/unistd.h). Any other failure decides
+/// nothing, so it returns 0.
 int refusalOfRights(int folder, const char* name, bool isLink) {
   const int flags = AT_EACCESS | (isLink ? AT_SYMLINK_NOFOLLOW : 0);
   if (::faccessat(folder, name, _DELETE_OK, flags) == 0) return 0;
@@ -80,8 +83,8 @@ std::optional<RemovalFacts> removalFacts(int folder, const char* name) {
 
 bool isMountedOver(dev_t device, int folder) {
   struct stat status;
-  // The two volumes of the startup disk share one device number, but no tree of ours holds the places where
-  // they meet, which lie in the root folder.
+  // The two volumes of the startup disk may share one device number. They meet only in folders that no tree
+  // of ours contains.
   return ::fstat(folder, &status) != 0 || status.st_dev != device;
 }
 
@@ -92,21 +95,21 @@ int exclusiveRenameCall(int sourceFolder, const char* source, int destinationFol
 }
 
 int syncFile(int file) {
-  // fsync(2) stops at the drive's own memory, and the drive may write out the rename before the content. A
-  // barrier keeps the order; only some volumes know it (fcntl(2)).
+  // fsync(2) hands the data to the drive, which may keep it in its own memory and write out the later rename
+  // first. F_BARRIERFSYNC keeps the order, but only some volumes support it (fcntl(2)).
   if (::fcntl(file, F_BARRIERFSYNC) == 0) return 0;
   return ::fsync(file) == 0 ? 0 : errno;
 }
 
 int syncVolume(int item) {
-  // Plain syncing stops at the drive's own memory; this waits for its platters or cells. Without WAIT the
-  // medium isn't flushed at all. The answer is the error number itself, and `errno` stays as it was
+  // Without SYNC_VOLUME_FULLSYNC the data may stay in the drive's memory, and without SYNC_VOLUME_WAIT the
+  // medium isn't flushed at all. The result is the error number itself; `errno` doesn't change
   // (sync_volume_np(3)).
   return ::fsync_volume_np(item, SYNC_VOLUME_FULLSYNC | SYNC_VOLUME_WAIT);
 }
 
 int parentOf(int process) {
-  // Unlike what is newer, this tells of everybody’s processes, and those that started us may be root’s.
+  // Unlike proc_pidinfo this works for the processes of every user. Those that started us may be root's.
   int question[] = {CTL_KERN, KERN_PROC, KERN_PROC_PID, process};
   kinfo_proc answer{};
   std::size_t size = sizeof answer;

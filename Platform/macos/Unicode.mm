@@ -8,7 +8,8 @@ namespace quarn::Unicode {
 
 namespace {
 
-/// Of bytes that are no text each is a character, so that everything has a place in an order.
+/// Converts any bytes to a text. Bytes that aren't valid UTF-8 become one character each, so that they can
+/// still be ordered.
 NSString* anyText(std::string_view bytes) {
   if (NSString* text = foundationText(bytes)) return text;
   return [[NSString alloc] initWithBytes:bytes.data() length:bytes.size() encoding:NSISOLatin1StringEncoding];
@@ -19,13 +20,13 @@ bool isLineEndOfTwo(NSString* text, NSUInteger begin) {
          [text characterAtIndex:begin + 1] == '\n';
 }
 
-/// The characters as people count them, in order, until `visit` gives false.
+/// Calls `visit` for each character as people count them, until it returns false.
 template <class Visit>
 void forEachCharacter(NSString* text, Visit visit) {
   NSUInteger begin = 0;
   while (begin < text.length) {
     NSRange range = [text rangeOfComposedCharacterSequenceAtIndex:begin];
-    // Foundation keeps CR and LF apart.
+    // Foundation treats CR and LF as two characters.
     if (isLineEndOfTwo(text, begin)) range.length = 2;
     if (!visit(range)) return;
     begin = NSMaxRange(range);
@@ -55,6 +56,8 @@ bool contains(std::string_view text, std::string_view part) {
 std::string lowercased(std::string_view text) {
   @autoreleasepool {
     NSString* source = foundationText(text);
+    // Character by character, so that a capital sigma at the end of a word becomes the same small sigma as
+    // elsewhere.
     NSMutableString* result = [NSMutableString string];
     forEachCharacter(source, [&](NSRange range) {
       [result appendString:[source substringWithRange:range].lowercaseString];
@@ -74,6 +77,7 @@ std::size_t prefixLength(std::string_view text, std::size_t count) {
       end = NSMaxRange(range);
       return true;
     });
+    // The offset is needed in bytes, but Foundation counts UTF-16 units.
     return bytesOf([source substringToIndex:end]).size();
   }
 }

@@ -15,6 +15,7 @@ NSString* nameFor(const Path& path) {
 std::string volumeName(const Path& path) {
   @autoreleasepool {
     NSString* name = nameFor(path);
+    // The item itself need not exist.
     if (!name) name = nameFor(path.parent());
     return name ? bytesOf(name) : std::string();
   }
