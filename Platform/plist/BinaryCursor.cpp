@@ -17,16 +17,18 @@ std::optional<std::string_view> BinaryCursor::bytes(std::uint64_t count) {
 
 std::optional<std::string_view> BinaryCursor::counted(unsigned marker, std::size_t width) {
   const auto elements = count(marker & 0xF);
+  // Divided instead of multiplied, because a hostile count could make the product overflow.
   if (!elements || *elements > rest_.size() / width) return std::nullopt;
   return bytes(*elements * width);
 }
 
-/// 15 stands for a count in an integer of its own.
+/// A count of 15 in the marker means that the count is in an integer that follows.
 std::optional<std::uint64_t> BinaryCursor::count(unsigned inMarker) {
   if (inMarker != 0xF) return inMarker;
   const auto marker = bytes(1);
   if (!marker) return std::nullopt;
   const auto kindAndWidth = numberFrom(*marker);
+  // The marker of an integer: its lower half is the binary logarithm of its width.
   if (kindAndWidth < 0x10 || kindAndWidth > 0x13) return std::nullopt;
   const auto number = bytes(std::uint64_t{1} << (kindAndWidth & 0xF));
   if (!number) return std::nullopt;

@@ -6,9 +6,9 @@
 #include "Platform/plist/BinaryCursor.h"
 #include "Platform/plist/XMLEncoding.h"
 
-// The signature, the values, a table of their offsets, and a trailer of 32 bytes. A value begins with a
-// byte whose upper half tells its kind and whose lower half mostly its count; a container holds the numbers
-// of other values. All numbers have their highest byte first.
+// The format: the signature, the values, a table of their offsets, and a trailer of 32 bytes. A value begins
+// with a marker byte. The upper half of the marker is the kind, the lower half usually the count. A container
+// holds the numbers of other values. All numbers are big-endian.
 namespace quarn::BinaryPropertyList {
 
 namespace {
@@ -16,17 +16,17 @@ namespace {
 using namespace PropertyList;
 
 constexpr std::size_t trailerSize = 32;
-/// What values may fill beyond the size of the list. A value that is referred to from two places is there
-/// twice, so that a few hundred bytes could stand for more than any memory holds.
+/// How much the values may take beyond the size of the list. A value that two places refer to is copied to
+/// both, so without this limit a few hundred bytes could fill any memory.
 constexpr std::size_t largestExcess = std::size_t{1} << 26;
-/// Beside its content.
+/// What a value counts in addition to its content.
 constexpr std::size_t sizeOfValue = 64;
 
 bool isASCII(std::string_view bytes) {
   return std::all_of(bytes.begin(), bytes.end(), [](char c) { return static_cast<signed char>(c) >= 0; });
 }
 
-/// Numbers of up to 4 bytes have no sign.
+/// Converts an integer of 1, 2, 4, 8 or 16 bytes. Those of up to 4 bytes are unsigned.
 Integer integerFrom(std::string_view bytes) {
   if (bytes.size() == 16) {
     return {static_cast<std::int64_t>(numberFrom(bytes.substr(0, 8))), numberFrom(bytes.substr(8))};
@@ -39,7 +39,7 @@ double doubleFrom(std::string_view bytes) {
   return std::bit_cast<double>(numberFrom(bytes));
 }
 
-/// Whatever answers nothing has met an error, and reading ends there.
+/// Reads the values. A function that returns nothing has met an error; the whole read then fails.
 class Reader {
  public:
   explicit Reader(std::string_view bytes) : bytes_(bytes), left_(bytes.size() + largestExcess) {}
@@ -47,6 +47,8 @@ class Reader {
   std::optional<Value> document() {
     if (bytes_.size() < signature.size() + trailerSize) return std::nullopt;
     const auto trailer = bytes_.substr(bytes_.size() - trailerSize);
+    // The trailer: 5 unused bytes, a version, the two widths, the number of values, the number of the root
+    // value, and the offset of the table.
     offsetWidth_ = numberFrom(trailer.substr(6, 1));
     referenceWidth_ = numberFrom(trailer.substr(7, 1));
     const auto count = numberFrom(trailer.substr(8, 8));
@@ -63,13 +65,14 @@ class Reader {
     return std::min(offsetWidth_, referenceWidth_) >= 1 && std::max(offsetWidth_, referenceWidth_) <= 8;
   }
 
-  /// The table fills the place between the values and the trailer.
+  /// Returns whether the table fills the space between the values and the trailer exactly.
   bool isTable(std::uint64_t start, std::uint64_t count) const {
     const auto end = bytes_.size() - trailerSize;
     return start <= end && count <= end / offsetWidth_ && count * offsetWidth_ == end - start;
   }
 
   std::optional<Value> value(std::uint64_t number) {
+    // Every number and offset comes from the file, so each is checked before it is used.
     if (number >= table_.size() / offsetWidth_) return std::nullopt;
     const auto offset = numberFrom(table_.substr(number * offsetWidth_, offsetWidth_));
     if (offset < signature.size() || offset >= values_.size()) return std::nullopt;
@@ -87,7 +90,7 @@ class Reader {
       case 0x8:
         return uid(content, marker);
       case 0xA:
-      case 0xC:  // a set, which is an array here
+      case 0xC:  // a set, which becomes an array
         return array(content, marker);
       case 0xD:
         return dictionary(content, marker);
@@ -96,6 +99,7 @@ class Reader {
     }
   }
 
+  /// Takes bytes from the allowance. Returns false if it is used up.
   bool pay(std::size_t bytes) {
     const bool isEnough = bytes <= left_;
     left_ -= isEnough ? bytes : 0;
@@ -115,7 +119,7 @@ class Reader {
     return Value{integerFrom(*bytes)};
   }
 
-  /// A date is a number of seconds.
+  /// Reads a real number or a date, which is a number of seconds.
   static std::optional<Value> real(BinaryCursor& content, unsigned marker) {
     const auto bytes = content.bytes(marker == 0x22 ? 4 : 8);
     if (!bytes) return std::nullopt;
@@ -128,11 +132,12 @@ class Reader {
 
   static std::optional<Value> uid(BinaryCursor& content, unsigned marker) {
     const auto bytes = content.bytes((marker & 0xF) + 1);
+    // A wider UID is accepted as long as its value fits 32 bits.
     if (!bytes || bytes->size() > 8 || numberFrom(*bytes) >> 32 != 0) return std::nullopt;
     return Value{UID{static_cast<std::uint32_t>(numberFrom(*bytes))}};
   }
 
-  /// Or data.
+  /// Reads a text or data.
   std::optional<Value> text(BinaryCursor& content, unsigned marker) {
     const auto kind = marker >> 4;
     if (kind < 0x4 || kind > 0x6) return std::nullopt;
@@ -147,6 +152,7 @@ class Reader {
 
   std::optional<Value> array(BinaryCursor& content, unsigned marker) {
     const auto items = content.counted(marker, referenceWidth_);
+    // Containers may refer to themselves. This bound ends such a list, and protects the stack.
     if (!items || ++nesting_ > deepestNesting) return std::nullopt;
     Array result;
     for (std::size_t start = 0; start < items->size(); start += referenceWidth_) {
@@ -158,7 +164,7 @@ class Reader {
     return Value{std::move(result)};
   }
 
-  /// All keys come before all values.
+  /// Reads a dictionary. All references to keys come before those to values.
   std::optional<Value> dictionary(BinaryCursor& content, unsigned marker) {
     const auto pairs = content.counted(marker, 2 * referenceWidth_);
     if (!pairs || ++nesting_ > deepestNesting) return std::nullopt;
@@ -168,6 +174,7 @@ class Reader {
       auto item = key ? referred(*pairs, pairs->size() / 2 + start) : std::nullopt;
       auto* name = key ? std::get_if<std::string>(&key->content) : nullptr;
       if (!item || !name || name->find('\0') != std::string::npos) return std::nullopt;
+      // `emplace` keeps the value that is there: the first of equal keys counts.
       result.emplace(std::move(*name), *std::move(item));
     }
     --nesting_;

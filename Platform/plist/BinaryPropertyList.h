@@ -9,7 +9,7 @@ namespace quarn::BinaryPropertyList {
 
 constexpr std::string_view signature = "bplist00";
 
-/// See `PropertyList::parse`. For bytes that begin with the signature.
+/// See `PropertyList::parse`. The bytes must begin with the signature.
 std::optional<PropertyList::Value> parse(std::string_view bytes);
 
 }  // namespace quarn::BinaryPropertyList

@@ -11,6 +11,7 @@ std::optional<Value> parse(std::string_view bytes) {
   if (bytes.starts_with(BinaryPropertyList::signature)) return BinaryPropertyList::parse(bytes);
   const auto text = XMLEncoding::decoded(bytes);
   if (!text) return std::nullopt;
+  // A file of white space only is an empty dictionary to a Mac.
   if (text->find_first_not_of(" \t\n\v\f\r") == std::string::npos) return Value{Dictionary()};
   return XMLPropertyList::parse(*text);
 }

@@ -12,7 +12,7 @@ namespace {
 
 enum class Order { highFirst, lowFirst };
 
-/// Numbers of a fixed width of 2 or 4 bytes.
+/// Reads numbers of 2 or 4 bytes.
 class Units {
  public:
   Units(std::string_view bytes, std::size_t width, Order order)
@@ -31,7 +31,7 @@ class Units {
     return unit;
   }
 
-  /// Two units that make up a surrogate pair are one character.
+  /// Reads a character. In UTF-16 it may take two units, a surrogate pair.
   std::optional<std::uint32_t> nextCharacter() {
     const auto first = next();
     if (width_ != 2 || !first || *first < 0xD800 || *first > 0xDBFF) return first;
@@ -50,6 +50,7 @@ std::optional<std::string> decodedUnits(Units units) {
   std::string text;
   while (!units.isAtEnd()) {
     const auto character = units.nextCharacter();
+    // A NUL is passed on: where it is an error depends on the value.
     if (!character || !(*character == 0 || UTF8Text::isScalar(*character))) return std::nullopt;
     UTF8Text::append(text, *character);
   }
@@ -62,7 +63,7 @@ struct Mark {
   Order order;
 };
 
-/// The mark of UTF-32 with the lower byte first begins like that of UTF-16.
+/// The UTF-32 mark with the low byte first begins like that of UTF-16, so it is tried first.
 constexpr std::array<Mark, 4> marks{{
     {{"\xFF\xFE\0\0", 4}, 4, Order::lowFirst},
     {{"\0\0\xFE\xFF", 4}, 4, Order::highFirst},
@@ -70,7 +71,7 @@ constexpr std::array<Mark, 4> marks{{
     {{"\xFE\xFF", 2}, 2, Order::highFirst},
 }};
 
-/// What `<?xml … encoding="…"?>` says, in small letters; "utf-8" if it says nothing.
+/// Returns the encoding named in `<?xml … encoding="…"?>` in lower case, or "utf-8" if there is none.
 std::string declaredEncoding(std::string_view bytes) {
   constexpr std::string_view word = "encoding=";
   const auto declaration = bytes.substr(0, bytes.find("?>"));
@@ -84,6 +85,7 @@ std::string declaredEncoding(std::string_view bytes) {
 
 std::string decodedLatin1(std::string_view bytes) {
   std::string text;
+  // ISO-8859-1 has the same numbers as the first 256 characters of Unicode.
   for (const char byte : bytes) UTF8Text::append(text, static_cast<unsigned char>(byte));
   return text;
 }

@@ -6,12 +6,12 @@
 
 namespace quarn::XMLEncoding {
 
-/// The text of an XML file, less its byte-order mark: in the encoding that the mark tells (UTF-8, -16,
-/// -32), else in the declared one (UTF-8, US-ASCII, ISO-8859-1), else in UTF-8. Nothing if the encoding is
-/// another one or a byte doesn't belong to it. UTF-8 is handed on as it is, right or wrong.
+/// Converts an XML file to UTF-8 and drops its byte-order mark. The encoding is that of the mark (UTF-8,
+/// UTF-16 or UTF-32), else the declared one (UTF-8, US-ASCII or ISO-8859-1), else UTF-8. Returns nothing for
+/// another encoding, or if a byte isn't valid in it. UTF-8 is returned unchecked.
 std::optional<std::string> decoded(std::string_view bytes);
 
-/// UTF-16, the higher byte first. Nothing if half of a character is missing.
+/// Converts big-endian UTF-16. Returns nothing if half of a surrogate pair is missing.
 std::optional<std::string> decodedUTF16(std::string_view bytes);
 
 }  // namespace quarn::XMLEncoding

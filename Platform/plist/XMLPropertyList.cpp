@@ -16,7 +16,8 @@ std::optional<Value> asValue(std::optional<Content> content) {
   return Value{*std::move(content)};
 }
 
-/// An archive in XML writes a UID as a dictionary with this key alone.
+/// Returns a UID for a dictionary whose only key is CF$UID, which is how an archive in XML writes a UID; else
+/// the dictionary.
 Value dictionaryOrUID(Dictionary members) {
   if (members.size() == 1 && members.begin()->first == "CF$UID") {
     const Value& number = members.begin()->second;
@@ -26,12 +27,12 @@ Value dictionaryOrUID(Dictionary members) {
   return {std::move(members)};
 }
 
-/// Whatever answers false or nothing has met an error, and reading ends there.
+/// Reads the values. A function that returns false or nothing has met an error; the whole read then fails.
 class Reader {
  public:
   explicit Reader(std::string_view text) : scanner_(text) {}
 
-  /// What follows isn't looked at.
+  /// Reads the first value and ignores whatever follows.
   std::optional<Value> document() {
     if (!scanner_.skipProlog()) return std::nullopt;
     const auto tag = scanner_.openingTag();
@@ -40,6 +41,7 @@ class Reader {
   }
 
  private:
+  // An empty `<plist/>` contains no value.
   std::optional<Value> onlyValueOf(const Tag& plist) {
     if (plist.isEmpty) return std::nullopt;
     auto found = nextValue();
@@ -73,6 +75,7 @@ class Reader {
       if (!keyTag || keyTag->name != "key") return false;
       auto key = text(*keyTag);
       auto item = key ? nextValue() : std::nullopt;
+      // The last of equal keys counts, as on a Mac.
       if (item) members.insert_or_assign(*std::move(key), *std::move(item));
       return item.has_value();
     });
@@ -91,9 +94,10 @@ class Reader {
     return Value{std::move(items)};
   }
 
-  /// Calls `element` at each tag up to the one that closes the container.
+  /// Calls `element` at each tag until the one that closes the container.
   template <class Element>
   bool elements(const Tag& tag, const Element& element) {
+    // The reader is recursive, so this bound also protects the stack.
     if (nesting_ == deepestNesting) return false;
     if (tag.isEmpty) return true;
     ++nesting_;
@@ -114,6 +118,7 @@ class Reader {
 
   template <class Read>
   std::optional<Value> scalar(const Tag& tag, const Read& read) {
+    // A Mac refuses the empty form, such as <integer/>, for these types.
     if (tag.isEmpty) return std::nullopt;
     const auto content = scanner_.content();
     if (!scanner_.takeClosingTag(tag.name)) return std::nullopt;

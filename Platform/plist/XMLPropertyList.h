@@ -7,7 +7,7 @@
 
 namespace quarn::XMLPropertyList {
 
-/// See `PropertyList::parse`. The text is decoded, but need not be valid UTF-8.
+/// See `PropertyList::parse`. The text is already decoded but need not be valid UTF-8.
 std::optional<PropertyList::Value> parse(std::string_view text);
 
 }  // namespace quarn::XMLPropertyList

@@ -30,12 +30,12 @@ bool takeMinus(std::string_view& text) {
   return isNegative;
 }
 
-/// A number without its sign.
+/// Reads a number without its sign.
 std::optional<double> magnitude(std::string_view text) {
   const std::string word = Text::lowercased(text);
   if (word == "nan") return std::numeric_limits<double>::quiet_NaN();
   if (word == "inf" || word == "infinity") return std::numeric_limits<double>::infinity();
-  // The library would take blanks, a second sign and hexadecimal numbers too.
+  // strtod(3) would also accept white space, a second sign and hexadecimal numbers.
   if (word.find_first_not_of("0123456789.e+-") != std::string::npos) return std::nullopt;
   if (word.empty() || word.front() == '+' || word.front() == '-') return std::nullopt;
   char* end = nullptr;
@@ -69,6 +69,7 @@ std::optional<PropertyList::Integer> integer(std::string_view text) {
   text = withoutLeadingBlanks(text);
   const bool isNegative = takeMinus(text);
   const bool isHexadecimal = take(text, "0x") || take(text, "0X");
+  // The lowest 64-bit number: its magnitude has no positive counterpart.
   constexpr std::uint64_t lowest = std::uint64_t{1} << 63;
   std::uint64_t value = 0;
   const char* end = text.data() + text.size();
@@ -94,6 +95,7 @@ std::optional<PropertyList::Date> date(std::string_view text) {
   };
   constexpr sys_days reference = year{2001} / January / 1;
   const year_month firstMonth = year{field(0, 4)} / January;
+  // Added to the first day of the year, because a month or day out of range must be carried over.
   const sys_days firstDay = (firstMonth + months{field(5, 2) - 1}) / 1;
   const auto day = firstDay + days{field(8, 2) - 1};
   const auto time = hours{field(11, 2)} + minutes{field(14, 2)} + seconds{field(17, 2)};
@@ -106,9 +108,11 @@ std::optional<PropertyList::Data> data(std::string_view text) {
   int taken = 0;
   int padding = 0;
   for (const char c : text) {
+    // A Mac refuses bytes outside ASCII here.
     if (static_cast<signed char>(c) < 0) return std::nullopt;
     const auto bits = c == '=' ? 0 : sixBits(c);
     if (!bits) continue;
+    // Padding counts only at the end of a group.
     padding = c == '=' ? padding + 1 : 0;
     group = group << 6 | *bits;
     if (++taken % 4 != 0) continue;

@@ -5,18 +5,21 @@
 
 #include "Platform/PropertyList.h"
 
-/// The plain values of XML property lists, from the text between their tags; nothing for a wrong one.
+/// Reads the simple values of XML property lists from the text between their tags. Each function returns
+/// nothing if the text is wrong.
 namespace quarn::XMLScalars {
 
-/// Decimal, or hexadecimal behind "0x", with a sign; blanks may stand in front.
+/// Reads a decimal number, or a hexadecimal one after "0x", with an optional sign and leading white space.
 std::optional<PropertyList::Integer> integer(std::string_view text);
-/// Also "nan", "inf" and "infinity" in any letter case, with a sign; blanks may stand in front.
+/// Reads a number, or "nan", "inf" or "infinity" in any letter case, with an optional sign and leading white
+/// space.
 std::optional<double> real(std::string_view text);
-/// "2026-11-21T23:16:15Z" to the letter. The fields have no bounds: 30 February is 2 March.
+/// Reads exactly the form "2026-11-21T23:16:15Z". The fields aren't range-checked: 30 February becomes 2
+/// March.
 std::optional<PropertyList::Date> date(std::string_view text);
-/// Base64; other ASCII is passed over.
+/// Reads base64 and ignores other ASCII characters.
 std::optional<PropertyList::Data> data(std::string_view text);
-/// The whole part of a number; 0 for one that no UID can be.
+/// Returns the whole part of a number, or 0 if that isn't a valid UID.
 PropertyList::UID uid(double number);
 
 }  // namespace quarn::XMLScalars

@@ -14,15 +14,15 @@ namespace {
 constexpr std::array<std::pair<std::string_view, char>, 5> entities{
     {{"amp", '&'}, {"lt", '<'}, {"gt", '>'}, {"quot", '"'}, {"apos", '\''}}};
 
-/// The beginning of a text, up to the first character for which `ends` holds. Several times as fast as
-/// looking each character up in a set.
+/// Returns the beginning of a text, up to the first character for which `ends` is true. This is several times
+/// as fast as looking up each character in a set.
 template <class Ends>
 std::string_view upTo(const Ends& ends, std::string_view text) {
   return text.substr(0,
                      static_cast<std::size_t>(std::find_if(text.begin(), text.end(), ends) - text.begin()));
 }
 
-/// The number of a character, as it stands between "&#" and ";".
+/// Appends the character whose number stands between "&#" and ";".
 bool appendCharacter(std::string& content, std::string_view number) {
   const bool isHexadecimal = number.starts_with('x');
   if (isHexadecimal) number.remove_prefix(1);
@@ -50,7 +50,7 @@ std::optional<std::string_view> XMLScanner::takeUntil(std::string_view end) {
   return taken;
 }
 
-/// Up to the first of `ends` that doesn't stand between quotation marks, which isn't passed.
+/// Takes everything up to the first of `ends` outside quotation marks. That character itself isn't taken.
 std::optional<std::string_view> XMLScanner::takeUntilUnquoted(std::string_view ends) {
   char quote = 0;
   for (std::size_t i = 0; i < rest_.size(); ++i) {
@@ -94,7 +94,8 @@ bool XMLScanner::skipProlog() {
   return false;
 }
 
-/// Those in brackets. An entity that is declared there is as unknown as any other.
+/// Moves past the declarations in the brackets of a document type. Entities declared there stay unknown, so a
+/// list can't expand into more than it contains.
 bool XMLScanner::skipDeclarations() {
   take("[");
   for (;;) {
@@ -120,6 +121,7 @@ std::optional<XMLScanner::Tag> XMLScanner::openingTag() {
 }
 
 bool XMLScanner::takeClosingTag(std::string_view name) {
+  // White space may stand before the ">" (XML 1.0, section 3.1).
   const auto start = rest_;
   if (take("</") && take(name)) {
     skipBlanks();
@@ -156,7 +158,7 @@ std::optional<std::string> XMLScanner::text() {
 }
 
 bool XMLScanner::entity(std::string& content) {
-  // Without a bound, a text full of "&" would be searched to its end for each of them.
+  // Without this limit each "&" in a text would be searched for its ";" up to the end of the text.
   constexpr std::size_t longest = 32;
   const auto name = rest_.substr(0, std::min(rest_.substr(0, longest).find(';'), longest));
   rest_.remove_prefix(std::min(name.size(), rest_.size()));

@@ -6,31 +6,32 @@
 
 namespace quarn {
 
-/// Goes through a text of XML from its front, tag by tag. What answers false or nothing has met an error
-/// or something else than was asked for; in the latter case, where it says so, nothing has been passed.
+/// Reads an XML text from its front, tag by tag. A function that returns false or nothing has met an error or
+/// something else than it looks for. Where a comment says so, it has then moved past nothing.
 class XMLScanner {
  public:
   struct Tag {
     std::string_view name;
-    bool isEmpty;  ///< closed by itself: <array/>
+    bool isEmpty;  ///< closed by itself, such as <array/>
   };
 
-  /// What may stand between tags.
+  /// Returns whether a character may stand between tags.
   static constexpr bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
 
   explicit XMLScanner(std::string_view text) : rest_(text) {}
 
-  /// To the first tag: past blanks, comments, instructions and the type of the document.
+  /// Moves to the first tag: past white space, comments, processing instructions and the document type.
   bool skipProlog();
-  /// To the next tag: past blanks, comments and instructions.
+  /// Moves to the next tag: past white space, comments and processing instructions.
   bool skipToTag();
-  /// The name of a tag that closes an element is empty. Attributes are passed over.
+  /// Takes an opening tag and ignores its attributes. At a closing tag the name is empty.
   std::optional<Tag> openingTag();
-  /// If it isn't next, nothing is passed.
+  /// Takes a closing tag of this name. If it isn't next, moves past nothing.
   bool takeClosingTag(std::string_view name);
-  /// What stands before the next tag, as it is.
+  /// Takes everything up to the next tag unchanged.
   std::string_view content();
-  /// As `content`, with entities and CDATA sections replaced by what they stand for. UTF-8 without a NUL.
+  /// Takes the same, but replaces entities and CDATA sections by what they stand for. The result is valid
+  /// UTF-8 without a NUL.
   std::optional<std::string> text();
 
  private:
