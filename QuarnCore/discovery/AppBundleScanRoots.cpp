@@ -45,12 +45,13 @@ std::vector<Path> supplementalApplicationSupportRoots(const ReadOnlyPlatform& pl
 namespace AppBundleEnumerator {
 namespace {
 
-/// Where a link leads; a relative target begins at the folder that holds the link.
+/// Returns the target of a link. A relative target starts at the folder that contains the link.
 Path targetOf(const Path& link, const std::string& target) {
   return target.starts_with('/') ? Path(target) : link.parent().appending(target);
 }
 
-/// A folder that is itself a link can't be listed by its own name, so its target is.
+/// Lists a folder. A folder that is itself a link can't be listed under its own path, so its target is
+/// listed.
 std::vector<std::string> names(const ReadOnlyPlatform& platform, const Path& folder) {
   if (auto listed = platform.files.list(folder, Hidden::skipped)) return *std::move(listed);
   const auto target = platform.files.readSymbolicLink(folder);

@@ -20,6 +20,7 @@ std::vector<std::string> AppEntry::warnings() const {
 }
 
 std::optional<std::int64_t> AppEntry::sizeOfDataPath(std::size_t number) const {
+  // The entry may have been changed since it was measured.
   if (number >= dataPathSizes.size() || dataPathSizes[number].url != dataPaths[number]) return std::nullopt;
   return dataPathSizes[number].size;
 }

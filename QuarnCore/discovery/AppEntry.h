@@ -12,7 +12,7 @@
 
 namespace quarn {
 
-/// How likely a move breaks the application.
+/// How likely it is that moving breaks the application.
 enum class RiskLevel { low, medium, high };
 
 template <>
@@ -22,11 +22,11 @@ inline constexpr auto rawValueRows<RiskLevel> = std::to_array<RawValueRow<RiskLe
     {RiskLevel::high, "high"},
 });
 
-/// An installed application bundle as it was found. Sizes are bytes, 0 until they are measured.
+/// An installed application bundle as it was found. Sizes are in bytes, and 0 until they have been measured.
 struct AppEntry {
-  std::string id;    ///< the bundle identifier, or else the bundle path
-  std::string name;  ///< what a person calls it
-  Path bundlePath;   ///< as found, also when it is a launcher or a link
+  std::string id;    ///< the bundle identifier, or the path of the bundle if it has none
+  std::string name;  ///< the name for people
+  Path bundlePath;   ///< as found, even if it is a launcher or a link
   std::optional<std::string> bundleIdentifier;
   std::optional<std::string> version;
   std::int64_t appSize = 0;
@@ -36,17 +36,18 @@ struct AppEntry {
   bool isMacAppStore = false;
   bool hasLoginItems = false;
   bool hasSystemExtension = false;
-  bool isAlreadySymlinked = false;  ///< a launcher with a live target, or a link or inside one
+  bool isAlreadySymlinked = false;  ///< it is a launcher whose target exists, or a link, or inside one
 
   std::int64_t totalSize() const { return appSize + dataSize; }
   RiskLevel riskLevel() const;
-  /// Sentences for people, in a fixed order.
+  /// Returns sentences for people, in a fixed order.
   std::vector<std::string> warnings() const;
-  /// Of the data path of that number, as it was measured; nothing if it wasn't.
+  /// Returns the measured size of the data path at this index, or nothing if it hasn't been measured.
   std::optional<std::int64_t> sizeOfDataPath(std::size_t number) const;
-  /// The largest, the first of equals.
+  /// Returns the largest data path, and the first one if several are equal.
   std::optional<DataPathSize> dominantDataPath() const;
-  /// In display order of the categories, the largest item of each first.
+  /// Returns the groups in the display order of their categories, and each group's items from the largest
+  /// down.
   std::vector<CategorizedPaths> categorizedPaths() const;
   AppEntry withDisplayName(std::string displayName) const;
 

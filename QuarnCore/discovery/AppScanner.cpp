@@ -27,7 +27,7 @@ InfoPlist::Texts textsOf(const ReadOnlyPlatform& platform, const Path& bundle) {
   return InfoPlist::read(platform, bundle).value_or(InfoPlist::Texts{});
 }
 
-/// `texts` are those of the application itself, which for a launcher is its target.
+/// Describes a bundle. `texts` come from the application itself, which for a launcher is its target.
 AppEntry describe(const ReadOnlyPlatform& platform, const ProtectedPlaces& places, const Path& bundle,
                   const InfoPlist::Texts& texts, bool isLauncher) {
   AppEntry entry;
@@ -57,7 +57,8 @@ std::optional<AppEntry> entryOf(const ReadOnlyPlatform& platform, const Protecte
   return describe(platform, places, bundle, textsOf(platform, *target), true);
 }
 
-/// By path, so that the order of the disk never shows in a list with equal names.
+/// Returns the entries by path. Sorting by path first gives entries of the same name a fixed order, whatever
+/// the order of the disk.
 std::map<std::string, AppEntry> entriesByPath(const ReadOnlyPlatform& platform) {
   std::map<std::string, AppEntry> entries;
   const ProtectedPlaces places(platform);
@@ -124,8 +125,8 @@ bool isSymbolicLinkOrInsideOne(const ReadOnlyPlatform& platform, const Path& ite
 namespace AppFlags {
 namespace {
 
-/// A folder that is a link counts by what it leads to. Most bundles have no such folder, so that is asked
-/// first.
+/// Returns whether a folder, or the folder that a link leads to, contains anything. Most bundles don't have
+/// such a folder, so its existence is checked first.
 bool hasContents(const ReadOnlyPlatform& platform, const Path& folder) {
   if (!platform.files.isFolder(folder)) return false;
   return !platform.files.list(platform.files.resolvingLinks(folder), Hidden::included).valueOr({}).empty();

@@ -17,6 +17,7 @@ std::vector<Path> libraryPaths(const Path& home, const AppIdentity& identity, bo
   append(paths, isSupplemental ? LibraryDataPaths::supplemental(home, identity.displayName)
                                : LibraryDataPaths::byDisplayName(home, identity.displayName));
   append(paths, LibraryDataPaths::systemByBundleId(identity.bundleIdentifier));
+  // The support folder of such an application is the application itself, not its data.
   if (!isSupplemental) append(paths, LibraryDataPaths::systemByDisplayName(identity.displayName));
   return paths;
 }

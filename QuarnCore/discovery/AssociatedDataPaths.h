@@ -10,17 +10,17 @@
 namespace quarn {
 
 namespace ExistingPaths {
-/// The paths at which something exists (links followed), in their order.
+/// Returns the paths at which something exists (following links), in the same order.
 std::vector<Path> filter(const ReadOnlyPlatform& platform, const std::vector<Path>& paths);
 }  // namespace ExistingPaths
 
 namespace AssociatedDataPaths {
-/// The data paths of an application that exist, by what is generally known of where data lies.
+/// Returns the existing data paths of an application that the general rules know.
 std::vector<Path> locate(const ReadOnlyPlatform& platform, const AppIdentity& identity);
 }  // namespace AssociatedDataPaths
 
 namespace SupplementalInstall {
-/// True for a bundle that lives inside a support folder instead of an applications folder.
+/// Returns whether a bundle lies in a support folder instead of a folder for applications.
 bool matches(const Places& places, const std::string& bundlePath);
 }  // namespace SupplementalInstall
 

@@ -10,8 +10,9 @@
 namespace quarn::DataLocator {
 namespace {
 
-/// Without what is data of no application. What names a data path was written by others: a row of the ledger,
-/// or the property list of a bundle. What lies in a folder of this tool has been moved already.
+/// Removes paths that can't be an application's data. This matters because others write these paths: they
+/// come from rows of the ledger or from the property list of a bundle. What lies in a folder of this tool has
+/// been moved already.
 std::vector<Path> dataAmong(const ReadOnlyPlatform& platform, const ProtectedPlaces& places,
                             const std::vector<Path>& paths, const Path& bundlePath) {
   if (paths.empty()) return {};

@@ -13,7 +13,7 @@ struct Mark {
   DataPathCategory category;
 };
 
-/// The first of the list that occurs anywhere in the path decides.
+/// The first of these that occurs anywhere in the path decides.
 constexpr std::array marks = {
     Mark{"/Library/Application Support", DataPathCategory::applicationSupport},
     Mark{"/Library/Group Containers", DataPathCategory::groupContainers},

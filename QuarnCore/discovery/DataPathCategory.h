@@ -10,7 +10,7 @@
 
 namespace quarn {
 
-/// What kind of data lies at a path.
+/// The kind of data at a path.
 enum class DataPathCategory {
   applicationSupport,
   caches,
@@ -31,8 +31,8 @@ enum class DataPathCategory {
 
 struct DataPathCategoryRow {
   DataPathCategory value;
-  std::string_view rawValue;  ///< what a person reads
-  int displayOrder;           ///< the sort key of a display
+  std::string_view rawValue;  ///< the text for people
+  int displayOrder;           ///< the sort key for display
 };
 
 template <>
@@ -65,7 +65,7 @@ constexpr std::string_view label(DataPathCategory category) {
 constexpr int displayOrder(DataPathCategory category) {
   return rowOf(category).displayOrder;
 }
-/// By the text of the path alone; the disk isn't asked.
+/// Classifies a path by its text, without touching the disk.
 DataPathCategory classify(const Path& path);
 
 }  // namespace DataPathCategories
@@ -83,7 +83,7 @@ struct CategorizedPaths {
   std::vector<DataPathSize> items;
 
   std::int64_t total() const;
-  /// "1 item", "2 items".
+  /// Returns a text such as "1 item" or "2 items".
   std::string fileFolderSummary() const;
   bool operator==(const CategorizedPaths&) const = default;
 };

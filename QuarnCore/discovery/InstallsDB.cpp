@@ -25,7 +25,7 @@ std::optional<Entry> entryOfRow(const Statement& row) {
                .installedAt = row.text(6).value_or("")};
 }
 
-/// The newest live install whose `column` has the value.
+/// Returns the newest install that hasn't been uninstalled and whose `column` has this value.
 std::optional<Entry> newestEntry(const ReadOnlyPlatform& platform, const std::string& column,
                                  const std::string& value, const Path& path) {
   const auto database = open(platform, path);

@@ -9,10 +9,10 @@
 
 namespace quarn {
 
-/// The installs database of `setup-ledger`, in which this tool is a guest: optional, never created, and
-/// silent in every failure. This is the reading side.
+/// Reads the installs database of `setup-ledger`. It belongs to that tool, so here it is optional, never
+/// created, and every failure is silent.
 namespace InstallsDB {
-/// A live row of the table `installs`.
+/// A row of the table `installs` that hasn't been uninstalled.
 struct Entry {
   std::string installId;
   std::string appName;
@@ -27,19 +27,19 @@ struct Entry {
 Path defaultPath(const Places& places);
 
 bool isAvailable(const ReadOnlyPlatform& platform, const Path& database);
-/// The newest install that has not been uninstalled.
+/// Returns the newest install that hasn't been uninstalled.
 std::optional<Entry> entryForBundleId(const ReadOnlyPlatform& platform, const std::string& bundleId,
                                       const Path& database);
 std::optional<Entry> entryForAppName(const ReadOnlyPlatform& platform, const std::string& appName,
                                      const Path& database);
-/// In the order of the rows; empty if the database or the table can't be read.
+/// Returns the files in the order of the rows, or nothing if the database or the table can't be read.
 std::vector<std::string> trackedFiles(const ReadOnlyPlatform& platform, const std::string& installId,
                                       const Path& database);
 }  // namespace InstallsDB
 
 namespace InstallsDBEntryResolver {
-/// The ledger's entry of a moved application: by the bundle identifier of `target`, else by the name
-/// under which its link stands.
+/// Returns the ledger's entry of a moved application: by the bundle identifier of `target`, else by the name
+/// of its link.
 std::optional<InstallsDB::Entry> resolve(const ReadOnlyPlatform& platform, const Path& symlinkLocation,
                                          const Path& target);
 }  // namespace InstallsDBEntryResolver

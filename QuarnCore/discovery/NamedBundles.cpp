@@ -10,7 +10,7 @@ namespace {
 constexpr std::string_view ending = ".app";
 constexpr std::string_view wayIn = "/Contents/";
 
-// The characters with the property White_Space, which is what `\s` takes; a line feed isn't met here.
+// The characters with the Unicode property White_Space, which `\s` matches. A line feed doesn't occur here.
 constexpr std::string_view spacesOfASCII = "\t\v\f\r ";
 constexpr std::array<std::string_view, 19> otherSpaces{
     "\u0085", "\u00A0", "\u1680", "\u2000", "\u2001", "\u2002", "\u2003", "\u2004", "\u2005", "\u2006",
@@ -21,7 +21,7 @@ bool isASCII(char c) {
   return static_cast<unsigned char>(c) < 0x80;
 }
 
-/// How much of what follows ".app" shows that the bundle ends there; nothing if it doesn't.
+/// Returns how many bytes after ".app" show that the bundle ends there, or nothing if it doesn't end there.
 std::optional<std::size_t> lengthOfEnd(std::string_view rest) {
   if (rest.starts_with(wayIn)) return wayIn.size();
   if (rest.empty()) return std::nullopt;
@@ -34,18 +34,20 @@ std::optional<std::size_t> lengthOfEnd(std::string_view rest) {
   return found == otherSpaces.end() ? std::nullopt : std::optional(found->size());
 }
 
-/// `piece` holds no double quote and `endsLine` if none follows it. A path that begins in it reaches every
-/// ".app" behind, so when the first slash leads to no bundle, no later one does.
+/// Appends the bundles in a piece of the line. `piece` contains no double quote, and `endsLine` is true if
+/// none follows it. A path can reach every later ".app" in the piece. So if the first slash leads to no
+/// bundle, no later slash does, and one pass is enough.
 void append(std::string_view piece, bool endsLine, std::vector<std::string_view>& bundles) {
   constexpr auto none = std::string_view::npos;
   std::size_t slash = piece.find('/');
-  std::size_t search = slash + 2;  // between the slash and the dot stands one character at least
+  std::size_t search = slash + 2;  // at least one character stands between the slash and the dot
   while (slash != none) {
     const std::size_t dot = piece.find(ending, search);
     if (dot == none) return;
     search = dot + ending.size();
     const std::string_view rest = piece.substr(search);
     const auto end = rest.empty() && endsLine ? 0 : lengthOfEnd(rest);
+    // ".application" and the like: the search goes on behind it.
     if (!end) continue;
     bundles.push_back(piece.substr(slash, search - slash));
     slash = piece.find('/', search + *end);

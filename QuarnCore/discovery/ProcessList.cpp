@@ -10,7 +10,7 @@
 namespace quarn::ProcessList {
 namespace {
 
-/// The status doesn't matter: what a failing `ps` has written counts.
+/// Ignores the exit status: what a failing `ps` has printed still counts.
 std::vector<std::string> linesOfPs(const ReadOnlyPlatform& platform,
                                    const std::vector<std::string>& arguments) {
   return CommandRunner::capture(platform, Path("/bin/ps"), arguments, OutputStreams::separate)
@@ -18,7 +18,7 @@ std::vector<std::string> linesOfPs(const ReadOnlyPlatform& platform,
       .lines();
 }
 
-/// The line behind the number of a process; nothing if it is none of `identifiers`.
+/// Returns the line after the process identifier, or nothing if the identifier isn't one of `identifiers`.
 std::optional<std::string> lineOfOne(const std::vector<int>& identifiers, std::string_view numbered) {
   numbered.remove_prefix(std::min(numbered.find_first_not_of(' '), numbered.size()));
   int identifier = 0;
@@ -29,6 +29,7 @@ std::optional<std::string> lineOfOne(const std::vector<int>& identifiers, std::s
   return std::string(numbered.substr(static_cast<std::size_t>(number.ptr - numbered.data()) + 1));
 }
 
+/// Asked for separately and by identifier, because the whole list has no column for it.
 std::vector<std::string> linesOfLineage(const ReadOnlyPlatform& platform) {
   const std::vector<int> identifiers = platform.processes.lineage();
   std::string list;
@@ -42,7 +43,8 @@ std::vector<std::string> linesOfLineage(const ReadOnlyPlatform& platform) {
   return lines;
 }
 
-/// The list may be cut at the width that the environment asks for; a line of the lineage never is.
+/// Finds an ancestor's line in the whole list. That list may be truncated to the width given in the
+/// environment (COLUMNS, ps(1)); the ancestor's own line, printed with -ww, never is.
 std::vector<std::string>::iterator lineOf(const std::string& own, std::vector<std::string>& all) {
   const auto whole = std::find(all.begin(), all.end(), own);
   if (whole != all.end()) return whole;
@@ -57,7 +59,7 @@ std::vector<std::string> lines(const ReadOnlyPlatform& platform,
   std::vector<std::string> all = linesOfPs(platform, {"-axo", "comm,args"});
   std::erase_if(all, std::not_fn(isOfInterest));
   if (all.empty()) return all;
-  // One line for each of them: another process with the very same line stays.
+  // Removes one line per ancestor, so that another process with an identical line stays.
   for (const std::string& own : linesOfLineage(platform)) {
     const auto found = lineOf(own, all);
     if (found != all.end()) all.erase(found);

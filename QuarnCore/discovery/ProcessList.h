@@ -8,9 +8,9 @@
 
 namespace quarn::ProcessList {
 
-/// The lines of interest among those that `ps` prints: one a process, its name and its arguments. This
-/// process and those that started it are left out: their arguments name the application that is to move,
-/// and say nothing about whether it runs. Empty if `ps` can't be had or understood.
+/// Returns those lines of `ps` that are of interest, one per process with its name and arguments. Leaves out
+/// this process and its ancestors: their arguments name the application that is to move, which doesn't mean
+/// that it is running. Returns nothing if `ps` can't be run or its output isn't UTF-8.
 std::vector<std::string> lines(const ReadOnlyPlatform& platform,
                                const std::function<bool(const std::string& line)>& isOfInterest);
 

@@ -20,7 +20,7 @@ Paths ownFoldersOn(const Path& drive) {
   return {AppStorageNames::externalRootPath(drive), drive.appending(AppStorageNames::backupsRoot)};
 }
 
-/// The drive itself, and the folders that make up the tree on it.
+/// Returns the drive itself and the folders that make up this tool's storage on it.
 Paths placesOn(const Path& drive) {
   Paths places = ownFoldersOn(drive);
   places.push_back(drive);
@@ -31,7 +31,8 @@ Paths placesOn(const Path& drive) {
   return places;
 }
 
-/// What stands directly below "/Volumes" on the way to a path; nothing if the way leads elsewhere.
+/// Returns the drive on the path, that is, its component directly below /Volumes; nothing for a path
+/// elsewhere.
 Paths driveByName(const Path& path) {
   constexpr std::string_view volumes = "/Volumes/";
   if (!path.text().starts_with(volumes)) return {};
@@ -54,8 +55,8 @@ bool isInAny(const Sighting& item, const Sightings& folders) {
                      [&item](const Sighting& folder) { return item.isAtOrIn(folder); });
 }
 
-/// What `onDrive` gives for a drive that may be no longer, or not yet, mounted where the item says that it
-/// is.
+/// Returns what `onDrive` gives for the drive that the item's path names. The drive may be unmounted now, so
+/// the places on it can't be looked at.
 Sightings onNamedDrive(const Sighting& item, Paths (*onDrive)(const Path& drive)) {
   Sightings unseenPlaces;
   for (const Path& form : {item.spelled, item.leadsTo}) {
@@ -87,7 +88,7 @@ bool ProtectedPlaces::isOneOrAroundOne(const Sighting& item) const {
 }
 
 bool ProtectedPlaces::isInOwnFolder(const Sighting& item) const {
-  // A link is where its folder is, whatever it leads to.
+  // A link lies where its folder is, whatever it leads to.
   const Sighting where = item.isLink ? sight(files_, item.spelled.parent()) : item;
   return isInAny(where, ownFolders_) || isInAny(where, onNamedDrive(where, ownFoldersOn));
 }

@@ -7,18 +7,18 @@
 
 namespace quarn {
 
-/// What no record can make this tool move or remove, whoever wrote the record: "/", the top of a volume, the
-/// home folder, a folder of applications, the folders of this tool itself, and anything around one of them. A
-/// name directly below "/Volumes" stands for a volume, mounted or not. Only looks; never throws. Knows the
-/// places as they were when it was made.
+/// The places that this tool never moves or removes, whatever a record says and whoever wrote it: "/", the
+/// top of a volume, the home folder, a folder for applications, this tool's own folders, and anything that
+/// contains one of them. A name directly below /Volumes counts as a volume, mounted or not. Only looks, and
+/// never throws. It knows the places as they were when it was made.
 class ProtectedPlaces {
  public:
   explicit ProtectedPlaces(const ReadOnlyPlatform& platform);
 
-  /// The item is one of the places or lies around one.
+  /// Returns whether the item is one of the places or contains one.
   bool isOneOrAroundOne(const Sighting& item) const;
-  /// The item is, or lies in, a folder of this tool: the one in the user's library, or its tree or its
-  /// backups on any drive. A link that stands elsewhere and leads into one doesn't.
+  /// Returns whether the item is, or lies in, a folder of this tool: the one in the user's library, or its
+  /// root folder or its backups on any drive. A link elsewhere that leads into one doesn't count.
   bool isInOwnFolder(const Sighting& item) const;
 
  private:

@@ -17,6 +17,7 @@ constexpr double secondsAfterForce = 3.0;
 bool leavesWithin(double seconds, Platform& platform, const Path& bundle) {
   const auto deadline = platform.clock.after(seconds);
   while (platform.clock.steadyNow() < deadline) {
+    // Not a plain sleep: on a Mac the list of applications changes only while this waits.
     platform.applications.wait(pollInterval);
     if (runningInstances(platform, bundle).empty()) return true;
   }
@@ -38,6 +39,7 @@ BundlePaths bundlePaths(const ReadOnlyPlatform& platform) {
   for (const RunningApplication& application : platform.applications.running()) {
     if (application.bundlePath) paths.insert(platform.files.standardized(*application.bundlePath));
   }
+  // Most lines name no bundle. Filtering them early saves most of the work.
   const auto mentionsBundle = [](const std::string& line) { return line.find(".app") != std::string::npos; };
   for (const std::string& line : ProcessList::lines(platform, mentionsBundle)) {
     for (const std::string_view path : NamedBundles::inLine(line)) {

@@ -6,8 +6,8 @@
 
 #include "Platform/Platform.h"
 
-/// Which bundles run: those that the system lists as running applications, and those from inside which
-/// some process in the process list was started. Never throws.
+/// Finds out which bundles are running: those that the system lists as running applications, and those from
+/// which a process in the process list was started. Never throws.
 namespace quarn::RunningAppsDetector {
 
 /// Standardized paths of bundles.
@@ -22,18 +22,18 @@ class BundlePaths {
 };
 
 BundlePaths bundlePaths(const ReadOnlyPlatform& platform);
-/// By its standardized path, or by that of what the path leads to: through a link, or on a Mac with names in
-/// other letters. The system lists what runs by its real path.
+/// Returns whether the bundle is among them, by its standardized path or by its path with links resolved. The
+/// system lists running applications by their real path; on a Mac that also has the letter case of the disk.
 bool isAmong(const BundlePaths& running, const ReadOnlyPlatform& platform, const Path& bundle);
 bool isRunning(const ReadOnlyPlatform& platform, const Path& bundle);
 std::vector<RunningApplication> runningInstances(const ReadOnlyPlatform& platform, const Path& bundle);
 
-/// Asks every instance to quit and waits up to `timeout` seconds; with `force`, ends what is left and
-/// waits 3 seconds more. True when no instance is left, at once if there was none. A process that only
-/// the process list shows can't be asked, and doesn't count.
+/// Asks every instance to quit and waits up to `timeout` seconds. With `force`, then kills what is left and
+/// waits 3 more seconds. Returns true if no instance is left, and at once if there was none. A process that
+/// only appears in the process list can't be asked and doesn't count.
 bool quit(Platform& platform, const Path& bundle, bool force, double timeout);
 
-/// True if the name occurs, letter case aside, anywhere in a line of the process list.
+/// Returns whether the name occurs anywhere in a line of the process list, ignoring letter case.
 bool containsProcess(const ReadOnlyPlatform& platform, const std::string& name);
 
 }  // namespace quarn::RunningAppsDetector

@@ -9,7 +9,7 @@
 
 namespace quarn {
 
-/// What is known of one application's data beyond the general rules.
+/// What is known about the data of one application beyond the general rules.
 struct OwnedPaths {
   bool excludesDotfileAndNodeCaches = false;
   std::vector<std::string> extraPaths;  ///< absolute
@@ -18,7 +18,7 @@ struct OwnedPaths {
 
 namespace CuratedDomains {
 
-/// By bundle identifier, letter case aside; nothing for an unknown one.
+/// Looks up a bundle identifier, ignoring letter case. Returns nothing for an unknown one.
 std::optional<OwnedPaths> entry(const std::optional<std::string>& bundleIdentifier);
 
 }  // namespace CuratedDomains
@@ -36,12 +36,12 @@ std::vector<Path> urls(const Path& home, const std::string& slug);
 }  // namespace NodeCliCacheEntries
 
 namespace SlugDataPaths {
-/// The dotfiles, then the node caches; nothing is tested for existence.
+/// Returns the dotfiles and then the Node caches, without checking what exists.
 std::vector<Path> all(const Path& home, const std::string& slug);
 }  // namespace SlugDataPaths
 
 namespace SlugDataEligibility {
-/// False where the data under the slug belongs to another program of the same name.
+/// Returns false if the data under this slug belongs to another program of the same name.
 bool includesDotfileAndNodeCaches(const AppIdentity& identity);
 }  // namespace SlugDataEligibility
 

@@ -5,7 +5,7 @@
 
 namespace quarn {
 
-/// The values from which an application's names and loose data are derived.
+/// The values from which the names of an application's own data are derived.
 struct AppIdentity {
   std::string bundlePath;
   std::string displayName;
@@ -15,8 +15,9 @@ struct AppIdentity {
 };
 
 namespace Slug {
-/// The short lower-case word by which an application's loose data is found: its executable's name,
-/// else its bundle's without the extension, else its display name. Blanks and punctuation stay.
+/// Returns the slug, the short lower-case word by which an application's own files in the home folder are
+/// found: the name of its executable, else of its bundle without the extension, else its display name. Spaces
+/// and punctuation are kept.
 std::string derive(const AppIdentity& identity);
 }  // namespace Slug
 

@@ -6,7 +6,7 @@
 #include "Platform/Path.h"
 #include "Platform/Places.h"
 
-/// Every folder name of the storage layout. No operation asks the disk.
+/// Every folder name of the storage layout. No function here touches the disk.
 namespace quarn::AppStorageNames {
 
 inline constexpr std::string_view externalRoot = "ExternalQuarn";
@@ -14,7 +14,7 @@ inline constexpr std::string_view apps = "Apps";
 inline constexpr std::string_view data = "Data";
 inline constexpr std::string_view folders = "Folders";                ///< reserved
 inline constexpr std::string_view installerCache = "InstallerCache";  ///< reserved
-/// A sibling of the root on the drive, not a child.
+/// Beside the root folder on the drive, not inside it.
 inline constexpr std::string_view backupsRoot = "QuarnBackups";
 inline constexpr std::string_view installerSessions = "InstallerSessions";
 inline constexpr std::string_view installerOptions = "InstallerOptions";
@@ -22,13 +22,13 @@ inline constexpr std::string_view uninstallSessions = "UninstallSessions";
 /// Former names of the root folder.
 inline constexpr std::array<std::string_view, 1> legacyExternalRoots = {"Quarn"};
 
-/// On a drive, given its mount path.
+/// Paths on a drive, given its mount point.
 Path externalRootPath(const Path& drive);
 Path appsRoot(const Path& drive);
 Path dataRoot(const Path& drive);
 Path foldersRoot(const Path& drive);
 
-/// In the user's home.
+/// Paths in the user's home folder.
 Path supportRoot(const Places& places);
 Path sessionRoot(const Places& places);
 Path userInstallerOptionsRoot(const Places& places);

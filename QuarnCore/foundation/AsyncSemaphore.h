@@ -6,8 +6,8 @@
 
 namespace quarn {
 
-/// A counting semaphore for coroutines of one execution context, which serializes all that happens
-/// here; so it takes no lock. Callers are resumed in the order in which they came.
+/// A counting semaphore for coroutines of a single execution context. Everything here runs there one after
+/// another, so it needs no lock. Waiting coroutines are resumed in the order in which they arrived.
 class AsyncSemaphore {
  public:
   explicit AsyncSemaphore(std::ptrdiff_t value) : available_(value) {}
@@ -23,11 +23,11 @@ class AsyncSemaphore {
     AsyncSemaphore& semaphore_;
   };
 
-  /// `co_await semaphore.wait()` goes on at once while something is available, else when it is signalled.
+  /// `co_await semaphore.wait()` continues at once if the count is above 0, and otherwise when it is
+  /// signalled.
   Wait wait() { return Wait(*this); }
 
-  /// Resumes the first that waits, and leaves what is available as it is; with none waiting there is
-  /// one more available.
+  /// Resumes the first waiting coroutine without changing the count. If none waits, adds one to the count.
   void signal() {
     if (waiters_.empty()) {
       ++available_;

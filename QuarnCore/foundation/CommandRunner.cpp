@@ -21,13 +21,13 @@ using SteadyTime = std::chrono::steady_clock::time_point;
 constexpr auto pollInterval = 50ms;
 constexpr auto graceBeforeKill = 2s;
 
-/// One bad byte empties the whole stream: half a text could be taken for the truth.
+/// Returns nothing at all if any byte isn't UTF-8: part of a text could be mistaken for the whole.
 std::string textOf(std::string bytes) {
   if (!Text::isUTF8(bytes)) bytes.clear();
   return bytes;
 }
 
-/// Filled by the reader while the caller waits.
+/// Filled by the reading thread while the caller waits.
 class ConcurrentBuffer {
  public:
   void append(std::string_view bytes) {
@@ -44,7 +44,8 @@ class ConcurrentBuffer {
   std::string data_;
 };
 
-/// Reads both streams beside the waiting, so that a tool that writes much never blocks on a full pipe.
+/// Reads both streams on a thread of its own. Otherwise a tool that writes more than a pipe holds would
+/// block, and the wait for its end with it.
 class Reader {
  public:
   explicit Reader(Child& child)
@@ -67,13 +68,13 @@ class Reader {
   std::thread thread_;
 };
 
-/// False if the tool still runs at the deadline.
+/// Returns false if the tool still runs at the deadline.
 bool endsBefore(SteadyTime deadline, const ReadOnlyPlatform& platform, Child& child) {
   while (child.isRunning() && platform.clock.steadyNow() < deadline) platform.clock.sleep(pollInterval);
   return !child.isRunning();
 }
 
-/// True if the tool had to be ended.
+/// Returns true if the tool had to be ended.
 bool endAtTimeout(double timeout, const ReadOnlyPlatform& platform, Child& child) {
   if (endsBefore(platform.clock.after(timeout), platform, child)) return false;
   child.terminate();
@@ -92,6 +93,7 @@ CommandResult run(const ReadOnlyPlatform& platform, const std::string& executabl
   Reader reader(*child);
   const bool timedOut = timeout && endAtTimeout(*timeout, platform, *child);
   const int status = child->waitForExit();
+  // Only after the process has ended: both buffers are complete now.
   reader.waitForEnd();
   return {status, reader.output.text(), reader.error.text(), timedOut};
 }

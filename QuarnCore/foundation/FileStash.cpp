@@ -7,12 +7,13 @@ namespace {
 
 void moveToTrashOrBeside(Platform& platform, const Path& item, const std::string& nameBeside) {
   if (platform.trash.moveToTrash(item)) return;
+  // In the same folder as the item, so that a rename is enough even if the volume is full.
   const Path folder = item.parent().appending(".QuarnTrash");
   platform.files.createFolder(folder).orIgnore();
   platform.files.rename(item, folder.appending(nameBeside)).orIgnore();
 }
 
-/// A colon is a separator to the Finder, so a file name has none.
+/// The Finder uses the colon as a separator, so a file name must not contain one.
 std::string timestamp(Moment moment) {
   std::string text = DateText::iso8601(moment);
   std::erase(text, ':');

@@ -17,17 +17,17 @@ namespace quarn {
 
 /// How a moment is stored.
 enum class DateForm {
-  iso8601,           ///< "2026-01-31T09:05:00Z"; whole seconds
-  secondsSince2001,  ///< a number, with a fraction if there is one
+  iso8601,           ///< "2026-01-31T09:05:00Z", in whole seconds
+  secondsSince2001,  ///< a number, with a fraction if needed
 };
 
-/// Takes values out of JSON. It goes on after an error, so that no caller has to look at each step; what it
-/// has given then counts for nothing.
+/// Reads values from JSON. After an error it continues, so that callers needn't check every step; what it has
+/// read must then be discarded.
 class JsonDecoder {
  public:
   explicit JsonDecoder(DateForm dates) : dates_(dates) {}
 
-  /// The first thing that was wrong.
+  /// Returns the first error.
   const std::optional<PlatformError>& failure() const { return failure_; }
 
   void decode(const Json& json, bool& value);

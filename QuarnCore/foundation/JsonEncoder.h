@@ -6,12 +6,12 @@
 
 namespace quarn {
 
-/// Makes JSON of values: the counterpart of `JsonDecoder`.
+/// Converts values to JSON. It is the counterpart of `JsonDecoder`.
 class JsonEncoder {
  public:
   explicit JsonEncoder(DateForm dates) : dates_(dates) {}
 
-  /// The first value that has no form in JSON.
+  /// Returns the error for the first value that JSON can't represent.
   const std::optional<PlatformError>& failure() const { return failure_; }
 
   Json encode(std::same_as<bool> auto value) { return value; }
@@ -62,7 +62,7 @@ class JsonEncoder {
       members.emplace_back(std::string(key), encode(value));
     });
   }
-  /// An optional without a value has no key.
+  /// Leaves the key out if the optional has no value.
   template <class Value>
   void add(Json::Object& members, std::string_view key, const std::optional<Value>& value) {
     if (value) add(members, key, *value);

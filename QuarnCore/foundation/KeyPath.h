@@ -6,10 +6,10 @@
 
 namespace quarn {
 
-/// The way from a text as a whole to one of its values: "movedItems[3].sizeBytes".
+/// The path of a value inside a JSON text, such as "movedItems[3].sizeBytes".
 class KeyPath {
  public:
-  /// Carries out `step` one key further down.
+  /// Runs `step` with the path extended by one key.
   template <class Step>
   void within(std::string_view key, const Step& step) {
     const std::size_t length = text_.size();

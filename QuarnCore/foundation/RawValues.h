@@ -14,8 +14,8 @@ struct RawValueRow {
   std::string_view rawValue;
 };
 
-/// The table of an enumeration: a row for each case, in their order. It stands right below the enumeration,
-/// and whether it is whole is looked at where the code is compiled:
+/// The table of an enumeration: one row per case, in their order. It stands right below the enumeration. The
+/// compiler checks that it is complete:
 ///
 ///     enum class RiskLevel { low, medium, high };
 ///
@@ -26,8 +26,7 @@ struct RawValueRow {
 ///         {RiskLevel::high, "high"},
 ///     });
 ///
-/// A table with more columns has rows of a struct of its own, whose members `value` and `rawValue` come
-/// first.
+/// A table with more columns has rows of its own struct, whose first members are `value` and `rawValue`.
 template <class Enum>
 inline constexpr std::nullptr_t rawValueRows = nullptr;
 
@@ -38,9 +37,8 @@ concept HasRawValues = requires {
 
 namespace RawValues {
 
-/// Whether a number is that of a case, as the compiler itself writes it: "= quarn::RiskLevel::low]" for a
-/// case,
-/// "= (quarn::RiskLevel)3]" for none.
+/// Returns whether a number is that of a case. The compiler writes the value as "= quarn::RiskLevel::low]" if
+/// it is, and as "= (quarn::RiskLevel)3]" if it isn’t.
 template <auto value>
 constexpr bool isCase() {
   const std::string_view signature = __PRETTY_FUNCTION__;
@@ -68,7 +66,7 @@ constexpr bool areDistinct() {
 
 }  // namespace RawValues
 
-/// The table, once it is known to be whole.
+/// Returns the table after checking that it is complete.
 template <HasRawValues Enum>
 constexpr const auto& checkedRows() {
   static_assert(RawValues::areInOrder<Enum>(),
@@ -78,7 +76,7 @@ constexpr const auto& checkedRows() {
   return rawValueRows<Enum>;
 }
 
-/// The whole row of a case, for the columns beyond the text.
+/// Returns the whole row of a case, for the columns beyond the text.
 template <HasRawValues Enum>
 constexpr const auto& rowOf(Enum value) {
   return checkedRows<Enum>()[static_cast<std::size_t>(value)];
@@ -89,7 +87,7 @@ constexpr std::string_view rawValue(Enum value) {
   return rowOf(value).rawValue;
 }
 
-/// The case that a text stands for, to the letter; nothing for any other text.
+/// Returns the case with exactly this text, or nothing for any other text.
 template <HasRawValues Enum>
 constexpr std::optional<Enum> fromRawValue(std::string_view text) {
   for (const auto& row : checkedRows<Enum>()) {
@@ -98,7 +96,7 @@ constexpr std::optional<Enum> fromRawValue(std::string_view text) {
   return std::nullopt;
 }
 
-/// In their order.
+/// Returns all cases in their order.
 template <HasRawValues Enum>
 constexpr auto allCases() {
   std::array<Enum, rawValueRows<Enum>.size()> cases{};

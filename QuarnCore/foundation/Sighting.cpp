@@ -7,7 +7,7 @@
 namespace quarn {
 namespace {
 
-/// The path itself or the nearest folder around it that exists.
+/// Returns the path itself, or the nearest folder around it that exists.
 Path nearestThatExists(const FileSystem& files, const Path& path) {
   Path current = path;
   while (!files.exists(current) && current.parent() != current) current = current.parent();
@@ -31,6 +31,8 @@ bool isAtOrInByText(const Path& item, const Path& folder) {
 
 bool Sighting::isAtOrIn(const Sighting& folder) const {
   if (isAtOrInByText(spelled, folder.spelled) || isAtOrInByText(leadsTo, folder.leadsTo)) return true;
+  // Two different paths of one folder have the same identity. The folders around the item are compared too,
+  // which finds an item anywhere inside.
   return folder.exists && !folder.identities.empty() &&
          std::find(identities.begin(), identities.end(), folder.identities.front()) != identities.end();
 }

@@ -6,29 +6,31 @@
 
 namespace quarn {
 
-/// An item by all that tells where it is: its text, what it leads to, and the marks of the disk, under which
-/// it is known whatever a volume without letter case, or a second mount, lets it be called.
+/// Everything that tells where an item is: its path, the path it leads to, and the identities on the disk. By
+/// its identity an item is recognized whatever name a case-insensitive volume or a second mount gives it.
 struct Sighting {
   Path spelled;         ///< standardized
-  Path leadsTo;         ///< with every link resolved on the way, as far as there is one
-  bool isLink = false;  ///< the item itself
-  bool exists = false;  ///< what it leads to
-  /// Of what it leads to, if that exists, then of each folder around it that exists.
+  Path leadsTo;         ///< with every link on the path resolved as far as the path exists
+  bool isLink = false;  ///< the item itself is a link
+  bool exists = false;  ///< the item, or the target of the link, exists
+  /// The identity of what the path leads to, if that exists, followed by those of all existing folders around
+  /// it.
   std::vector<FileIdentity> identities;
 
-  /// It is `folder` or lies anywhere in it, by any of what tells where it is.
+  /// Returns whether this is `folder` or lies anywhere in it, by its path, by what it leads to, or by
+  /// identity.
   bool isAtOrIn(const Sighting& folder) const;
 };
 
-/// By the texts alone: it is `folder` or lies anywhere in it. Letter case counts, canonically equivalent
-/// spellings are one.
+/// Returns whether a path is `folder` or lies anywhere in it, judged by the text alone. Letter case matters;
+/// canonically equivalent spellings are equal.
 bool isAtOrInByText(const Path& item, const Path& folder);
 
-/// Only looks; never throws.
+/// Looks at an item, following links. Changes nothing and never throws.
 Sighting sight(const FileSystem& files, const Path& item);
-/// Of the item itself and not of what it leads to, which matters where it is a link.
+/// Looks at an item itself. If it is a link, describes the place of the link and not its target.
 Sighting sightItself(const FileSystem& files, const Path& item);
-/// By its text alone.
+/// Describes a path without looking at the disk.
 Sighting unseen(const Path& standardized);
 
 }  // namespace quarn

@@ -5,6 +5,7 @@
 namespace quarn::SizeCalculator {
 namespace {
 
+/// The size with all forks, if the volume reports it; else that of the data fork.
 std::int64_t allocated(const FileAttributes& attributes) {
   return attributes.totalAllocatedSize.value_or(attributes.allocatedSize.value_or(0));
 }

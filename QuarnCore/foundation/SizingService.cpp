@@ -10,6 +10,8 @@ using DirID = FileIdentity;
 
 struct DirIDHash {
   std::size_t operator()(const DirID& id) const {
+    // Inode numbers alone repeat between volumes. The device number goes into the upper bits, which inode
+    // numbers rarely use.
     return std::hash<std::uint64_t>()(id.inode ^ (static_cast<std::uint64_t>(id.device) << 48));
   }
 };
@@ -32,6 +34,7 @@ class BlockSum : public WalkVisitor {
   std::int64_t bytes = 0;
 
  private:
+  /// A folder can be reached twice through a bind mount or a firmlink.
   WalkStep enter(const DirID& folder) {
     if (cancellation_ && cancellation_->load()) return WalkStep::stop;
     return seen_.insert(folder).second ? WalkStep::proceed : WalkStep::skipDescendants;

@@ -8,24 +8,25 @@
 #include "Platform/Platform.h"
 #include "Platform/ThreadPriority.h"
 
-/// Disk use by counting the blocks of every name, with those that begin with a dot left out. What can't be
-/// read counts as 0. Bytes everywhere.
+/// Measures disk use as the sum of the blocks of every name, without names that begin with a dot. What can't
+/// be read counts as 0. All sizes are in bytes.
 namespace quarn::SizingService {
 
-/// Tells a walk from another thread to stop.
+/// Tells a walk on another thread to stop.
 using Cancellation = std::atomic<bool>;
 
-/// Links resolved at the top only: a file counts its blocks, a folder what `walk` finds, anything else 0.
+/// Measures an item. If the item itself is a link, its target is measured; links below it aren't followed. A
+/// file counts its blocks, a folder what `walk` returns, and anything else 0.
 std::int64_t measure(const ReadOnlyPlatform& platform, const Path& item);
-/// The same as `measure`.
+/// Does the same as `measure`.
 std::int64_t size(const ReadOnlyPlatform& platform, const Path& item);
 
-/// Blocks of all that is below a folder but links and the folders themselves. A folder reached twice
-/// counts once. Cancelled, it stops at the next folder and returns the sum so far.
+/// Returns the blocks of everything below a folder except links and the folders themselves. A folder that is
+/// reached twice counts once. When cancelled, stops at the next folder and returns the sum so far.
 std::int64_t walk(const ReadOnlyPlatform& platform, const Path& folder,
                   const Cancellation* cancellation = nullptr);
 
-/// A measurement that runs on a thread of its own.
+/// A measurement on a thread of its own.
 class SizeTask {
  public:
   SizeTask(const ReadOnlyPlatform& platform, const Path& item, ThreadPriority priority);
@@ -33,9 +34,9 @@ class SizeTask {
   SizeTask(const SizeTask&) = delete;
   SizeTask& operator=(const SizeTask&) = delete;
 
-  /// Waits for the figure; once only.
+  /// Waits for the result. May be called once.
   std::int64_t value();
-  /// The figure is then that of what was walked before.
+  /// Stops the measurement. Its result is then what had been counted so far.
   void cancel();
 
  private:

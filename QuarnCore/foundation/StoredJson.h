@@ -7,17 +7,17 @@
 #include "QuarnCore/foundation/JsonDecoder.h"
 #include "QuarnCore/foundation/JsonEncoder.h"
 
-/// Records as JSON texts, by the list of their keys (`StoredKeys.h`). To be included by the sources that
-/// store records, and by no header.
+/// Reads and writes records as JSON texts, by the list of their keys (`StoredKeys.h`). Only sources that
+/// store records include this, never a header.
 namespace quarn::StoredJson {
 
 enum class Layout {
-  pretty,   ///< on many lines, keys sorted
-  compact,  ///< on one line, keys in the order of the record
+  pretty,   ///< on many lines, with sorted keys
+  compact,  ///< on one line, with keys in the order of the record
 };
 
-/// The text of a record, or of a vector, map or optional of records. An error only for what has no form in
-/// JSON: bytes that are no text, a number that isn't finite.
+/// Returns the text of a record, or of a vector, map or optional of records. Fails only for values that JSON
+/// can't represent: bytes that aren't UTF-8, and numbers that aren't finite.
 template <class Value>
 Result<std::string> write(const Value& value, Layout layout, DateForm dates) {
   JsonEncoder encoder(dates);
@@ -26,8 +26,8 @@ Result<std::string> write(const Value& value, Layout layout, DateForm dates) {
   return layout == Layout::pretty ? json.prettyText() : json.compactText();
 }
 
-/// What `text` holds, keys that the record doesn't have passed over. The description of an error names the
-/// place: "movedItems[3].sizeBytes is missing".
+/// Returns the value in `text`, and ignores keys that the record doesn't have. The description of an error
+/// names the place, as in "movedItems[3].sizeBytes is missing".
 template <class Value>
 Result<Value> read(std::string_view text, DateForm dates) {
   const auto json = Json::parse(text);

@@ -20,7 +20,7 @@ inline PlatformError notJson() {
 inline PlatformError missing(const std::string& keyPath) {
   return {domain, missingCode, keyPath + " is missing"};
 }
-/// `keyPath` is empty when it is the top itself that has the wrong type.
+/// `keyPath` is empty if the root value itself has the wrong type.
 inline PlatformError wrongType(const std::string& keyPath) {
   return {domain, wrongTypeCode, (keyPath.empty() ? "The record" : keyPath) + " has the wrong type"};
 }

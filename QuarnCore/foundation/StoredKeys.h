@@ -9,11 +9,11 @@
 
 namespace quarn {
 
-/// What a key means that is missing, or null, when a record is read. A member that is optional is then empty,
-/// whatever is said here.
+/// What a missing key, or one with the value null, means when a record is read. An optional member is then
+/// empty, whatever is given here.
 enum class WhenAbsent {
   isError,
-  keepsDefault,  ///< the member stays as a new record has it: for keys that earlier versions didn't write
+  keepsDefault,  ///< keeps the value of a new record: for keys that earlier versions didn't write
 };
 
 template <class Value>
@@ -21,7 +21,7 @@ inline constexpr bool isOptional = false;
 template <class Value>
 inline constexpr bool isOptional<std::optional<Value>> = true;
 
-/// A member of a record, and the key under which it is stored.
+/// A member of a record and the key under which it is stored.
 template <class Record, class Value>
 struct StoredKey {
   constexpr StoredKey(std::string_view keyName, Value Record::*recordMember,
@@ -35,8 +35,8 @@ struct StoredKey {
   WhenAbsent whenAbsent;
 };
 
-/// The keys of a record, in the order of its members: the one list from which it is written and read. It
-/// stands in the source that stores the record, or in a header `<Record>Keys.h` where several do:
+/// The keys of a record, in the order of its members. The record is both written and read by this one list.
+/// It stands in the source that stores the record, or in a header `<Record>Keys.h` if several sources do:
 ///
 ///     template <>
 ///     inline constexpr auto storedKeys<BackupRecord> = std::tuple{
@@ -44,8 +44,8 @@ struct StoredKey {
 ///         StoredKey{"note", &BackupRecord::note, WhenAbsent::keepsDefault},
 ///     };
 ///
-/// Members may be texts, flags, 64-bit whole numbers, fractions, moments, enumerations with a table of raw
-/// values, records with keys of their own, and optionals, vectors and maps from text of all these.
+/// Members may be texts, flags, 64-bit integers, doubles, moments, enumerations with a table of raw values,
+/// records with keys of their own, and optionals, vectors and maps (with text keys) of all these.
 template <class Record>
 inline constexpr std::nullptr_t storedKeys = nullptr;
 
@@ -56,7 +56,7 @@ concept HasStoredKeys = requires {
 
 namespace StoredKeys {
 
-/// Stands for a value of any type, where the compiler is only asked whether it would take one.
+/// Converts to any type. The compiler is only asked whether such a conversion would be accepted.
 struct Anything {
   template <class Value>
   operator Value() const;
@@ -84,7 +84,7 @@ constexpr bool areDistinct() {
       storedKeys<Record>);
 }
 
-/// Whether the record has no more members than keys.
+/// Returns whether the record has no more members than keys.
 template <class Record>
 constexpr bool coverAllMembers() {
   constexpr auto count = std::tuple_size_v<decltype(storedKeys<Record>)>;
@@ -93,7 +93,7 @@ constexpr bool coverAllMembers() {
 
 }  // namespace StoredKeys
 
-/// The list, once it is known to be whole.
+/// Returns the list after checking that it is complete.
 template <HasStoredKeys Record>
 constexpr const auto& checkedKeys() {
   static_assert(StoredKeys::areDistinct<Record>(), "Two members have the same key.");

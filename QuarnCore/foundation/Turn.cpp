@@ -2,8 +2,8 @@
 
 namespace quarn {
 
-// The home folder: it is there before the first run, it belongs to the person whose runs meet, and locks work
-// there. On a drive they may not: SMB refuses to lock a folder, and NFS only pretends to.
+// The home folder is locked because it exists before the first run, belongs to the user whose runs may meet,
+// and supports locks. A drive may not: SMB refuses to lock a folder, and NFS only pretends to.
 Turn::Turn(Platform& platform, const std::function<void()>& waiting)
     : lock_(platform.locks
                 .lock(platform.places.home(),

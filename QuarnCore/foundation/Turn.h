@@ -7,13 +7,13 @@
 
 namespace quarn {
 
-/// The right to change what is moved or installed. One run of a person has it at a time; the others wait
-/// until it goes, and have to look anew at everything that they found before. Within one run it can be
-/// taken again by whoever is called.
+/// The right to change what is moved or installed. One run at a time has it for a home folder. Other runs
+/// wait until it is released, and must then check again everything that they found before. Within one run it
+/// may be taken again by any function that is called.
 class Turn {
  public:
-  /// Waits for its end while another run has it; `waiting` is called once before. Where the home folder can't
-  /// be locked nobody waits, and only the exclusive claims of single places keep runs apart.
+  /// Takes the turn. If another run has it, calls `waiting` once and waits for it to end. If the home folder
+  /// can't be locked nobody waits; only the exclusive claims on single paths then keep runs apart.
   explicit Turn(
       Platform& platform, const std::function<void()>& waiting = [] {});
   /// What was found before has to be looked at anew.
