@@ -4,7 +4,7 @@
 
 namespace quarn {
 
-/// What can be installed from.
+/// The kinds of source that can be installed from.
 enum class InstallerKind { app, dmg, zip, pkg, mpkg, script, unknown };
 
 template <>

@@ -10,7 +10,7 @@
 namespace quarn::InstallerOptionLoader {
 namespace {
 
-/// Gathers what has the extension of an option file, wherever it lies.
+/// Collects the files with the extension of option files, at any depth.
 class OptionFiles : public WalkVisitor {
  public:
   explicit OptionFiles(const Path& root) : root_(root) {}
@@ -37,6 +37,7 @@ std::vector<Path> tomlURLs(const ReadOnlyPlatform& platform, const Path& root) {
 }
 
 std::vector<Path> bundledOptionURLs(const ReadOnlyPlatform& platform) {
+  // The program is <prefix>/bin/quarn, so <prefix> is two levels up.
   const Path resources = platform.places.executable().parent().parent().appending("share/quarn");
   const Path options = resources.appending(AppStorageNames::installerOptions);
   return tomlURLs(platform, platform.files.exists(options) ? options : resources);

@@ -10,10 +10,11 @@ namespace {
 constexpr const char* tmutil = "/usr/bin/tmutil";
 constexpr std::string_view dateMark = "date: ";
 constexpr std::string_view namePrefix = "com.apple.TimeMachine";
-/// Of a date as `tmutil` writes it. The date formatter of a Mac ignores what follows one.
+/// The length of a date as `tmutil` prints it. A Mac's date formatter ignores whatever follows.
 constexpr std::size_t dateLength = 17;
 
-/// The first piece between points that could hold a date, or the whole text.
+/// Returns the first piece between dots that contains a hyphen and is longer than 18 bytes, or else the whole
+/// text. The names that `tmutil` lists have no such piece.
 std::string datePiece(const std::string& text) {
   std::size_t begin = 0;
   while (begin <= text.size()) {

@@ -6,26 +6,27 @@
 
 #include "Platform/Platform.h"
 
-/// Local snapshots of the boot volume, by way of `tmutil`. A safety net: nothing depends on one.
+/// Local snapshots of the startup volume, made by `tmutil`. They are only a safety net; nothing depends on
+/// them.
 namespace quarn::APFSSnapshotService {
 
 struct Snapshot {
   std::string name;
-  /// Known only for a snapshot just created; `tmutil` lists names from which no date is read.
+  /// Set only for a snapshot that was just created: no date can be read from the names that `tmutil` lists.
   std::optional<Moment> createdAt;
   bool operator==(const Snapshot&) const = default;
 };
 
 struct CreateResult {
-  std::optional<Snapshot> snapshot;  ///< absent when the tool's answer wasn't understood
+  std::optional<Snapshot> snapshot;  ///< absent if the tool's answer wasn't understood
   std::string standardOutput;
   std::string standardError;
   bool succeeded = false;
 };
 
-/// The tool is there.
+/// Returns whether the tool exists.
 bool isSupported(const ReadOnlyPlatform& platform);
-/// `tmutil` names a snapshot itself, so the label isn't used.
+/// Creates a snapshot. `tmutil` chooses the name itself, so the label isn't used.
 CreateResult create(Platform& platform, const std::optional<std::string>& label);
 std::vector<Snapshot> list(const ReadOnlyPlatform& platform);
 

@@ -9,7 +9,7 @@ namespace {
 
 const Path volumesFolder("/Volumes");
 
-/// "/Volumes/<name>" if the path lies there or is it.
+/// Returns "/Volumes/<name>" if the path is that or lies below it.
 std::optional<Path> driveOf(const Path& path) {
   for (Path current = path; current.parent() != current; current = current.parent()) {
     if (current.parent() == volumesFolder) return current;
@@ -23,7 +23,7 @@ std::optional<std::int32_t> deviceOf(const ReadOnlyPlatform& platform, const Pat
   return attributes->identity.device;
 }
 
-/// Of the folder itself, or of the nearest around it that exists.
+/// Returns the device number of the folder, or of the nearest folder around it that exists.
 std::optional<std::int32_t> deviceAround(const ReadOnlyPlatform& platform, Path folder) {
   while (!platform.files.exists(folder) && folder.parent() != folder) folder = folder.parent();
   return deviceOf(platform, folder);

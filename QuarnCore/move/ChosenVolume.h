@@ -7,20 +7,21 @@
 
 namespace quarn {
 
-/// The volume on which a destination was chosen. A drive that is pulled can leave a folder of its name on the
-/// startup disk, which is no drive. Told apart by the mount and by the device number; a drive that takes both
-/// over is found by the comparison that follows, since the copy isn't there.
+/// The volume on which a destination was chosen. A drive that is pulled out can leave a folder of its name on
+/// the startup disk, which must not be taken for the drive. The two differ in the mount point and the device
+/// number. If another drive takes over both, the comparison that follows fails, because the copy isn't there.
 class ChosenVolume {
  public:
-  /// The volume that holds a folder, or will hold it once it is made. Nothing if the folder lies below
-  /// "/Volumes/<name>" and nothing is mounted there.
+  /// Returns the volume that holds a folder, or will hold it once it exists. Returns nothing if the folder
+  /// lies below "/Volumes/<name>" and nothing is mounted there.
   static std::optional<ChosenVolume> holding(const ReadOnlyPlatform& platform, const Path& folder);
-  /// The same; throws `MoveRefused` where nothing is mounted.
+  /// Does the same, but throws `MoveRefused` if nothing is mounted there.
   static ChosenVolume requiredFor(const ReadOnlyPlatform& platform, const Path& folder);
 
-  /// The volume is still there, and an item that exists, or what a link leads to, lies on it.
+  /// Returns whether the volume is still mounted and the item, or what a link leads to, lies on it. The item
+  /// must exist.
   bool holds(const ReadOnlyPlatform& platform, const Path& item) const;
-  /// Throws `MoveRefused` unless it is so.
+  /// Throws `MoveRefused` unless `holds` returns true.
   void requireHolds(const ReadOnlyPlatform& platform, const Path& item) const;
 
  private:

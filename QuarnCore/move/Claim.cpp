@@ -8,6 +8,7 @@ namespace quarn {
 Claim::Claim(Platform& platform, const Path& place, const Path& source)
     : place_(place), kind_(platform.files.isFolder(source) ? FileKind::folder : FileKind::regular) {
   const auto claimed = platform.files.claim(place, kind_);
+  // Asked of the error and not looked up before: a check could be outdated by the time of the claim.
   if (!claimed && claimed.error().code == CocoaErrorCode::fileWriteFileExists)
     throw MoverError::destinationExists();
   if (!claimed) throw MoverError::copyFailed(claimed.error().localizedDescription());
@@ -16,7 +17,8 @@ Claim::Claim(Platform& platform, const Path& place, const Path& source)
   identity_ = made->identity;
 }
 
-/// The tool that copies may put a file in the place of what was claimed, but another folder is another's.
+/// The copying tool may replace a file that was claimed by a new one. A folder is never replaced, so a
+/// different folder isn't ours.
 bool Claim::isOurs(const ReadOnlyPlatform& platform) const {
   const auto found = platform.files.attributes(place_);
   if (!found || found->identity.device != identity_.device) return false;
@@ -28,6 +30,7 @@ bool Claim::isEmpty(const ReadOnlyPlatform& platform) const {
   return found && found->kind == kind_ && isOurs(platform) && holdsNothing(platform, place_);
 }
 
+/// Failures are ignored, because the move has already failed and its error is the one to report.
 void Claim::giveBack(Platform& platform) const {
   if (isEmpty(platform)) {
     platform.files.remove(place_).orIgnore();

@@ -4,19 +4,19 @@
 
 namespace quarn {
 
-/// A place that one run has made its own before it copies there: of two people who move something of one name
-/// to one drive, one gets it, and a folder isn't merged into that of another run. What stands at the place is
-/// set aside only while it is what the run has made: another drive may have taken the name of the one that
-/// was claimed on.
+/// A path that a run has claimed before it copies there. If two people move items of the same name to the
+/// same drive, only one gets the path, and no folder is merged into that of another run. What is at the path
+/// is set aside only if it is what this run made: meanwhile another drive may have taken the name of the one
+/// that was claimed on.
 class Claim {
  public:
-  /// For the copy of an item. Throws `MoverError::destinationExists`, with nothing touched, or
-  /// `MoverError::copyFailed`.
+  /// Claims the path for the copy of an item. Throws `MoverError::destinationExists`, with nothing changed,
+  /// or `MoverError::copyFailed`.
   Claim(Platform& platform, const Path& place, const Path& source);
 
-  /// Nothing has been copied there yet.
+  /// Returns whether nothing has been copied there yet.
   bool isEmpty(const ReadOnlyPlatform& platform) const;
-  /// Clears the place: what was copied goes to the Trash or beside, an empty claim goes altogether.
+  /// Clears the path: moves what was copied to the Trash or beside it, and removes an empty claim.
   void giveBack(Platform& platform) const;
 
  private:
@@ -27,7 +27,7 @@ class Claim {
   FileIdentity identity_;
 };
 
-/// An item that holds nothing: a folder without entries, a file without bytes.
+/// Returns whether an item is a folder without entries or a file without content.
 bool holdsNothing(const ReadOnlyPlatform& platform, const Path& item);
 
 }  // namespace quarn

@@ -8,7 +8,7 @@
 namespace quarn::DiskUsage {
 namespace {
 
-/// Both streams joined. Throws `MoveRefused` unless the status is 0.
+/// Returns both output streams joined. Throws `MoveRefused` unless the exit status is 0.
 std::string runAndCapture(const ReadOnlyPlatform& platform, const Path& executable,
                           const std::vector<std::string>& arguments) {
   const auto result =
@@ -29,6 +29,7 @@ std::string firstWord(const std::string& text) {
 
 std::int64_t kilobytes(const ReadOnlyPlatform& platform, const Path& item) {
   const std::string output = runAndCapture(platform, Path("/usr/bin/du"), {"-sk", item.text()});
+  // A warning may come first in the joined output; then the first word isn't a number.
   const std::string word = firstWord(output);
   std::int64_t number = 0;
   const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), number);

@@ -6,7 +6,7 @@
 
 namespace quarn::DiskUsage {
 
-/// Kilobytes of disk that an item takes, as `du -sk` counts them. Throws `MoveRefused`.
+/// Returns the disk use of an item in kilobytes, as `du -sk` counts it. Throws `MoveRefused`.
 std::int64_t kilobytes(const ReadOnlyPlatform& platform, const Path& item);
 
 }  // namespace quarn::DiskUsage

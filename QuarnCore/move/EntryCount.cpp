@@ -7,7 +7,7 @@
 namespace quarn {
 namespace {
 
-/// Counts lines that aren't empty as they come; the whole list of a large tree is never held.
+/// Counts lines that aren't empty as they arrive, so that the list of a large tree is never held in memory.
 class LineCounter {
  public:
   void take(std::string_view bytes) {
@@ -54,7 +54,7 @@ struct EntryCount::Run {
   std::unique_ptr<Child> child;
   LineCounter lines;
   UTF8Check text;
-  std::thread reader;  // last, since it uses the others from its first moment
+  std::thread reader;  // last, because it uses the others from the moment it starts
 };
 
 EntryCount::EntryCount(const ReadOnlyPlatform& platform, const Path& root) {
@@ -64,6 +64,7 @@ EntryCount::EntryCount(const ReadOnlyPlatform& platform, const Path& root) {
 
 EntryCount::~EntryCount() {
   if (!run_) return;
+  // Ends `find`, or the wait for the thread could take as long as the rest of the tree.
   run_->child->terminate();
   run_->waitForEnd();
 }

@@ -8,8 +8,8 @@
 
 namespace quarn {
 
-/// The number of lines that `find` prints for an item and all below it, hidden ones too. It counts from
-/// the moment it is made, while its owner does something else.
+/// Counts the lines that `find` prints for an item and everything below it, hidden items included. Counting
+/// starts with the constructor, while the owner does something else.
 class EntryCount {
  public:
   EntryCount(const ReadOnlyPlatform& platform, const Path& root);
@@ -17,8 +17,8 @@ class EntryCount {
   EntryCount(const EntryCount&) = delete;
   EntryCount& operator=(const EntryCount&) = delete;
 
-  /// Waits for the end. Nothing if `find` can't be started, met a part it can't read, or printed what is
-  /// no text.
+  /// Waits for the result. Returns nothing if `find` can't be started, couldn't read some part, or printed
+  /// something that isn't UTF-8.
   std::optional<std::int64_t> value();
 
  private:

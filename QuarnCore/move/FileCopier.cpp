@@ -20,6 +20,7 @@ PlatformError failure(int status, const std::string& standardError) {
 }
 
 void runDitto(Platform& platform, const Path& from, const Path& to) {
+  // ditto(1) keeps resource forks, extended attributes and access control lists.
   const auto child =
       platform.processes
           .start(Path("/usr/bin/ditto"), {"--rsrc", from.text(), to.text()}, OutputStreams::separate)
@@ -27,7 +28,7 @@ void runDitto(Platform& platform, const Path& from, const Path& to) {
   const OutputSink ignore = [](std::string_view) {};
   std::string error;
   const OutputSink keep = [&error](std::string_view bytes) { error.append(bytes); };
-  // Read while it runs, so that many messages never fill a pipe and stop the copy for good.
+  // Read while it runs: a full pipe would stop the copy for ever.
   child->readUntilExit(ignore, keep);
   const int status = child->waitForExit();
   if (status == 0) return;
@@ -35,8 +36,9 @@ void runDitto(Platform& platform, const Path& from, const Path& to) {
   throw failure(status, error);
 }
 
-/// `ditto` leaves a folder that is there already its own mode and attributes (ditto(1)). Where it brought
-/// nothing, nothing is left for the comparison to find.
+/// Copies the item and completes its metadata. ditto(1) leaves an existing folder, such as our claim, its own
+/// mode and attributes. If ditto copied nothing at all, the empty claim is removed, so that the comparison
+/// doesn't find a copy.
 void copyItem(Platform& platform, const Path& from, const Path& to, const Claim& claim) {
   const Path source = platform.files.resolvingLinks(from);
   runDitto(platform, from, to);
@@ -45,7 +47,8 @@ void copyItem(Platform& platform, const Path& from, const Path& to, const Claim&
     return;
   }
   const auto copied = platform.files.copyAttributes(source, to);
-  // Whether the copy is there, the failure itself tells best: a look that fails could mean anything.
+  // A missing copy is reported by the comparison. The error is decisive here; another look could fail for any
+  // reason.
   if (!copied && copied.error().code != CocoaErrorCode::fileNoSuchFile) throw copied.error();
 }
 

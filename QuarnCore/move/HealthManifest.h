@@ -9,9 +9,9 @@
 
 namespace quarn {
 
-/// One moved item as it is remembered.
+/// A moved item as it is recorded.
 struct HealthManifestEntry {
-  std::string sourcePath;       ///< standardized; where the link stands; one entry each
+  std::string sourcePath;       ///< standardized; the path of the link; unique in the file
   std::string destinationPath;  ///< standardized
   std::optional<std::string> bundleIdentifier;
   std::int64_t sizeBytes = 0;
@@ -19,18 +19,19 @@ struct HealthManifestEntry {
   bool operator==(const HealthManifestEntry&) const = default;
 };
 
-/// The tool's memory of what it has moved, a JSON file in its support folder. A convenience record: no
-/// operation throws, none keeps state, and a file that can't be read counts as empty.
+/// The record of what this tool has moved, a JSON file in its support folder. It is only a convenience: no
+/// operation throws or keeps state, and a file that can't be read counts as empty.
 namespace HealthManifest {
 
 inline constexpr const char* filename = "health-manifest.json";
 
 Path fileURL(const Places& places);
-/// In file order. One malformed entry makes the whole file count as empty.
+/// Returns the entries in the order of the file. One malformed entry makes the whole file count as empty.
 std::vector<HealthManifestEntry> load(const ReadOnlyPlatform& platform);
-/// Puts an entry at the end, in place of any of the same source. Overwrites a corrupt file.
+/// Adds an entry at the end and removes any other with the same source. Overwrites a corrupt file.
 void record(Platform& platform, const HealthManifestEntry& entry);
-/// Writes only if there was such an entry; the last one leaves an empty list.
+/// Removes the entry of a source. Writes the file only if there was one; after the last entry an empty list
+/// remains.
 void forget(Platform& platform, const std::string& sourcePath);
 
 }  // namespace HealthManifest

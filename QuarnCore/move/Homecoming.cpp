@@ -14,21 +14,23 @@
 namespace quarn::Homecoming {
 namespace {
 
-/// What can't be moved to where the link stands, or must not be: found out only afterwards, the link would be
-/// gone, and a link or a launcher that a stranger made could carry off the home.
+/// Refuses targets that can't or must not be moved to where the link is. If the move itself found this out,
+/// the link would be gone already. And a link or a launcher made by a stranger could otherwise carry off the
+/// home folder.
 void requireApart(const ReadOnlyPlatform& platform, const Path& place, const Path& target) {
   const Sighting at = sightItself(platform.files, place);
   const Sighting leadsTo = sight(platform.files, target);
   if (at.isAtOrIn(leadsTo) || leadsTo.isAtOrIn(at) || MountPoints::contains(platform, target))
     throw MoverError::verifyFailed(place.lastComponent() + " leads to a volume or to a folder around itself");
   const ProtectedPlaces places(platform);
-  // A protected place that was moved away as a whole comes home to itself.
+  // A protected folder that was moved away as a whole comes back to its own path.
   if (!places.isOneOrAroundOne(at) && places.isOneOrAroundOne(leadsTo))
     throw MoveRefused(place.lastComponent() +
                       " leads to a folder that belongs where it is: " + target.text());
 }
 
-/// What a link leads to; it must be there, or the way back would end with nothing at all.
+/// Returns the target of a link. The target must exist, or the link would be removed with nothing to replace
+/// it.
 Path linkTarget(const ReadOnlyPlatform& platform, const Path& link) {
   const std::string text = platform.files.readSymbolicLink(link).orThrow();
   const Path target = platform.files.standardized(PathText::fileURL(platform.places, text));
@@ -36,14 +38,15 @@ Path linkTarget(const ReadOnlyPlatform& platform, const Path& link) {
   return target;
 }
 
-/// Where a launcher leads; nothing if the place holds none. A link is a link, whatever the bundle that it
-/// leads to holds.
+/// Returns the target of a launcher, or nothing if the item isn't a launcher. A link is never a launcher,
+/// whatever bundle it leads to.
 std::optional<Path> launcherTarget(const ReadOnlyPlatform& platform, const Path& place) {
   if (platform.files.isSymbolicLink(place)) return std::nullopt;
   return AppScanner::launcherShimTarget(platform, place);
 }
 
-/// What stands in a launcher was perhaps written by a stranger.
+/// Refuses a launcher that leads to anything but an application: its content may have been written by a
+/// stranger.
 void requireApplication(const ReadOnlyPlatform& platform, const Path& target) {
   if (target.extension() == "app" && platform.files.isFolder(target)) return;
   throw MoveRefused("A launcher must lead to an application: " + target.text());
@@ -54,8 +57,8 @@ void requireRemovable(const ReadOnlyPlatform& platform, const Path& launcher) {
   if (obstacles.toRemoval) throw PlatformError(*obstacles.toRemoval);
 }
 
-/// A launcher under a hidden name beside its place. Nothing of it is removed before the application is home,
-/// so whatever ends the run on the way leaves the launcher whole.
+/// A launcher that is renamed to a hidden name in its folder. Nothing of it is removed before the application
+/// is back, so the launcher stays complete however the run ends.
 class LauncherAside {
  public:
   LauncherAside(Platform& platform, const Path& launcher)
@@ -65,9 +68,10 @@ class LauncherAside {
     platform_.files.rename(place_, aside_).orThrow();
   }
 
-  /// Replaces nothing that has come to its place.
+  /// Renames the launcher back. Replaces nothing that has appeared there meanwhile.
   void putBack() { platform_.files.rename(aside_, place_).orIgnore(); }
   void discard() {
+    // By now the application is back, so a launcher that can't be removed must not fail the run.
     if (!platform_.files.remove(aside_)) MoverStasher::stash(platform_, aside_);
   }
 
@@ -96,6 +100,7 @@ void bringHome(Platform& platform, const Path& place) {
   const Path target = ofLauncher ? *ofLauncher : linkTarget(platform, place);
   requireApart(platform, place, target);
   if (ofLauncher) requireApplication(platform, target);
+  // All checks come before this line: from here on the disk changes.
   ItemMover::requireMovable(platform, target, place.parent());
   if (ofLauncher) return replaceLauncher(platform, place, target);
   platform.files.removeSymbolicLink(place).orThrow();

@@ -14,7 +14,7 @@ std::unique_ptr<Database> open(Platform& platform, const Path& database) {
   return platform.databases.openForWriting(database);
 }
 
-/// True if the statement ran to its end.
+/// Returns true if the statement was completed.
 bool execute(Database& database, const std::string& sql, const Parameters& parameters) {
   const auto statement = database.prepare(sql);
   if (!statement) return false;

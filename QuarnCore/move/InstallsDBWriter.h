@@ -7,11 +7,11 @@
 
 #include "Platform/Platform.h"
 
-/// The writing side of the installs database of `setup-ledger`. A database that is absent, locked or of
-/// another schema is left as it is; nothing here throws or creates one.
+/// Writes to the installs database of `setup-ledger`. A database that is missing, locked or has another
+/// schema is left alone; nothing here throws or creates a database.
 namespace quarn::InstallsDBWriter {
 
-/// A move, in the ledger's terms.
+/// A move as the ledger records it.
 struct Move {
   Path source;
   Path destination;
@@ -22,9 +22,9 @@ struct Move {
 };
 
 void recordMove(Platform& platform, const Move& move, const Path& database);
-/// Closes the newest live row of a move of that name.
+/// Marks the newest open row of a move with this name as uninstalled.
 void recordRestore(Platform& platform, const Path& source, const Path& database);
-/// Deletes the rows of files that are gone; how many.
+/// Deletes the rows of files that no longer exist. Returns how many.
 int forgetMissingTrackedFiles(Platform& platform, const std::string& installId, const Path& database);
 
 }  // namespace quarn::InstallsDBWriter

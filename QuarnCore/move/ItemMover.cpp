@@ -9,8 +9,8 @@
 namespace quarn::ItemMover {
 namespace {
 
-/// Whichever step failed, a person is told that the item couldn't be moved, and with which number. `place`
-/// lies on the volume that refused.
+/// Returns an error that says the item couldn't be moved, with the code of the step that failed. `place` lies
+/// on the volume that refused.
 PlatformError moveError(const ReadOnlyPlatform& platform, const PlatformError& error, const Path& source,
                         const Path& destination, const Path& place) {
   if (error.domain != cocoaErrorDomain) return error;
@@ -27,7 +27,7 @@ PlatformError couldNotArrive(const ReadOnlyPlatform& platform, const PlatformErr
 
 PlatformError couldNotLeave(const ReadOnlyPlatform& platform, const PlatformError& error, const Path& source,
                             const Path& destination) {
-  // It is the source's folder that may not be changed then.
+  // A missing permission then concerns the folder of the source.
   const bool isRefused = error.code == CocoaErrorCode::fileWriteNoPermission;
   return moveError(platform, error, source, isRefused ? source : destination, source.parent());
 }
@@ -47,19 +47,20 @@ void compare(Platform& platform, const Path& source, const Path& destination) {
 void moveAcrossVolumes(Platform& platform, const Path& source, const Path& destination) {
   const auto copied = platform.files.copy(source, destination);
   if (!copied) throw couldNotArrive(platform, copied.error(), source, destination);
-  // The source is the only copy until the other volume really holds the new one.
+  // Until the other volume has really stored the copy, the source is the only one.
   const auto flushed = platform.files.flush(destination);
   if (!flushed) {
     platform.files.remove(destination).orIgnore();
     throw couldNotArrive(platform, flushed.error(), source, destination);
   }
-  // A link is copied whole or not at all, and what it leads to is not looked at.
+  // A link is copied completely or not at all, and the comparison would follow it.
   if (!platform.files.isSymbolicLink(source)) compare(platform, source, destination);
   const auto removed = platform.files.remove(source);
   if (!removed) throw couldNotLeave(platform, removed.error(), source, destination);
 }
 
-/// A rename does then; one device can be mounted twice, and no rename goes from one mount to the other.
+/// Returns whether a rename will do. The device number alone isn't enough: a device can be mounted twice, and
+/// rename(2) doesn't work from one mount to the other (EXDEV).
 bool isOnOneVolume(const ReadOnlyPlatform& platform, const Path& item, const Path& folder) {
   const auto one = platform.files.attributes(item);
   const auto other = platform.files.attributes(platform.files.resolvingLinks(folder));
@@ -70,12 +71,13 @@ bool isOnOneVolume(const ReadOnlyPlatform& platform, const Path& item, const Pat
 }  // namespace
 
 void move(Platform& platform, const Path& source, const Path& destination) {
+  // Not decided beforehand: only the rename itself knows whether the destination is on another volume.
   if (!platform.files.rename(source, destination).orThrow()) moveAcrossVolumes(platform, source, destination);
 }
 
 void requireMovable(const ReadOnlyPlatform& platform, const Path& item, const Path& folder) {
   MountPoints::refuseInside(platform, item);
-  // A rename takes everything below along as it is.
+  // A rename moves everything below the item without looking at it.
   const auto obstacles = isOnOneVolume(platform, item, folder)
                              ? Obstacles{.toCopying = {}, .toRemoval = platform.files.obstacleToRemoval(item)}
                              : Obstacles::find(platform, item);

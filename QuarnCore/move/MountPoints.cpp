@@ -35,7 +35,7 @@ Path holding(const ReadOnlyPlatform& platform, const Path& place) {
 void refuseInside(const ReadOnlyPlatform& platform, const Path& item) {
   const auto mountPoints = platform.volumes.mountPoints();
   if (!mountPoints) throw MoveRefused("The list of mounted volumes can't be read.");
-  // The item itself, also where it is a link.
+  // The links in the parent are resolved, but not the item itself if it is a link.
   const Path place = platform.files.resolvingLinks(item.parent()).appending(item.lastComponent());
   for (const Path& mountPoint : *mountPoints) {
     if (Text::equal(mountPoint.text(), place.text()))

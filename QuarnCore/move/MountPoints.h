@@ -2,16 +2,16 @@
 
 #include "Platform/Platform.h"
 
-/// Where other volumes are mounted. Paths count as what they lead to; a spelling in the other Unicode form is
-/// the same one.
+/// Where other volumes are mounted. Paths are compared with their links resolved and by canonical
+/// equivalence.
 namespace quarn::MountPoints {
 
-/// Something is mounted at that place.
+/// Returns whether something is mounted at this path.
 bool contains(const ReadOnlyPlatform& platform, const Path& place);
-/// The mount point that holds a place, or will hold it once it is made: the innermost around it.
+/// Returns the innermost mount point that holds a path, or will hold it once it exists.
 Path holding(const ReadOnlyPlatform& platform, const Path& place);
-/// Throws `MoveRefused` if an item is a mount point or holds one: a copy would take that volume's contents
-/// along, and a removal would empty it. So does a list of mount points that can't be read.
+/// Throws `MoveRefused` if an item is a mount point or contains one: a copy would include that volume's
+/// contents, and a removal would empty it. Also throws if the list of mount points can't be read.
 void refuseInside(const ReadOnlyPlatform& platform, const Path& item);
 
 }  // namespace quarn::MountPoints

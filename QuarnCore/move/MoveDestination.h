@@ -4,8 +4,8 @@
 
 namespace quarn::MoveDestination {
 
-/// Where a data path lands below `dataParent`: what lies in the home keeps its place relative to it,
-/// what lies below "/Library/" goes below "System/", and anything else goes by its own name.
+/// Returns where a data path goes below `dataParent`: an item in the home folder keeps its path relative to
+/// it, an item below "/Library/" goes below "System/", and anything else goes under its own name.
 Path dataDestination(const ReadOnlyPlatform& platform, const Path& source, const Path& dataParent);
 Path dataDestination(const ReadOnlyPlatform& platform, const Path& source, const Path& dataParent,
                      const Path& home);

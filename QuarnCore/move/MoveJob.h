@@ -7,7 +7,7 @@
 
 namespace quarn {
 
-/// How far a job has come. `progress` (0 to 1) belongs to copying, `message` to a failure.
+/// How far a job has come. `progress` (0 to 1) is used while copying, `message` after a failure.
 struct JobStatus {
   enum class Stage { pending, copying, verifying, linking, done, failed };
 
@@ -17,12 +17,12 @@ struct JobStatus {
   bool operator==(const JobStatus&) const = default;
 };
 
-/// One item to move: a bundle or a data folder.
+/// An item to move: a bundle or a data folder.
 struct MoveJob {
   std::string id;     ///< a UUID, new for every job
-  std::string label;  ///< what the console shows
+  std::string label;  ///< the text for the console
   Path source;
-  Path destination;  ///< where the item ends up, with its name
+  Path destination;  ///< the final path of the item, including its name
   JobStatus status;
   std::int64_t bytesTotal = 0;  ///< expected
   std::int64_t bytesCopied = 0;

@@ -14,7 +14,8 @@
 namespace quarn::MovePlanner {
 namespace {
 
-/// Where the climb from an item ends: what lies above an applications folder doesn't matter.
+/// The folders at which the climb from an item ends: what lies above a folder for applications doesn't
+/// matter.
 using Stops = std::vector<std::string>;
 
 Stops climbingStops(const ReadOnlyPlatform& platform) {
@@ -94,8 +95,9 @@ bool isInside(const Path& item, const std::set<std::string>& sources) {
   return false;
 }
 
-/// What lies in a folder moves with it. A job of its own would find it behind the link of that folder, and
-/// tear it out of the copy; before that folder, it would take its place on the drive.
+/// Removes jobs for items inside the source of another job, because they move with it. After that job their
+/// own job would find them behind a link and tear them out of the copy; before it, their copy would take the
+/// place of the folder on the drive.
 std::vector<MoveJob> withoutNested(const ReadOnlyPlatform& platform, const std::vector<MoveJob>& jobs) {
   std::set<std::string> sources;
   for (const MoveJob& job : jobs) sources.insert(key(platform, job.source));
@@ -116,6 +118,7 @@ std::vector<MoveJob> buildAppJobs(const ReadOnlyPlatform& platform, const std::v
     appendBundleJob(platform, entry, drive, stops, jobs);
     if (includeData) appendDataJobs(platform, entry, drive, stops, jobs);
   }
+  // Duplicates go first, because a job that is dropped doesn't carry its contents along.
   return withoutNested(platform, firstOfEachDestination(jobs));
 }
 

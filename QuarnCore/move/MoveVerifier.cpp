@@ -8,7 +8,7 @@ namespace {
 
 using Reason = std::optional<std::string>;
 
-/// What no tool copies: it isn't expected at the destination.
+/// Returns whether no tool copies items of this kind, so that they aren't expected at the destination.
 bool shouldSkipUnsupported(FileKind kind) {
   return kind == FileKind::socket || kind == FileKind::blockDevice || kind == FileKind::characterDevice ||
          kind == FileKind::unknown;
@@ -31,7 +31,7 @@ Reason verifySymlink(const ReadOnlyPlatform& platform, const Path& source, const
   return relativePath + " symlink target does not match.";
 }
 
-/// An item and its copy. The walk and the top differ in how they look at the two sides.
+/// An item and its copy. The top item and those below it are looked up in different ways.
 class Pair {
  public:
   virtual ~Pair() = default;
@@ -104,6 +104,7 @@ class WalkedPair : public Pair {
 };
 
 Reason fileCountParity(EntryCount& ofSource, EntryCount& ofDestination, const std::string& name) {
+  // Without both counts nothing can be said here; the comparison of the items decides.
   const auto expected = ofSource.value();
   const auto found = ofDestination.value();
   if (!expected || !found || *found >= *expected) return std::nullopt;
@@ -137,6 +138,7 @@ class ItemByItemBeforeRemoval : public ItemByItem {
  public:
   using ItemByItem::ItemByItem;
 
+  /// Looks for obstacles in the same walk: a second one would take as long again.
   WalkStep visit(const WalkItem& item) override {
     if (!obstacle) obstacle = item.obstacleToRemoval();
     return ItemByItem::visit(item);
@@ -145,6 +147,7 @@ class ItemByItemBeforeRemoval : public ItemByItem {
   std::optional<PlatformError> obstacle;
 };
 
+/// A removal names the whole item, so an obstacle to it does too.
 std::optional<PlatformError> asOfTheWhole(const std::optional<PlatformError>& obstacle, const Path& item) {
   if (!obstacle || obstacle->domain != cocoaErrorDomain) return obstacle;
   return CocoaError::fromCode(CocoaError::Operation::remove, obstacle->code, item);
@@ -158,7 +161,8 @@ Reason difference(const ReadOnlyPlatform& platform, const Path& source, const Pa
   if (!attributes) return notInspected(name);
   if (auto reason = verifyItem(TopPair(platform, *attributes, source, destination), name)) return reason;
   if (attributes->kind != FileKind::folder) return std::nullopt;
-  // `find` counts on both sides while the items are looked at; what it finds missing is told first.
+  // `find` counts on both sides while the items are compared. A missing entry that it finds is reported
+  // first.
   EntryCount ofSource(platform, source);
   EntryCount ofDestination(platform, destination);
   platform.files.walk(source, Hidden::included, check);

@@ -7,16 +7,16 @@
 
 namespace quarn::MoveVerifier {
 
-/// The first difference between an item and its copy, as one sentence; nothing means the copy is whole.
-/// Compares kinds, sizes, link targets and the number of entries, never contents. Links are not
-/// followed. Never throws.
+/// Returns the first difference between an item and its copy as a sentence, or nothing if the copy is
+/// complete. Compares kinds, sizes, link targets and the number of entries, but never contents. Doesn't
+/// follow links. Never throws.
 std::optional<std::string> failureReason(const ReadOnlyPlatform& platform, const Path& source,
                                          const Path& destination);
 
-/// What is found in one look at an item and its copy, right before the item is removed.
+/// What one walk through an item and its copy finds, right before the item is removed.
 struct Findings {
-  std::optional<std::string> difference;  ///< as `failureReason` tells it
-  /// The refusal that the removal would meet, as it would tell it: of the whole item.
+  std::optional<std::string> difference;  ///< as `failureReason` returns it
+  /// The error that removing the item would meet. It names the item as a whole.
   std::optional<PlatformError> obstacle;
 };
 

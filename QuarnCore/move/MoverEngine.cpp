@@ -34,21 +34,21 @@ void checkDestination(const ReadOnlyPlatform& platform, const Path& destination)
   if (platform.files.exists(destination)) throw MoverError::destinationExists();
 }
 
-/// A free space of 0 means that the volume doesn't tell, and passes.
+/// A volume that doesn't report its free space gives 0, which passes.
 void checkSpace(const ReadOnlyPlatform& platform, std::int64_t needed, const Path& folder) {
   const std::int64_t available = VolumeCapacityProbe::freeBytes(platform, folder);
   if (available >= 1 && available < needed) throw MoverError::insufficientSpace(needed, available);
 }
 
-/// The copy is set aside, and the source is as it was.
+/// Sets the copy aside and throws. The source hasn't been changed.
 [[noreturn]] void giveUp(Platform& platform, const Claim& claim, const MoverError& error) {
   claim.giveBack(platform);
   throw error;
 }
 
-/// The drive must hold the copy before the source goes, and not only the system's memory of it. Comes before
-/// the comparison, which then sees what has changed in the meantime: this can take minutes.
-/// That the copy is missing is for the comparison to tell, so a failure is only given back then.
+/// Makes sure that the drive, and not only the system's memory, holds the copy before the source is removed.
+/// This can take minutes, so it comes before the comparison, which then notices changes made meanwhile. A
+/// missing copy is reported by the comparison, so here that failure is only returned.
 Result<void> flushToDrive(Platform& platform, const Path& destination, const Claim& claim) {
   const auto flushed = platform.files.flush(destination);
   if (!flushed && platform.files.exists(destination))
@@ -56,8 +56,8 @@ Result<void> flushToDrive(Platform& platform, const Path& destination, const Cla
   return flushed;
 }
 
-/// The last look before the removal. What would stand in its way is found while the source is whole, and
-/// given back.
+/// The last check before the removal. Whatever would stop the removal is found while the source is complete,
+/// and is returned.
 std::optional<PlatformError> verify(Platform& platform, const Path& source, const Path& destination,
                                     const Claim& claim, const ChosenVolume& volume) {
   const auto flushed = flushToDrive(platform, destination, claim);
@@ -76,14 +76,14 @@ void removeSource(Platform& platform, const Path& source, const Claim& claim,
   if (!removed) giveUp(platform, claim, MoverError::sourceRemoveFailed(removed.error().description));
 }
 
-/// Without the link the copy is the only data left, so it goes home and not into the stash.
+/// Makes the link. If that fails, the copy is the only data left, so it is moved back and not set aside.
 void link(Platform& platform, const Path& source, const Path& destination) {
   const auto linked = platform.files.createSymbolicLink(source, destination.text());
   if (linked) return;
   try {
     ItemMover::move(platform, destination, source);
   } catch (const LocalizedError&) {
-    // The link's failure is what is told; the copy is where it was.
+    // The link's error is reported instead. The copy stays where it was.
   }
   throw MoverError::symlinkFailed(linked.error().description);
 }
@@ -106,6 +106,7 @@ void record(Platform& platform, const Path& source, const Path& destination, std
                                InstallsDB::defaultPath(platform.places));
 }
 
+/// A link instead of the item means that the copy's path held a link, which has come back in its place.
 void verifyInternalized(const ReadOnlyPlatform& platform, const Path& item) {
   if (!platform.files.exists(item)) {
     throw MoverError::verifyFailed(item.lastComponent() + " missing after restore");

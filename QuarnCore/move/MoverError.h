@@ -7,7 +7,7 @@
 
 namespace quarn {
 
-/// Why a move or a way back ended.
+/// Why a move or a way back failed.
 class MoverError : public LocalizedError {
  public:
   enum class Reason {
@@ -41,8 +41,8 @@ class MoverError : public LocalizedError {
   std::string description_;
 };
 
-/// A move or a way back that isn't begun, or isn't carried on, since it could lose something or tear it
-/// apart. The source is whole.
+/// A move or a way back that isn't started, or isn't continued, because it could lose something or split it.
+/// The source is complete.
 class MoveRefused : public LocalizedError {
  public:
   explicit MoveRefused(std::string sentence) : sentence_(std::move(sentence)) {}

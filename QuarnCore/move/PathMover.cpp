@@ -10,19 +10,19 @@
 namespace quarn::PathMover {
 namespace {
 
-/// In two steps, so that no number of kilobytes overflows.
+/// In two steps, so that the product can't overflow.
 std::int64_t ninetyFivePercent(std::int64_t kilobytes) {
   return kilobytes / 100 * 95 + kilobytes % 100 * 95 / 100;
 }
 
-/// A drive that isn't plugged in: the folders that would be made in its place lie on the startup disk.
+/// Refuses a drive that isn't mounted: the folders made in its place would be on the startup disk.
 ChosenVolume mountedVolume(const ReadOnlyPlatform& platform, const Path& destination) {
   if (auto volume = ChosenVolume::holding(platform, destination)) return *volume;
   throw MoveRefused("No drive is mounted there: " + destination.text());
 }
 
-/// What stands in place of a whole volume can't come home again, and what is merged into the home or a folder
-/// of applications is never told apart from what was there.
+/// Refuses whole volumes and protected folders. What replaces a whole volume can't be moved back. And what is
+/// merged into the home folder or a folder for applications can't be told apart from what was there before.
 void refuseProtectedPlace(const ReadOnlyPlatform& platform, const Path& destination) {
   if (MountPoints::contains(platform, destination))
     throw MoveRefused("Destination is a whole volume: " + destination.text() + ". Name a folder on it.");
@@ -30,8 +30,9 @@ void refuseProtectedPlace(const ReadOnlyPlatform& platform, const Path& destinat
     throw MoveRefused("Destination is a folder that belongs where it is: " + destination.text());
 }
 
-/// What makes the removal of the source safe. Looked at again right before each step that relies on it: a
-/// plan gets old while the source is measured, while a person is asked, while another run has its turn.
+/// Checks what makes removing the source safe. Checked again right before each step that relies on it,
+/// because a plan becomes outdated while the source is measured, the user is asked, or another run has its
+/// turn.
 void requireSafe(const ReadOnlyPlatform& platform, const Path& source, const Path& destination) {
   PathPair::requireSafe(platform, source, destination);
   MountPoints::refuseInside(platform, source);
@@ -44,7 +45,8 @@ void runRsync(Platform& platform, const Plan& plan, bool showsProgress) {
   if (isFolder) platform.files.createFolder(plan.destination).orThrow();
   std::vector<std::string> arguments = {"-aH"};
   if (showsProgress) arguments.emplace_back("--progress");
-  // The trailing slashes make the contents of the one land in the other.
+  // With trailing slashes rsync(1) copies the contents of one folder into the other, instead of the folder
+  // itself.
   for (const Path& path : {plan.source, plan.destination})
     arguments.push_back(path.text() + (isFolder ? "/" : ""));
   const auto child =
@@ -74,16 +76,18 @@ std::int64_t copy(Platform& platform, const Plan& plan, bool showsProgress) {
   platform.files.createFolder(folder).orThrow();
   plan.volume.requireHolds(platform, folder);
   runRsync(platform, plan, showsProgress);
+  // Before the source is removed later, the drive itself must hold the copy.
   platform.files.flush(plan.destination).orThrow();
   return DiskUsage::kilobytes(platform, plan.destination);
 }
 
 void replaceByLink(Platform& platform, const Plan& plan, std::int64_t destinationKB) {
   requireAtLeast(plan.minimumKB, destinationKB);
-  // What came into the source while the copy was written out would be lost within those five per cent.
+  // Whatever was added to the source while the copy was written out could disappear within the five per cent.
   const auto findings = MoveVerifier::beforeRemoval(platform, plan.source, plan.destination);
   if (findings.difference) throw MoveRefused("Verification failed: " + *findings.difference);
   if (findings.obstacle) throw *findings.obstacle;
+  // Once more, directly before the removal: the comparison may have taken minutes.
   plan.volume.requireHolds(platform, plan.destination);
   requireSafe(platform, plan.source, plan.destination);
   platform.files.remove(plan.source).orThrow();

@@ -5,29 +5,29 @@
 #include "Platform/Platform.h"
 #include "QuarnCore/move/ChosenVolume.h"
 
-/// Moves any folder or file to a place of any name and leaves a link: copied by `rsync` into what may be
-/// there already, proved by disk use, nothing recorded. The source is whole until the very last step but one.
-/// Every operation throws a `LocalizedError`.
+/// Moves any folder or file to any path and leaves a link. `rsync` copies into whatever is there already, and
+/// the copy is checked by its disk use; nothing is recorded. The source is complete until the last step but
+/// one. Every operation throws a `LocalizedError`.
 namespace quarn::PathMover {
 
 struct Plan {
   Path source;
   Path destination;
-  ChosenVolume volume;         ///< that of the destination
+  ChosenVolume volume;         ///< the volume of the destination
   std::int64_t sourceKB = 0;   ///< disk use of the source, in units of 1024 bytes
-  std::int64_t minimumKB = 0;  ///< the least that a good copy takes: 95 %, rounded down
+  std::int64_t minimumKB = 0;  ///< the smallest disk use of a good copy: 95 %, rounded down
 };
 
-/// Looks whether the move can be made, and changes nothing.
+/// Checks whether the move can be made. Changes nothing.
 Plan plan(const ReadOnlyPlatform& platform, const Path& source, const Path& destination);
 
-/// Copies, with `rsync`'s own output on standard output and standard error, and returns when the drive holds
-/// the copy: its disk use, in units of 1024 bytes. A failure leaves what was copied; the next attempt goes on
-/// from there.
+/// Copies with `rsync`, whose output goes to standard output and standard error. Returns the disk use of the
+/// copy, in units of 1024 bytes, once the drive holds the copy. A failure leaves what was copied, and the
+/// next attempt continues from there.
 std::int64_t copy(Platform& platform, const Plan& plan, bool showsProgress);
 
-/// Compares, removes the source and leaves a link. A failed comparison, or anything that stands in the way of
-/// the removal, is found while the source is whole.
+/// Compares, removes the source and makes the link. A failed comparison, and anything that would stop the
+/// removal, is found while the source is complete.
 void replaceByLink(Platform& platform, const Plan& plan, std::int64_t destinationKB);
 
 }  // namespace quarn::PathMover

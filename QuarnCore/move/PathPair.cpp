@@ -16,6 +16,7 @@ void requireSafe(const ReadOnlyPlatform& platform, const Path& source, const Pat
   if (to.isAtOrIn(from)) {
     throw MoveRefused("Destination lies inside the source: " + destination.text());
   }
+  // A destination that doesn't exist can't contain the source.
   if (!platform.files.exists(destination)) return;
   if (from.isAtOrIn(to)) {
     throw MoveRefused("Source lies inside the destination: " + destination.text());
