@@ -50,13 +50,32 @@ planted QuarnCore/move/Claim.cpp '#import <Foundation/Foundation.h>' "which is n
 planted QuarnCore/move/Claim.cpp '#include HIDDEN' "what only the preprocessor knows"
 planted QuarnCore/move/Claim.cpp '#ifdef __APPLE__' "asks which system it is on"
 planted Platform/posix/Spawn.cpp '#ifdef __linux__' "asks which system it is on"
+planted QuarnCore/move/Claim.cpp '#if __has_include(<sys/sendfile.h>)' "asks which system it is on"
+planted QuarnCore/installer/InstallerOption.cpp '#include "TOMLDecoder/internal/Words.h"' "lies inside TOMLDecoder"
+planted QuarnCore/move/Claim.cpp '#include "QuarnCore/move/../installer/InstallerKind.h"' "no plain path"
+planted QuarnCore/move/Claim.cpp '#include "QuarnCore/move/Hidden.inc"' "no plain path"
+planted QuarnCore/move/Claim.cpp '/* */ #include <fstream>' "<fstream>, which is not on the list"
+planted QuarnCore/move/Claim.cpp '%:include <fstream>' "<fstream>, which is not on the list"
+planted QuarnCore/move/Claim.cpp "# \\" "spreads a directive"
+planted QuarnCore/move/Claim.cpp '#include <QuarnCore/installer/InstallerKind.h>' "which is not on the list"
+planted Platform/plist/XMLScanner.cpp '#include <unistd.h>' "<unistd.h>, which is not on the list"
+planted Platform/posix/Spawn.cpp '#include <sys/inotify.h>' "<sys/inotify.h>, which is not on the list"
+planted Platform/posix/Spawn.cpp '#import <Foundation/Foundation.h>' "imports, which is Objective-C"
+planted QuarnCore/discovery/InfoPlist.cpp 'int left = std::system("rm x");' "reaches past the platform"
+planted QuarnCore/discovery/InfoPlist.cpp 'int left = ::rename("x", "y");' "reaches past the platform"
+planted QuarnCore/discovery/InfoPlist.cpp 'int left = std::remove("x");' "reaches past the platform"
 planted cmake/rooms.txt 'QuarnCore/late  QuarnCore/later' "which does not stand above it"
 sed 's/^QuarnCore\/backup .*/QuarnCore\/backup  Platform/' "$source/docs/architecture.md" >"$copy/docs/architecture.md"
 if "$source/tests/house/rooms.sh" "$copy" | grep -q 'draws another table'; then :; else fail "a drawing of another table is not noticed"; fi
 cp "$source/docs/architecture.md" "$copy/docs/architecture.md"
-echo "int stray;" >"$copy/QuarnCore/Stray.cpp"
-if "$source/tests/house/rooms.sh" "$copy" | grep -q 'Stray.cpp: lies in no room'; then :; else fail "a file in no room is not noticed"; fi
-rm "$copy/QuarnCore/Stray.cpp"
+stray() {
+  echo "int stray;" >"$copy/$1"
+  "$source/tests/house/rooms.sh" "$copy" | grep -qF "$1: $2" || fail "$1 is not noticed"
+  rm "$copy/$1"
+}
+stray QuarnCore/Stray.cpp "lies in no room"
+stray QuarnCore/move/Stray.cc "is no kind of file"
+stray Platform/posix/Stray.mm "is Objective-C++"
 
 # What CMake links is held against the table when it is configured.
 configures() {
@@ -79,4 +98,8 @@ sed '/add_subdirectory(bench/d' "$copy/CMakeLists.txt" >"$copy/without" && mv "$
 configures || fail "the copy can't be configured: $(cat "$copy/said")"
 linked 'target_link_libraries(QuarnDiscovery PUBLIC QuarnMove)' "QuarnDiscovery links QuarnMove, which"
 linked 'target_link_libraries(QuarnFoundation PRIVATE TOMLDecoder)' "QuarnFoundation links TOMLDecoder, which"
+linked 'target_link_libraries(QuarnFoundation PRIVATE TOMLDecoder::TOMLDecoder)' "QuarnFoundation links TOMLDecoder, which"
+linked 'target_link_libraries(QuarnDiscovery INTERFACE QuarnMove)' "QuarnDiscovery links QuarnMove, which"
+linked 'target_link_libraries(QuarnDiscovery PRIVATE $<LINK_ONLY:QuarnMove>)' "QuarnDiscovery links QuarnMove, which"
+linked 'target_sources(QuarnDiscovery PRIVATE move/Claim.cpp)' "QuarnDiscovery compiles"
 exit $status

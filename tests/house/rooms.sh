@@ -1,28 +1,12 @@
 #!/bin/sh
-# Holds every include of the program against the table of rooms: rooms.sh [folder of the sources]. What isn't allowed
-# is refused: folders of ours, the standard library's headers, and what asks which system it is on.
+# Holds every include of the program against the table of rooms and that of the system's headers: rooms.sh [folder of
+# the sources]. Also refuses what reaches the system without a header of its own, and what asks which system it is on.
 set -u
 cd "${1:-$(dirname "$0")/../..}" || exit 1
-table=cmake/rooms.txt
-
-# The standard library, less what reaches past the platform: files, streams, the environment, signals, the clock of the
-# C library.
-standard="algorithm any array atomic bit cerrno charconv chrono climits cmath compare concepts coroutine cstddef cstdint \
-cstring deque exception functional future initializer_list iterator limits list map memory mutex new numeric optional \
-queue random ranges ratio set span stdexcept string string_view thread tuple type_traits typeinfo unordered_map \
-unordered_set utility variant vector version"
-
-# One line a file that needs more: the file, then the headers.
-exceptions="
-Platform/JsonReader.cpp cstdlib
-TOMLDecoder/internal/FlatList.h cstdlib
-TOMLDecoder/internal/FloatUnpacking.cpp cstdlib
-QuarnCLI/Console.cpp cstdio
-QuarnCLI/move/MoveRunner.cpp cstdio
-"
+table=cmake/rooms.txt headers=cmake/system-headers.txt
 
 # shellcheck disable=SC2046,SC2038  # no name here has a space
-awk -v table="$table" -v standard="$standard" -v exceptions="$exceptions" '
+awk -v table="$table" -v headers="$headers" '
   function complain(text) { print FILENAME ": " text; failed = 1 }
 
   # The folder of the table that a file lies in: the innermost one.
@@ -45,8 +29,17 @@ awk -v table="$table" -v standard="$standard" -v exceptions="$exceptions" '
     if (!rooms) { print table ": no table of rooms"; failed = 1 }
   }
 
+  function readHeaders(    line, words, count, i) {
+    while ((getline line < headers) > 0) {
+      if (line ~ /^#/) continue
+      count = split(line, words)
+      for (i = 2; i <= count; i++) allowed[words[1], words[i]] = 1
+    }
+  }
+
   # Its own room, or the top of one that its room knows: what lies deeper is closed.
   function checkOurs(header,    room) {
+    if (header !~ /^[A-Za-z0-9]+(\/[A-Za-z0-9]+)*\.h$/) { complain("includes " header ", which is no plain path to a header of ours"); return }
     room = roomOf(header)
     if (room == "") complain("includes " header ", which lies in no room")
     else if (room == own) return
@@ -57,36 +50,45 @@ awk -v table="$table" -v standard="$standard" -v exceptions="$exceptions" '
   }
 
   function checkSystems(header) {
-    if (own ~ /^Platform\//) return
-    if (!(header in allowed) && !((FILENAME, header) in exception)) complain("includes <" header ">, which is not on the list")
+    if (!(("*", header) in allowed) && !((own, header) in allowed) && !((FILENAME, header) in allowed))
+      complain("includes <" header ">, which is not on the list")
   }
 
-  BEGIN {
-    readTable()
-    split(standard, list, " ")
-    for (i in list) allowed[list[i]] = 1
-    split(exceptions, lines, "\n")
-    for (i in lines) { count = split(lines[i], words, " "); for (j = 2; j <= count; j++) exception[words[1], words[j]] = 1 }
+  BEGIN { readTable(); readHeaders() }
+  FNR == 1 {
+    own = roomOf(FILENAME); files++
+    if (own == "") complain("lies in no room")
+    if (FILENAME !~ /\.(h|cpp|mm)$/) complain("is no kind of file that a room holds")
+    if (FILENAME ~ /\.mm$/ && own != "Platform/macos") complain("is Objective-C++, which Platform/macos alone holds")
   }
-  FNR == 1 { own = roomOf(FILENAME); files++; if (own == "") complain("lies in no room") }
-  /^[[:space:]]*#[[:space:]]*(include|import)/ {
-    header = $0
-    sub(/^[[:space:]]*#[[:space:]]*(include|import)[[:space:]]*/, "", header)
+  { line = $0; while (sub(/\/\*[^*]*\*\//, "", line)); sub(/^[[:space:]]*(%:|\?\?=)/, "#", line) }
+  line ~ /^[[:space:]]*#[[:space:]]*\\$/ { complain("spreads a directive over two lines") }
+  line ~ /^[[:space:]]*#[[:space:]]*(include|import)/ {
+    header = line
+    if (header ~ /#[[:space:]]*import/ && own != "Platform/macos") complain("imports, which is Objective-C")
+    sub(/^[[:space:]]*#[[:space:]]*(include_next|include|import)[[:space:]]*/, "", header)
     if (header ~ /^"/) { split(header, parts, "\""); checkOurs(parts[2]) }
     else if (header ~ /^</) { split(header, parts, /[<>]/); checkSystems(parts[2]) }
     else complain("includes what only the preprocessor knows")
   }
-  /__APPLE__|__linux__|__MACH__/ { if (own !~ /^Platform\/(linux|macos)$/) complain("asks which system it is on") }
+  # The C library may come along with any header of the standard library.
+  own !~ /^Platform/ && line ~ /(^|[^A-Za-z_>])(std)?::(system|rename|getenv|setenv|tmpfile|tmpnam|fopen|freopen|popen|raise|signal|unlink)[^A-Za-z_]/ {
+    complain("reaches past the platform: " line)
+  }
+  own !~ /^Platform/ && line ~ /std::remove[^_A-Za-z]/ && line !~ /begin\(\)/ { complain("reaches past the platform: " line) }
+  line ~ /__(APPLE|linux|MACH|unix|gnu_linux|has_include)/ {
+    if (own !~ /^Platform\/(linux|macos)$/) complain("asks which system it is on")
+  }
   END {
     if (!files) { print "no sources"; failed = 1 }
     exit failed
   }
-' $(find Platform TOMLDecoder QuarnCore QuarnCLI -name '*.h' -o -name '*.cpp' -o -name '*.mm')
+' $(find Platform TOMLDecoder QuarnCore QuarnCLI -type f ! -name CMakeLists.txt ! -path '*/InstallerOptions/*.toml')
 status=$?
 
 rows() { grep '^[A-Z]' "$1"; }
 drawn() { sed -n "/^<!-- cmake/,/^| Folder/p" docs/architecture.md | grep "^[A-Z]"; }
-if [ -f docs/architecture.md ] && [ "$(rows "$table")" != "$(drawn)" ]; then
+if [ "$(rows "$table")" != "$(drawn)" ]; then
   echo "docs/architecture.md draws another table of rooms than $table"
   status=1
 fi
