@@ -39,7 +39,8 @@ class Databases {
  public:
   virtual ~Databases() = default;
   /// Opens a database read-only: SQLite refuses any statement that would change it (SQLITE_OPEN_READONLY of
-  /// sqlite3_open_v2).
+  /// sqlite3_open_v2), and reading leaves no file beside it. Returns a null pointer for a database with a
+  /// write-ahead log that can't be read without creating such a file.
   virtual std::unique_ptr<Database> openForReading(const Path& file) const = 0;
   virtual std::unique_ptr<Database> openForWriting(const Path& file) = 0;
 };

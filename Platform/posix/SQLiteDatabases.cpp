@@ -1,7 +1,10 @@
 #include "Platform/posix/SQLiteDatabases.h"
 
 #include <sqlite3.h>
+#include <string>
+#include <string_view>
 #include <sys/stat.h>
+#include <utility>
 
 namespace quarn {
 namespace {
@@ -45,10 +48,11 @@ class SQLiteStatement : public Statement {
 struct Close {
   void operator()(sqlite3* handle) const { sqlite3_close(handle); }
 };
+using Handle = std::unique_ptr<sqlite3, Close>;
 
 class SQLiteDatabase : public Database {
  public:
-  explicit SQLiteDatabase(sqlite3* handle) : handle_(handle) {}
+  explicit SQLiteDatabase(Handle handle) : handle_(std::move(handle)) {}
 
   std::unique_ptr<Statement> prepare(const std::string& sql) override {
     sqlite3_stmt* statement = nullptr;
@@ -60,31 +64,85 @@ class SQLiteDatabase : public Database {
   int changes() const override { return sqlite3_changes(handle_.get()); }
 
  private:
-  std::unique_ptr<sqlite3, Close> handle_;
+  Handle handle_;
 };
 
-std::unique_ptr<Database> open(const Path& file, int flags) {
+Handle open(const std::string& name, int flags) {
+  sqlite3* opened = nullptr;
+  const int code = sqlite3_open_v2(name.c_str(), &opened, flags, nullptr);
+  // Owned before the result is checked: sqlite3_open_v2 may return a handle to close even when it fails.
+  Handle handle(opened);
+  return code == SQLITE_OK ? std::move(handle) : nullptr;
+}
+
+Handle openFile(const Path& file, int flags) {
   if (file.holdsNul()) return nullptr;
   struct stat status;
   // Opening a FIFO would wait for another process, for ever if none comes. The check is also what keeps
   // SQLite from opening a folder or a device.
   if (::stat(file.text().c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return nullptr;
-  sqlite3* handle = nullptr;
-  const int code = sqlite3_open_v2(file.text().c_str(), &handle, flags, nullptr);
-  // Owned before the result is checked: sqlite3_open_v2 may return a handle to close even when it fails.
-  auto database = std::make_unique<SQLiteDatabase>(handle);
-  if (code != SQLITE_OK) return nullptr;
-  return database;
+  return open(file.text(), flags);
+}
+
+/// Returns whether a file exists and isn't empty.
+bool hasContent(const std::string& path) {
+  struct stat status;
+  return ::stat(path.c_str(), &status) == 0 && status.st_size > 0;
+}
+
+bool exists(const std::string& path) {
+  struct stat status;
+  return ::stat(path.c_str(), &status) == 0;
+}
+
+/// Returns whether the header says that the database is in WAL mode: the "file format read version" is 2
+/// (https://www.sqlite.org/fileformat2.html, section 1.3). It is read through SQLite's own descriptor,
+/// because closing another one would release the locks that this process holds on the file (fcntl(2)).
+bool isInWALMode(sqlite3* handle) {
+  sqlite3_file* file = nullptr;
+  const int code = sqlite3_file_control(handle, "main", SQLITE_FCNTL_FILE_POINTER, &file);
+  if (code != SQLITE_OK || !file || !file->pMethods) return false;
+  unsigned char readVersion = 0;
+  return file->pMethods->xRead(file, &readVersion, 1, 19) == SQLITE_OK && readVersion == 2;
+}
+
+/// Returns the URI of a file that SQLite is to read as if nobody could change it
+/// (https://www.sqlite.org/uri.html). Every byte is written in hexadecimal, so none has a meaning of its own.
+std::string immutableURI(std::string_view path) {
+  constexpr std::string_view digits = "0123456789ABCDEF";
+  std::string uri = "file:";
+  for (const char c : path) {
+    const auto byte = static_cast<unsigned char>(c);
+    uri += {'%', digits[byte >> 4], digits[byte & 0xF]};
+  }
+  return uri + "?immutable=1";
+}
+
+/// Makes sure that reading creates no file: SQLite would create the files "-wal" and "-shm" beside a database
+/// in WAL mode if they are missing (https://www.sqlite.org/wal.html, section 5). SQLite looks for them where
+/// a link leads to, and names that path as the one of the database.
+Handle withoutTraces(Handle handle) {
+  const std::string path = sqlite3_db_filename(handle.get(), "main");
+  // The log holds changes that can't be read without an index of it.
+  if (hasContent(path + "-wal")) return exists(path + "-shm") ? std::move(handle) : nullptr;
+  if (!isInWALMode(handle.get())) return handle;
+  // Without a log the file itself is the whole database.
+  return open(immutableURI(path), SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
+}
+
+std::unique_ptr<Database> owned(Handle handle) {
+  return handle ? std::make_unique<SQLiteDatabase>(std::move(handle)) : nullptr;
 }
 
 }  // namespace
 
 std::unique_ptr<Database> SQLiteDatabases::openForReading(const Path& file) const {
-  return open(file, SQLITE_OPEN_READONLY);
+  Handle handle = openFile(file, SQLITE_OPEN_READONLY);
+  return handle ? owned(withoutTraces(std::move(handle))) : nullptr;
 }
 
 std::unique_ptr<Database> SQLiteDatabases::openForWriting(const Path& file) {
-  return open(file, SQLITE_OPEN_READWRITE);
+  return owned(openFile(file, SQLITE_OPEN_READWRITE));
 }
 
 }  // namespace quarn

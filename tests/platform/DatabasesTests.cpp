@@ -1,11 +1,13 @@
 #include <filesystem>
 #include <fstream>
+#include <set>
 #include <sqlite3.h>
 
 #include "Platform/HostPlatform.h"
 #include "tests/platform/Subject.h"
 #include "tests/support/FailingDatabases.h"
 #include "tests/support/ScratchFolder.h"
+#include "tests/support/VolumeTraits.h"
 
 namespace quarn::contract {
 namespace {
@@ -30,7 +32,16 @@ class Databases : public testing::TestWithParam<DatabasesSubject> {
   }
 
   quarn::Databases& databases() const { return *databases_; }
-  Path file() const { return scratch_ / "installs.db"; }
+  Path file() const { return scratch_ / name_; }
+
+  /// The names in the folder of the database.
+  std::set<std::string> names() const {
+    std::set<std::string> found;
+    for (const auto& item : fs::directory_iterator(scratch_.path().text())) {
+      found.insert(item.path().filename().string());
+    }
+    return found;
+  }
 
   /// What the owner of the database does; returns its connection, which may hold a lock.
   std::unique_ptr<sqlite3, int (*)(sqlite3*)> owner(const std::string& sql) {
@@ -59,8 +70,18 @@ class Databases : public testing::TestWithParam<DatabasesSubject> {
   bool canRead() { return canDo("SELECT path FROM files;", databases().openForReading(file())); }
   bool canWrite() { return canDo("DELETE FROM files;", databases().openForWriting(file())); }
 
- private:
+  /// A database as its owner leaves it in WAL mode, under any name.
+  void ownerKeepsALog(const std::string& name = "installs.db") {
+    fs::rename(file().text(), (scratch_ / name).text());
+    name_ = name;
+    owner("PRAGMA journal_mode = WAL; INSERT INTO files VALUES ('3', '/c');");
+  }
+  Path beside(const std::string& suffix) const { return Path(file().text() + suffix); }
+
   ScratchFolder scratch_;
+
+ private:
+  std::string name_ = "installs.db";
   std::shared_ptr<quarn::Databases> databases_ = GetParam().make();
 };
 INSTANTIATE_TEST_SUITE_P(, Databases,
@@ -175,6 +196,59 @@ TEST_P(Databases, nothingIsHeldOnceItIsGone) {
   EXPECT_TRUE(canWrite());
   owner("BEGIN EXCLUSIVE; DROP TABLE files; COMMIT;");
   EXPECT_FALSE(canRead());
+}
+
+using Names = std::set<std::string>;
+
+TEST_P(Databases, readingADatabaseWithALogLeavesNoFileBesideIt) {
+  ownerKeepsALog();
+  ASSERT_EQ(names(), Names{"installs.db"}) << "the owner has written its log back";
+  EXPECT_EQ(paths("3"), (Texts{"/c"}));
+  EXPECT_EQ(names(), Names{"installs.db"});
+}
+
+TEST_P(Databases, withALogItIsReadUnderAnyName) {
+  const std::string letter = traitsOf(scratch_).anyBytes ? "\xFF" : "\u00E9";
+  const std::string name = "a %41?b=c#d&e" + letter + ".db";
+  ownerKeepsALog(name);
+  EXPECT_EQ(paths("3"), (Texts{"/c"}));
+  EXPECT_EQ(names(), Names{name});
+}
+
+TEST_P(Databases, anEmptyLogIsLeftAsItIs) {
+  ownerKeepsALog();
+  std::ofstream(beside("-wal").text()).flush();
+  EXPECT_EQ(paths("3"), (Texts{"/c"}));
+  EXPECT_EQ(names(), (Names{"installs.db", "installs.db-wal"}));
+}
+
+TEST_P(Databases, readingThroughALinkLeavesNoFileWhereItLeadsTo) {
+  ownerKeepsALog("real.db");
+  fs::create_symlink("real.db", (scratch_ / "link.db").text());
+  EXPECT_TRUE(canDo("SELECT path FROM files;", databases().openForReading(scratch_ / "link.db")));
+  EXPECT_EQ(names(), (Names{"link.db", "real.db"}));
+}
+
+TEST_P(Databases, aLogOfALiveOwnerIsRead) {
+  ownerKeepsALog();
+  const auto open = owner("INSERT INTO files VALUES ('4', '/d');");
+  const Names before = names();
+  ASSERT_EQ(before, (Names{"installs.db", "installs.db-shm", "installs.db-wal"}));
+  EXPECT_EQ(paths("4"), (Texts{"/d"}));
+  EXPECT_EQ(names(), before);
+}
+
+TEST_P(Databases, aLeftOverLogWithoutItsIndexIsNotOpened) {
+  ownerKeepsALog();
+  const auto log = beside("-wal"), kept = beside("-kept");
+  {
+    const auto open = owner("INSERT INTO files VALUES ('4', '/d');");
+    fs::copy_file(log.text(), kept.text());
+  }
+  fs::rename(kept.text(), log.text());
+  ASSERT_GT(fs::file_size(log.text()), 0u);
+  EXPECT_FALSE(databases().openForReading(file()));
+  EXPECT_EQ(names(), (Names{"installs.db", "installs.db-wal"}));
 }
 
 }  // namespace
