@@ -21,10 +21,11 @@ namespace {
 using Entries = std::vector<HealthManifestEntry>;
 
 void write(Platform& platform, const Entries& entries) {
+  const auto text = StoredJson::write(entries, StoredJson::Layout::pretty, DateForm::iso8601);
+  if (!text) return;
   const Path file = fileURL(platform.places);
   platform.files.createFolder(file.parent()).orIgnore();
-  const auto text = StoredJson::write(entries, StoredJson::Layout::pretty, DateForm::iso8601);
-  if (text) platform.files.writeAtomically(file, *text).orIgnore();
+  platform.files.writeAtomically(file, *text).orIgnore();
 }
 
 Entries without(const std::string& sourcePath, Entries entries) {

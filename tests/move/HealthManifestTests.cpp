@@ -98,6 +98,12 @@ TEST(HealthManifest, aNameThatIsNoTextLeavesTheFileAsItWas) {
   EXPECT_EQ(load(), (Entries{entry("Foo.app")}));
 }
 
+TEST(HealthManifest, aNameThatIsNoTextMakesNoFolder) {
+  const auto before = scene::tree(scene::home);
+  record(entry("b\xFF.app"));
+  EXPECT_EQ(scene::tree(scene::home), before);
+}
+
 TEST(HealthManifest, theLastEntryLeavesAnEmptyList) {
   record(entry("Foo.app"));
   forget("/Applications/Foo.app");
