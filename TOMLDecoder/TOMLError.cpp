@@ -47,7 +47,7 @@ std::string characterText(const Reason& why) {
 std::string valueText(const Reason& why) {
   switch (why.kind) {
     case Reason::Kind::invalidBool:
-      return "Invalid boolean: " + why.found;
+      return "Invalid boolean: " + why.message;
     case Reason::Kind::invalidDateTime:
     case Reason::Kind::invalidDateTime3:
       return "Invalid date-time: " + why.message;
@@ -60,7 +60,7 @@ std::string valueText(const Reason& why) {
     case Reason::Kind::invalidNumber:
       return "Invalid number: " + why.message;
     default:
-      return "Invalid string: " + why.found;
+      return "Invalid string: " + why.message;
   }
 }
 
@@ -102,11 +102,13 @@ std::string reasonText(const Reason& why) {
 bool leavesOutFound(const Reason& why, const std::string& text) {
   using Kind = Reason::Kind;
   switch (why.kind) {
+    case Kind::invalidBool:
     case Kind::invalidDateTime:
     case Kind::invalidDateTime3:
     case Kind::invalidFloat:
     case Kind::invalidInteger:
     case Kind::invalidNumber:
+    case Kind::invalidString:
     case Kind::typeMismatch:
       return !why.found.empty() && text.find("found " + why.found) == std::string::npos;
     default:

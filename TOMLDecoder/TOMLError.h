@@ -21,7 +21,7 @@ class TOMLError : public std::exception {
       illegalEscapeCharacter,     ///< `found`
       illegalUCSCode,             ///< `found`
       internalError,              ///< `lineNumber`: a fault of the reader; no document is known to cause it
-      invalidBool,                ///< `found`: the token
+      invalidBool,                ///< `message`: the token
       invalidCharacter,           ///< `found`
       invalidDateTime,            ///< `message`: the text breaks a rule of dates and times
       invalidDateTime3,           ///< `message`: a date or time, but not of the kind that was asked for
@@ -30,7 +30,7 @@ class TOMLError : public std::exception {
       invalidHexCharacters,       ///< `found`
       invalidInteger,             ///< `message`
       invalidNumber,              ///< `message`: a number that the type asked for can't hold
-      invalidString,              ///< `found`: the token
+      invalidString,              ///< `message`: the token
       invalidValueInTable,        ///< `key`, `found`: the token is no value of any kind
       keyExists,                  ///< `lineNumber`
       keyNotFoundInTable,         ///< `key`, `expected`

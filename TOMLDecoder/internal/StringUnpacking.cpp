@@ -130,7 +130,9 @@ class Unpacking {
 }  // namespace
 
 std::string unpack(std::string_view token) {
-  if (token.empty() || (token.front() != '"' && token.front() != '\'')) fail(Kind::invalidString, token);
+  if (token.empty() || (token.front() != '"' && token.front() != '\'')) {
+    throw TOMLError({.kind = Kind::invalidString, .message = std::string(token)});
+  }
   const std::string_view content = contentOf(token);
   if (plainPrefix(content) == content.size()) return std::string(content);
   return Unpacking(content, token.front() == '"', isMultiline(token)).text();

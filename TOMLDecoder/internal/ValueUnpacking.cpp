@@ -11,7 +11,7 @@ namespace {
 bool unpackBoolean(std::string_view token) {
   if (token == "true") return true;
   if (token == "false") return false;
-  throw TOMLError({.kind = TOMLError::Reason::Kind::invalidBool, .found = std::string(token)});
+  throw TOMLError({.kind = TOMLError::Reason::Kind::invalidBool, .message = std::string(token)});
 }
 
 template <typename T>

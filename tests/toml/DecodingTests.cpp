@@ -158,10 +158,12 @@ TEST(TOMLDecoder, aWrongTypeIsToldWithItsPath) {
             "(Line 4) Cannot get unkeyed decoding container -- found integer (at tools[0].kinds)");
   EXPECT_EQ(decode("kinds = {}"),
             "(Line 4) Cannot get unkeyed decoding container -- found table (at tools[0].kinds)");
-  EXPECT_EQ(decode("kinds = [\n'a',\n1]"), "(Line 6) Invalid string: 1 (at tools[0].kinds[1])");
+  EXPECT_EQ(decode("kinds = [\n'a',\n1]"),
+            "(Line 6) Invalid string: 1 (found integer, at tools[0].kinds[1])");
   EXPECT_EQ(decode("kinds = [[]]"),
             "(Line 4) Type mismatch at array index 0: expected string, found array (at tools[0].kinds[0])");
-  EXPECT_EQ(decode("kinds = []\nscripts = 1"), "(Line 5) Invalid boolean: 1 (at tools[0].scripts)");
+  EXPECT_EQ(decode("kinds = []\nscripts = 1"),
+            "(Line 5) Invalid boolean: 1 (found integer, at tools[0].scripts)");
   EXPECT_EQ(decode("kinds = []\n[tools.size]"),
             "(Line 5) Type mismatch at table key 'size': expected integer, found table (at tools[0].size)");
 }

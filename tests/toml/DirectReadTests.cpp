@@ -160,7 +160,7 @@ TEST(DirectReads, theirErrorsHaveLineAndPath) {
   EXPECT_EQ(known([&] { root.table("owner").value<bool>("x"); }),
             "(Line 3) Key 'x' not found in table while looking for boolean (at owner.x)");
   EXPECT_EQ(known([&] { lists.array(2).value<std::string>(1); }),
-            "(Line 5) Invalid string: 5 (at owner.lists[2][1])");
+            "(Line 5) Invalid string: 5 (found integer, at owner.lists[2][1])");
   EXPECT_EQ(known([&] { lists.array(9); }),
             "(Line 5) Array index 9 is out of bounds (0..<3) (at owner.lists[9])");
   EXPECT_EQ(

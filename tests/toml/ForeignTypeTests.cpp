@@ -72,7 +72,7 @@ TEST(DecodingOf, aTypeOfSomebodyElseIsDecodedAloneAndWithinOthers) {
 TEST(DecodingOf, itsErrorsHaveLineAndPath) {
   EXPECT_EQ(allThatIsKnown<Map<std::vector<Colour>>>("\na = ['red',\n'blue']"),
             "(Line 3) 'blue' is not a colour (at a[1])");
-  EXPECT_EQ(allThatIsKnown<Map<Colour>>("a = 1"), "(Line 1) Invalid string: 1 (at a)");
+  EXPECT_EQ(allThatIsKnown<Map<Colour>>("a = 1"), "(Line 1) Invalid string: 1 (found integer, at a)");
   EXPECT_EQ(allThatIsKnown<Map<Colour>>("a = [1]"),
             "(Line 1) Type mismatch at table key 'a': expected string, found array (at a)");
 }
@@ -101,8 +101,16 @@ TEST(Errors, aMissingKeyHasTheLineOfItsTableAndThePath) {
   }
 }
 
+template <typename T>
+void expectFound(const std::string& value, const std::string& found) {
+  const std::string error = allThatIsKnown<Map<T>>("a = " + value);
+  EXPECT_NE(error.find("found " + found), std::string::npos) << error;
+  EXPECT_TRUE(error.ends_with("at a)")) << error;
+}
+
 TEST(Errors, aWrongTypeTellsWhatWasFound) {
   const std::pair<std::string, std::string> rows[] = {{"'x'", "string"},
+                                                      {"12", "integer"},
                                                       {"true", "boolean"},
                                                       {"1.5", "float"},
                                                       {"1979-05-27", "local date"},
@@ -112,12 +120,13 @@ TEST(Errors, aWrongTypeTellsWhatWasFound) {
                                                       {"[]", "array"},
                                                       {"{}", "table"}};
   for (const auto& [value, found] : rows) {
-    const std::string error = allThatIsKnown<Map<int>>("a = " + value);
-    EXPECT_NE(error.find("found " + found), std::string::npos) << error;
-    EXPECT_TRUE(error.ends_with("at a)")) << error;
+    if (found != "integer") expectFound<int>(value, found);
+    if (found != "string") expectFound<std::string>(value, found);
+    if (found != "boolean") expectFound<bool>(value, found);
   }
   EXPECT_EQ(allThatIsKnown<Map<int>>("a = 1x"),
             "(Line 1) Invalid integer: invalid digit for base 10: 'x' (at a)");
+  EXPECT_EQ(allThatIsKnown<Map<bool>>("a = 'yes'"), "(Line 1) Invalid boolean: 'yes' (found string, at a)");
   EXPECT_EQ(allThatIsKnown<Map<toml::Date>>("a = true"),
             "(Line 1) Invalid date-time: No date components found. (found boolean, at a)");
   EXPECT_EQ(allThatIsKnown<Map<Map<int>>>("a = 'x'"),
