@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <optional>
 #include <string_view>
+#include <utility>
 
 namespace quarn {
 
@@ -38,12 +39,27 @@ concept HasRawValues = requires {
 namespace RawValues {
 
 /// Returns whether a number is that of a case. The compiler writes the value as "= quarn::RiskLevel::low]" if
-/// it is, and as "= (quarn::RiskLevel)3]" if it isn’t.
+/// it is, and as "= (quarn::RiskLevel)3]" if it isn't.
 template <auto value>
 constexpr bool isCase() {
   const std::string_view signature = __PRETTY_FUNCTION__;
   const auto text = signature.substr(signature.rfind(')') + 1);
   return text.find_first_not_of("-0123456789]") != std::string_view::npos;
+}
+
+template <class Enum, std::size_t... i>
+constexpr bool isAnyCase(std::index_sequence<i...>) {
+  const bool areCases[] = {isCase<static_cast<Enum>(rawValueRows<Enum>.size() + i)>()...};
+  for (const bool isOne : areCases) {
+    if (isOne) return true;
+  }
+  return false;
+}
+
+/// Returns whether every case has a row. Looks for further cases up to the number 255.
+template <class Enum>
+constexpr bool coverAllCases() {
+  return !isAnyCase<Enum>(std::make_index_sequence<256 - rawValueRows<Enum>.size()>());
 }
 
 template <class Enum>
@@ -71,7 +87,7 @@ template <HasRawValues Enum>
 constexpr const auto& checkedRows() {
   static_assert(RawValues::areInOrder<Enum>(),
                 "The rows stand in the order of the cases, from the first on.");
-  static_assert(!RawValues::isCase<static_cast<Enum>(rawValueRows<Enum>.size())>(), "A case has no row.");
+  static_assert(RawValues::coverAllCases<Enum>(), "A case has no row.");
   static_assert(RawValues::areDistinct<Enum>(), "Two cases have the same text.");
   return rawValueRows<Enum>;
 }

@@ -45,12 +45,13 @@ struct StoredKey {
 ///     };
 ///
 /// Members may be texts, flags, 64-bit integers, doubles, moments, enumerations with a table of raw values,
-/// records with keys of their own, and optionals, vectors and maps (with text keys) of all these.
+/// records with keys of their own, and optionals, vectors and maps (with text keys) of all these. A record is
+/// an aggregate: only of one can the compiler check that each member has a key.
 template <class Record>
 inline constexpr std::nullptr_t storedKeys = nullptr;
 
 template <class Record>
-concept HasStoredKeys = requires {
+concept HasStoredKeys = std::is_aggregate_v<Record> && requires {
   std::tuple_size<std::remove_cvref_t<decltype(storedKeys<Record>)>>::value;
 };
 
@@ -84,6 +85,24 @@ constexpr bool areDistinct() {
       storedKeys<Record>);
 }
 
+/// Returns whether two pointers are of one type and point to the same member.
+template <class One, class Other>
+constexpr bool isSame(One one, Other other) {
+  if constexpr (std::is_same_v<One, Other>) return one == other;
+  return false;
+}
+
+/// Returns whether no member has two keys.
+template <class Record>
+constexpr bool nameEachMemberOnce() {
+  return std::apply(
+      [](const auto&... keys) {
+        const auto keysOf = [&](auto member) { return (std::size_t{isSame(member, keys.member)} + ...); };
+        return ((keysOf(keys.member) == 1) && ...);
+      },
+      storedKeys<Record>);
+}
+
 /// Returns whether the record has no more members than keys.
 template <class Record>
 constexpr bool coverAllMembers() {
@@ -97,6 +116,7 @@ constexpr bool coverAllMembers() {
 template <HasStoredKeys Record>
 constexpr const auto& checkedKeys() {
   static_assert(StoredKeys::areDistinct<Record>(), "Two members have the same key.");
+  static_assert(StoredKeys::nameEachMemberOnce<Record>(), "One member has two keys.");
   static_assert(StoredKeys::coverAllMembers<Record>(), "A member has no key, and would be lost.");
   return storedKeys<Record>;
 }

@@ -13,6 +13,8 @@ struct SeasonRow {
 
 enum class Incomplete { first, second, third3 };
 enum class WithHole { first, second, third };
+enum class Gap { a, b, far = 9 };
+enum class WideGap { a, farthest = 255 };
 enum class Shuffled { first, second };
 enum class Alike { first, second };
 struct Holder {
@@ -39,6 +41,17 @@ template <>
 inline constexpr auto rawValueRows<WithHole> = std::to_array<RawValueRow<WithHole>>({
     {WithHole::first, "first"},
     {WithHole::third, "third"},
+});
+
+template <>
+inline constexpr auto rawValueRows<Gap> = std::to_array<RawValueRow<Gap>>({
+    {Gap::a, "a"},
+    {Gap::b, "b"},
+});
+
+template <>
+inline constexpr auto rawValueRows<WideGap> = std::to_array<RawValueRow<WideGap>>({
+    {WideGap::a, "a"},
 });
 
 template <>
@@ -93,7 +106,7 @@ TEST(RawValues, anEnumerationWithoutTableHasNone) {
 template <class Enum>
 bool isWhole() {
   using namespace RawValues;
-  return areInOrder<Enum>() && areDistinct<Enum>() && !isCase<static_cast<Enum>(rawValueRows<Enum>.size())>();
+  return areInOrder<Enum>() && areDistinct<Enum>() && coverAllCases<Enum>();
 }
 
 TEST(RawValues, aTableThatIsNotWholeIsFoundOut) {
@@ -101,6 +114,8 @@ TEST(RawValues, aTableThatIsNotWholeIsFoundOut) {
   EXPECT_TRUE(isWhole<Holder::Nested>());
   EXPECT_FALSE(isWhole<Incomplete>()) << "the last case has no row";
   EXPECT_FALSE(isWhole<WithHole>());
+  EXPECT_FALSE(isWhole<Gap>()) << "`far` has no row, though the number after the last row is free";
+  EXPECT_FALSE(isWhole<WideGap>());
   EXPECT_FALSE(isWhole<Shuffled>());
   EXPECT_FALSE(isWhole<Alike>());
 }

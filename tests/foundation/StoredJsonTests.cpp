@@ -51,6 +51,15 @@ struct Doubled {
   std::string a;
   std::string b;
 };
+struct NamedTwice {
+  std::string a;
+  std::string b;
+  bool c = false;
+};
+struct Constructed {
+  explicit Constructed(std::string text) : a(std::move(text)) {}
+  std::string a;
+};
 
 }  // namespace
 
@@ -92,6 +101,18 @@ template <>
 inline constexpr auto storedKeys<Doubled> = std::tuple{
     StoredKey{"a", &Doubled::a},
     StoredKey{"a", &Doubled::b},
+};
+
+template <>
+inline constexpr auto storedKeys<NamedTwice> = std::tuple{
+    StoredKey{"a", &NamedTwice::a},
+    StoredKey{"b", &NamedTwice::a},
+    StoredKey{"c", &NamedTwice::c},
+};
+
+template <>
+inline constexpr auto storedKeys<Constructed> = std::tuple{
+    StoredKey{"a", &Constructed::a},
 };
 
 namespace {
@@ -275,6 +296,9 @@ TEST(StoredKeys, aListThatIsNotWholeIsFoundOut) {
   EXPECT_TRUE(StoredKeys::areDistinct<Trip>());
   EXPECT_FALSE(StoredKeys::coverAllMembers<Forgetful>()) << "`lost` has no key";
   EXPECT_FALSE(StoredKeys::areDistinct<Doubled>());
+  EXPECT_TRUE(StoredKeys::nameEachMemberOnce<Trip>());
+  EXPECT_FALSE(StoredKeys::nameEachMemberOnce<NamedTwice>()) << "`a` has two keys, and `b` is lost";
+  EXPECT_FALSE(HasStoredKeys<Constructed>) << "how many members it has is not known";
   EXPECT_FALSE(HasStoredKeys<std::string>);
 }
 
