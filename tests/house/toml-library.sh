@@ -64,10 +64,14 @@ quietly "$cmake" --install "$scratch/with-sources/build" --prefix "$scratch/noth
 [ -z "$(find "$scratch/nothing" -type f 2>/dev/null)" ] || fail "a project that takes the sources in installs them"
 
 # Installed, from the same objects: compiling the library once is enough. Alone it is installed without being asked.
+# A build folder within the sources is not installed with them.
+alone=$scratch/sources/TOMLDecoder/build
+quietly "$cmake" -S "$scratch/sources/TOMLDecoder" -B "$alone"
+grep -qx 'TOMLDecoder_INSTALL:BOOL=ON' "$alone/CMakeCache.txt" || fail "the folder alone isn't installed"
 quietly "$cmake" -DTOMLDecoder_INSTALL=ON "$scratch/with-sources/build"
 quietly "$cmake" --install "$scratch/with-sources/build" --prefix "$scratch/prefix"
-quietly "$cmake" -S "$scratch/sources/TOMLDecoder" -B "$scratch/alone"
-grep -qx 'TOMLDecoder_INSTALL:BOOL=ON' "$scratch/alone/CMakeCache.txt" || fail "the folder alone isn't installed"
+folders=$(cd "$scratch/prefix/include/TOMLDecoder" && find . -type d | sort | tr '\n' ' ')
+[ "$folders" = ". ./internal " ] || fail "other folders than those of the headers are installed: $folders"
 rm -rf "$scratch/sources"
 project "$scratch/with-package" 'find_package(TOMLDecoder 0.1 REQUIRED)'
 made "$scratch/with-package" -DCMAKE_PREFIX_PATH="$scratch/prefix"
