@@ -32,7 +32,8 @@ std::optional<Entry> entryForBundleId(const ReadOnlyPlatform& platform, const st
                                       const Path& database);
 std::optional<Entry> entryForAppName(const ReadOnlyPlatform& platform, const std::string& appName,
                                      const Path& database);
-/// Returns the files in the order of the rows, or nothing if the database or the table can't be read.
+/// Returns the files in the order of the rows, or nothing if the database or the table can't be read. If a
+/// row can't be read, the files of the rows before it are returned: each of them is recorded.
 std::vector<std::string> trackedFiles(const ReadOnlyPlatform& platform, const std::string& installId,
                                       const Path& database);
 }  // namespace InstallsDB

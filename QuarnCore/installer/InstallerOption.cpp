@@ -6,7 +6,7 @@ template <>
 struct toml::DecodingOf<quarn::InstallerKind> {
   static quarn::InstallerKind decode(const toml::Decoding& from) {
     const auto word = from.decode<std::string>();
-    if (const auto kind = quarn::InstallerKinds::fromRawValue(word)) return *kind;
+    if (const auto kind = quarn::fromRawValue<quarn::InstallerKind>(word)) return *kind;
     from.fail("'" + word + "' is not a kind of source");
   }
 };

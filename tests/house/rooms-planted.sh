@@ -30,7 +30,7 @@ planted() {
 "$source/tests/house/rooms.sh" "$copy" || fail "the sources as they are don't pass"
 
 planted QuarnCore/foundation/Turn.cpp '#include "QuarnCore/discovery/InfoPlist.h"' "may not know QuarnCore/discovery"
-planted QuarnCore/move/Claim.cpp '#include "QuarnCore/installer/InstallerKind.h"' "may not know QuarnCore/installer"
+planted QuarnCore/move/Claim.cpp '#include "QuarnCore/installer/InstallerOption.h"' "may not know QuarnCore/installer"
 planted QuarnCore/discovery/InfoPlist.cpp '#include "TOMLDecoder/TOMLDecoder.h"' "may not know TOMLDecoder"
 planted TOMLDecoder/TOMLTable.cpp '#include "Platform/Path.h"' "may not know Platform"
 planted QuarnCore/move/Claim.h '#include "QuarnCLI/Console.h"' "may not know QuarnCLI"

@@ -126,9 +126,9 @@ TEST(InstallerKind, hasAWordEach) {
   ASSERT_EQ(std::size(words), kinds.size());
   for (std::size_t i = 0; i < std::size(words); ++i) {
     EXPECT_EQ(rawValue(kinds[i]), words[i]);
-    EXPECT_EQ(InstallerKinds::fromRawValue(words[i]), kinds[i]);
+    EXPECT_EQ(fromRawValue<InstallerKind>(words[i]), kinds[i]);
   }
-  EXPECT_EQ(InstallerKinds::fromRawValue("exe"), std::nullopt);
+  EXPECT_EQ(fromRawValue<InstallerKind>("exe"), std::nullopt);
 }
 
 }  // namespace
