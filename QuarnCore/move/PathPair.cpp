@@ -22,7 +22,7 @@ void requireSafe(const ReadOnlyPlatform& platform, const Path& source, const Pat
     throw MoveRefused("Source lies inside the destination: " + destination.text());
   }
   if (!platform.files.isFolder(source) && platform.files.isFolder(destination)) {
-    throw MoveRefused("Destination is a folder, and the source is none: " + destination.text());
+    throw MoveRefused("Destination is a folder, but the source is not: " + destination.text());
   }
 }
 

@@ -46,7 +46,7 @@ TEST(PathProtection, aFolderIsNotMovedOntoAFolderAroundIt) {
 TEST(PathProtection, aFileIsNotMovedOntoAFolder) {
   scene::write("/Users/me/f.txt", "f");
   expectRefused(movePath("/Users/me/f.txt", scene::drive),
-                "Destination is a folder, and the source is none: /Volumes/X9");
+                "Destination is a folder, but the source is not: /Volumes/X9");
   EXPECT_EQ(scene::read("/Users/me/f.txt"), "f");
   EXPECT_FALSE(scene::isLink("/Users/me/f.txt"));
 }
