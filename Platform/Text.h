@@ -32,9 +32,9 @@ bool localizedCaseInsensitiveContains(std::string_view text, std::string_view pa
 std::string lowercased(std::string_view text);
 
 /// Removes spaces and tabs of every kind from both ends, but not line ends.
-std::string trimmingBlanks(std::string_view text);
+std::string trimmingWhitespace(std::string_view text);
 /// Removes spaces, tabs and line ends of every kind from both ends.
-std::string trimmingBlanksAndNewlines(std::string_view text);
+std::string trimmingWhitespaceAndNewlines(std::string_view text);
 
 /// Returns the first `count` characters as people count them (grapheme clusters).
 std::string prefix(std::string_view text, std::size_t count);

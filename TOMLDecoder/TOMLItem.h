@@ -12,8 +12,7 @@ class TOMLArray;
 class TOMLTable;
 
 /// What stands under a key or in a place of an array: a value, a table or an array. It is met by looking a
-/// key up
-/// (`TOMLTable::find`) and by going through a table or an array. Copies share the document.
+/// key up (`TOMLTable::find`) and by going through a table or an array. Copies share the document.
 class TOMLItem {
  public:
   ItemKind kind() const { return content_.entry.kind; }

@@ -12,7 +12,7 @@ namespace quarn::Text {
 
 namespace {
 
-constexpr std::array<std::string_view, 19> blanks{
+constexpr std::array<std::string_view, 19> spaces{
     "\t",     " ",      "\u00A0", "\u1680", "\u2000", "\u2001", "\u2002", "\u2003", "\u2004", "\u2005",
     "\u2006", "\u2007", "\u2008", "\u2009", "\u200A", "\u200B", "\u202F", "\u205F", "\u3000",
 };
@@ -116,14 +116,14 @@ std::string lowercased(std::string_view text) {
   return isReadAsBytes(text) ? lowercasedBytes(text) : Unicode::lowercased(text);
 }
 
-std::string trimmingBlanks(std::string_view text) {
-  return trimming(text, [](auto stands) { return lengthOfOne(blanks, stands); });
+std::string trimmingWhitespace(std::string_view text) {
+  return trimming(text, [](auto stands) { return lengthOfOne(spaces, stands); });
 }
 
-std::string trimmingBlanksAndNewlines(std::string_view text) {
+std::string trimmingWhitespaceAndNewlines(std::string_view text) {
   return trimming(text, [](auto stands) {
-    const auto blank = lengthOfOne(blanks, stands);
-    return blank ? blank : lengthOfOne(newlines, stands);
+    const auto space = lengthOfOne(spaces, stands);
+    return space ? space : lengthOfOne(newlines, stands);
   });
 }
 

@@ -72,7 +72,7 @@ void takeSnapshot(Platform& platform) {
     Console::printNow("snapshot: " + result.snapshot->name);
     return;
   }
-  const std::string reason = Text::trimmingBlanksAndNewlines(result.standardError);
+  const std::string reason = Text::trimmingWhitespaceAndNewlines(result.standardError);
   Console::printNow("snapshot: skipped (" + (reason.empty() ? "unsupported" : reason) + ")");
 }
 

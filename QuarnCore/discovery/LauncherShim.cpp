@@ -23,7 +23,7 @@ std::optional<Path> target(const ReadOnlyPlatform& platform, const Path& bundle)
   const auto bytes = platform.files.read(targetFile(bundle));
   const auto text = bytes ? Text::decodingFile(*bytes) : std::nullopt;
   if (!text) return std::nullopt;
-  const std::string trimmed = Text::trimmingBlanksAndNewlines(*text);
+  const std::string trimmed = Text::trimmingWhitespaceAndNewlines(*text);
   if (trimmed.empty()) return std::nullopt;
   const Path path = platform.files.standardized(PathText::fileURL(platform.places, trimmed));
   if (!platform.files.exists(path)) return std::nullopt;

@@ -34,7 +34,7 @@ std::optional<Snapshot> createdSnapshot(const std::string& output) {
   for (const std::string_view line : Text::nonEmptyLinesOfAnyEnd(output)) {
     const auto mark = line.find(dateMark);
     if (mark == std::string_view::npos) continue;
-    const std::string date = Text::trimmingBlanks(line.substr(mark + dateMark.size()));
+    const std::string date = Text::trimmingWhitespace(line.substr(mark + dateMark.size()));
     return Snapshot{std::string(namePrefix) + "." + date + ".local", timestamp(date)};
   }
   return std::nullopt;

@@ -14,7 +14,7 @@ constexpr auto pollInterval = std::chrono::milliseconds(500);
 
 PlatformError failure(int status, const std::string& standardError) {
   std::string detail =
-      Text::isUTF8(standardError) ? Text::trimmingBlanksAndNewlines(standardError) : std::string();
+      Text::isUTF8(standardError) ? Text::trimmingWhitespaceAndNewlines(standardError) : std::string();
   if (detail.empty()) detail = "exit " + std::to_string(status);
   return {"FileCopier", status, "ditto failed: " + detail};
 }

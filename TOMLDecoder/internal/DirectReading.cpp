@@ -25,7 +25,7 @@ class Owners {
     for (std::uint32_t array = 0; array < document.arrays.size(); ++array) addElements(array);
   }
 
-  /// The owner of the root is no entry.
+  /// Nothing owns the root: its owner has no container.
   const Owner& of(Entry content) const {
     return content.kind == Entry::Kind::table ? ofTables_[content.index] : ofArrays_[content.index];
   }

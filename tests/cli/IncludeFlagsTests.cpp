@@ -52,7 +52,7 @@ TEST_F(IncludeFlags, eachTakesAlongWhatItNamesAndNoMore) {
   }
 }
 
-TEST(LiveTools, theCommandLineThatStartedQuarnIsNone) {
+TEST(LiveTools, theCommandLineThatStartedQuarnIsNotALiveTool) {
   const std::string list = scene::run({"/bin/ps", "-axo", "comm,args"}).out;
   for (const std::string word : {"cursor", "Cursor"}) {
     if (list.find(word) != std::string::npos) GTEST_SKIP() << "a process outside the room shows the word";

@@ -67,7 +67,7 @@ TEST_F(RunningAppsDetectorTest, aHelperInsideABundleNamesTheBundle) {
   EXPECT_TRUE(names("helper          /Applications/Foo.app/Contents/MacOS/helper -psn_0", foo));
 }
 
-TEST_F(RunningAppsDetectorTest, aBlankBelongsToThePath) {
+TEST_F(RunningAppsDetectorTest, aSpaceBelongsToThePath) {
   EXPECT_TRUE(
       names("x               /Applications/My App.app/Contents/MacOS/x -psn", "/Applications/My App.app"));
 }

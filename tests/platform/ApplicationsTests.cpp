@@ -172,7 +172,7 @@ TEST(HostApplications, aNestedHelperIsItsOwnBundle) {
             hostPlatform().files.resolvingLinks(scratch / "Foo.app/Contents/MacOS/Helper.app"));
 }
 
-TEST(HostApplications, aPlainToolIsNone) {
+TEST(HostApplications, aPlainToolIsNoApplication) {
   ScratchFolder scratch;
   const Running tool(scratch.at("Foo.app/Contents/Resources/tool"));
   EXPECT_EQ(bundleOf(tool.process), std::nullopt);

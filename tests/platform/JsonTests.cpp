@@ -190,7 +190,7 @@ TEST(Json, prettyTextIsThatOfTheMac) {
             "}");
 }
 
-TEST(Json, eachLevelIsTwoBlanksDeeper) {
+TEST(Json, eachLevelIsTwoSpacesDeeper) {
   EXPECT_EQ(Json::parse(R"([{"b":[1,true],"a":{}},null,[]])")->prettyText(),
             "[\n"
             "  {\n"

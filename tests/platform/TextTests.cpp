@@ -132,30 +132,30 @@ TEST(Text, lowerCaseKnowsNoLocaleAndNoContext) {
   EXPECT_EQ(Text::lowercased("A" + noText), "a" + noText);
 }
 
-TEST(Text, blanksOfEveryKindAreTrimmed) {
-  const char* blanks[] = {"\t",     " ",      "\u00A0", "\u1680", "\u2000", "\u2001", "\u2002",
+TEST(Text, spacesAndTabsOfEveryKindAreTrimmed) {
+  const char* spaces[] = {"\t",     " ",      "\u00A0", "\u1680", "\u2000", "\u2001", "\u2002",
                           "\u2003", "\u2004", "\u2005", "\u2006", "\u2007", "\u2008", "\u2009",
                           "\u200A", "\u200B", "\u202F", "\u205F", "\u3000"};
-  for (const std::string blank : blanks) {
-    EXPECT_EQ(Text::trimmingBlanks(blank + "a" + blank + "b" + blank), "a" + blank + "b") << blank;
-    EXPECT_EQ(Text::trimmingBlanksAndNewlines(blank + "a" + blank), "a") << blank;
+  for (const std::string space : spaces) {
+    EXPECT_EQ(Text::trimmingWhitespace(space + "a" + space + "b" + space), "a" + space + "b") << space;
+    EXPECT_EQ(Text::trimmingWhitespaceAndNewlines(space + "a" + space), "a") << space;
   }
 }
 
 TEST(Text, lineEndsAreTrimmedOnlyWhenAskedFor) {
   for (const std::string newline : {"\n", "\v", "\f", "\r", "\r\n", "\u0085", "\u2028", "\u2029"}) {
-    EXPECT_EQ(Text::trimmingBlanks(newline + "a" + newline), newline + "a" + newline);
-    EXPECT_EQ(Text::trimmingBlanksAndNewlines(newline + " a" + newline + " "), "a");
+    EXPECT_EQ(Text::trimmingWhitespace(newline + "a" + newline), newline + "a" + newline);
+    EXPECT_EQ(Text::trimmingWhitespaceAndNewlines(newline + " a" + newline + " "), "a");
   }
 }
 
-TEST(Text, whatIsNoBlankStays) {
+TEST(Text, otherCharactersStay) {
   for (const std::string other : {"\uFEFF", "\u200C", "\u180E", "\x1F", "\x08", "\xA0"}) {
-    EXPECT_EQ(Text::trimmingBlanksAndNewlines(other + " a " + other), other + " a " + other);
+    EXPECT_EQ(Text::trimmingWhitespaceAndNewlines(other + " a " + other), other + " a " + other);
   }
-  EXPECT_EQ(Text::trimmingBlanks(" \t "), "");
-  EXPECT_EQ(Text::trimmingBlanks("\u3000\u00A0"), "");
-  EXPECT_EQ(Text::trimmingBlanks(""), "");
+  EXPECT_EQ(Text::trimmingWhitespace(" \t "), "");
+  EXPECT_EQ(Text::trimmingWhitespace("\u3000\u00A0"), "");
+  EXPECT_EQ(Text::trimmingWhitespace(""), "");
 }
 
 TEST(Text, aPrefixCountsCharactersAsPeopleDo) {

@@ -109,7 +109,7 @@ TEST(XMLPropertyList, beforeTheFirstElementOnlyRemarksStand) {
                  "<!-- <dict/>", "<?<dict/>", "<!DOCTYPE plist <dict/"});
 }
 
-TEST(XMLPropertyList, betweenElementsOnlyBlanksAndRemarksStand) {
+TEST(XMLPropertyList, betweenElementsOnlyWhiteSpaceAndRemarksStand) {
   EXPECT_EQ(PropertyList::texts(xml("<dict> \t\r\n<key>a</key><!-- > --><string>1</string><?x > ?></dict>")),
             (Texts{{"a", "1"}}));
   expectRefused({xml("<dict>x</dict>"), xml("<dict>\v</dict>"), xml("<dict>\f</dict>"),

@@ -297,7 +297,7 @@ TEST_F(Ditto, saysWhenTheSourceIsMissing) {
 }
 
 TEST_F(Ditto, takesNamesAsBytes) {
-  const std::vector<std::string> names = {"two blanks  ",
+  const std::vector<std::string> names = {"two spaces  ",
                                           "'single' \"double\"",
                                           "tab\there",
                                           "line\nfeed",

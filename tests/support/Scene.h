@@ -105,7 +105,7 @@ void becomeOrdinary();
 
 bool exists(const std::string& path);  ///< a dangling link exists
 bool isLink(const std::string& path);
-std::string target(const std::string& link);  ///< empty if it is none
+std::string target(const std::string& link);  ///< empty if there is no link
 std::string read(const std::string& path);
 /// Every item at and below `path`, a line each, sorted: kind, mode, size, relative path, link target, and
 /// a sum of the content. Equal trees give equal lists.

@@ -19,7 +19,7 @@ TEST(TOMLSyntax, aLineEndsBehindItsValueAndItsHeader) {
   });
 }
 
-TEST(TOMLSyntax, aDateTakesInABlankAndATimeOnlyInThePlaceOfAValue) {
+TEST(TOMLSyntax, aDateTakesInASpaceAndATimeOnlyInThePlaceOfAValue) {
   const std::string noEquals = syntax(1, "expected = behind the key");
   expectErrors({
       {"abcd-ef-gh 5 = 1", noEquals},

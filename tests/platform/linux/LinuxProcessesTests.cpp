@@ -28,9 +28,9 @@ std::string written(Child& child) {
 TEST(LinuxProcesses, giveTheToolAGroupOfItsOwn) {
   const auto child = script("cut -d' ' -f1,5 /proc/$$/stat");
   const std::string line = written(*child);
-  const std::size_t blank = line.find(' ');
-  ASSERT_NE(blank, std::string::npos);
-  EXPECT_EQ(line.substr(0, blank) + "\n", line.substr(blank + 1));
+  const std::size_t space = line.find(' ');
+  ASSERT_NE(space, std::string::npos);
+  EXPECT_EQ(line.substr(0, space) + "\n", line.substr(space + 1));
 }
 
 TEST(LinuxProcesses, giveTheToolNoOtherDescriptors) {
