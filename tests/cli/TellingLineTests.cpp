@@ -137,8 +137,8 @@ TEST(TellingLines, areAllShownByACaseHere) {
       if (command->isAvailable() && !command->tellingLines.empty()) telling.emplace(command->words);
     }
   }
-  EXPECT_EQ(telling,
-            (Lines{"move all", "move next", "move one", "move path", "move plan", "snapshot create", "snapshot list"}));
+  EXPECT_EQ(telling, (Lines{"move all", "move next", "move one", "move path", "move plan", "snapshot create",
+                            "snapshot list"}));
 }
 
 }  // namespace

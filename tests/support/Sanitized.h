@@ -1,7 +1,7 @@
 #pragma once
 
-/// The program and its tests are built with AddressSanitizer: slower by far, and in need of descriptors and memory of
-/// their own. GCC tells it by a macro, clang by a feature.
+/// The program and its tests are built with AddressSanitizer: slower by far, and in need of descriptors and
+/// memory of their own. GCC tells it by a macro, clang by a feature.
 #ifdef __SANITIZE_ADDRESS__
 inline constexpr bool isSanitized = true;
 #elif defined(__has_feature)
