@@ -1,15 +1,8 @@
 #include "Platform/HostPlatform.h"
 
-#include "Platform/linux/LinuxApplications.h"
-#include "Platform/linux/LinuxFileSystem.h"
-#include "Platform/linux/LinuxPlaces.h"
-#include "Platform/linux/LinuxTrash.h"
-#include "Platform/linux/LinuxVolumes.h"
+#include "Platform/linux/LinuxPlatform.h"
 #include "Platform/posix/Descriptor.h"
-#include "Platform/posix/FolderLocks.h"
-#include "Platform/posix/PosixProcesses.h"
-#include "Platform/posix/SQLiteDatabases.h"
-#include "Platform/posix/SystemClock.h"
+#include "Platform/posix/PosixPlatform.h"
 
 namespace quarn {
 namespace {

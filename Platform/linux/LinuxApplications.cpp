@@ -1,5 +1,3 @@
-#include "Platform/linux/LinuxApplications.h"
-
 #include <charconv>
 #include <fcntl.h>
 #include <signal.h>
@@ -7,6 +5,7 @@
 #include <string_view>
 #include <thread>
 
+#include "Platform/linux/LinuxPlatform.h"
 #include "Platform/posix/BundleOfExecutable.h"
 #include "Platform/posix/PathAt.h"
 #include "Platform/system/FolderReader.h"

@@ -1,5 +1,4 @@
-#include "Platform/linux/LinuxFileSystem.h"
-
+#include "Platform/linux/LinuxPlatform.h"
 #include "Platform/posix/ResolvedPath.h"
 
 namespace quarn {

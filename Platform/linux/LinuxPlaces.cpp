@@ -1,5 +1,3 @@
-#include "Platform/linux/LinuxPlaces.h"
-
 #include <cerrno>
 #include <cstdlib>
 #include <fcntl.h>
@@ -7,6 +5,7 @@
 #include <unistd.h>
 #include <vector>
 
+#include "Platform/linux/LinuxPlatform.h"
 #include "Platform/posix/PathAt.h"
 #include "Platform/posix/ResolvedPath.h"
 

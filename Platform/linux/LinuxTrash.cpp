@@ -1,13 +1,12 @@
-#include "Platform/linux/LinuxTrash.h"
-
 #include <cerrno>
 #include <climits>
 #include <fcntl.h>
 #include <sys/stat.h>
 
 #include "Platform/CocoaError.h"
+#include "Platform/linux/LinuxPlatform.h"
 #include "Platform/linux/TrashFolder.h"
-#include "Platform/posix/ExclusiveRename.h"
+#include "Platform/posix/FileOperations.h"
 #include "Platform/posix/PathAt.h"
 #include "Platform/posix/ResolvedPath.h"
 #include "Platform/system/SystemCalls.h"

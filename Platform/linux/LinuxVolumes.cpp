@@ -1,10 +1,9 @@
-#include "Platform/linux/LinuxVolumes.h"
-
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/statvfs.h>
 
 #include "Platform/CocoaError.h"
+#include "Platform/linux/LinuxPlatform.h"
 #include "Platform/linux/MountTable.h"
 #include "Platform/posix/PathAt.h"
 #include "Platform/posix/ResolvedPath.h"

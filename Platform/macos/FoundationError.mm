@@ -1,9 +1,7 @@
-#include "Platform/macos/FoundationError.h"
-
 #include <cerrno>
 
 #include "Platform/macos/FoundationText.h"
-#include "Platform/posix/WriteError.h"
+#include "Platform/posix/FileOperations.h"
 #include "Platform/system/SystemCalls.h"
 
 namespace quarn {

@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "Platform/CocoaError.h"
 #include "Platform/Path.h"
 
 namespace quarn {
@@ -18,5 +19,9 @@ NSURL* _Nullable foundationURL(const Path& path);
 NSString* _Nullable foundationPath(const Path& path);
 /// Returns an empty path for null.
 Path pathOf(NSURL* _Nullable url);
+
+/// Converts an error of Foundation to ours.
+PlatformError foundationError(CocoaError::Operation operation, NSError* _Nullable error, const Path& item,
+                              const Path& destination = {});
 
 }  // namespace quarn

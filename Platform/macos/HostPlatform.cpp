@@ -1,15 +1,8 @@
 #include "Platform/HostPlatform.h"
 
-#include "Platform/macos/MacApplications.h"
-#include "Platform/macos/MacFileSystem.h"
-#include "Platform/macos/MacPlaces.h"
-#include "Platform/macos/MacTrash.h"
-#include "Platform/macos/MacVolumes.h"
+#include "Platform/macos/MacPlatform.h"
 #include "Platform/posix/Descriptor.h"
-#include "Platform/posix/FolderLocks.h"
-#include "Platform/posix/PosixProcesses.h"
-#include "Platform/posix/SQLiteDatabases.h"
-#include "Platform/posix/SystemClock.h"
+#include "Platform/posix/PosixPlatform.h"
 
 namespace quarn {
 namespace {

@@ -1,5 +1,3 @@
-#include "Platform/macos/MacApplications.h"
-
 #import <AppKit/AppKit.h>
 #include <algorithm>
 #include <dlfcn.h>
@@ -7,6 +5,7 @@
 #include <thread>
 
 #include "Platform/macos/FoundationText.h"
+#include "Platform/macos/MacPlatform.h"
 #include "Platform/macos/ProcessTable.h"
 #include "Platform/posix/BundleOfExecutable.h"
 

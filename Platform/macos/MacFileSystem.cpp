@@ -1,6 +1,5 @@
-#include "Platform/macos/MacFileSystem.h"
-
 #include "Platform/macos/CustomaryPath.h"
+#include "Platform/macos/MacPlatform.h"
 #include "Platform/posix/ResolvedPath.h"
 
 namespace quarn {

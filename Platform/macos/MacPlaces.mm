@@ -1,6 +1,5 @@
-#include "Platform/macos/MacPlaces.h"
-
 #include "Platform/macos/FoundationText.h"
+#include "Platform/macos/MacPlatform.h"
 #include "Platform/posix/ResolvedPath.h"
 
 namespace quarn {

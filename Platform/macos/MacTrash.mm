@@ -1,7 +1,5 @@
-#include "Platform/macos/MacTrash.h"
-
-#include "Platform/macos/FoundationError.h"
 #include "Platform/macos/FoundationText.h"
+#include "Platform/macos/MacPlatform.h"
 #include "Platform/system/SystemCalls.h"
 
 namespace quarn {

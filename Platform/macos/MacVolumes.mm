@@ -1,11 +1,9 @@
-#include "Platform/macos/MacVolumes.h"
-
 #include <cerrno>
 #include <cstdlib>
 #include <sys/mount.h>
 
-#include "Platform/macos/FoundationError.h"
 #include "Platform/macos/FoundationText.h"
+#include "Platform/macos/MacPlatform.h"
 
 namespace quarn {
 namespace {

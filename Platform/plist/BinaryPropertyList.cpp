@@ -1,9 +1,8 @@
-#include "Platform/plist/BinaryPropertyList.h"
-
 #include <algorithm>
 #include <bit>
 
 #include "Platform/plist/BinaryCursor.h"
+#include "Platform/plist/Formats.h"
 #include "Platform/plist/XMLEncoding.h"
 
 // The format: the signature, the values, a table of their offsets, and a trailer of 32 bytes. A value begins

@@ -1,8 +1,7 @@
 #include "Platform/PropertyList.h"
 
-#include "Platform/plist/BinaryPropertyList.h"
+#include "Platform/plist/Formats.h"
 #include "Platform/plist/XMLEncoding.h"
-#include "Platform/plist/XMLPropertyList.h"
 
 namespace quarn::PropertyList {
 

@@ -1,5 +1,4 @@
-#include "Platform/plist/XMLPropertyList.h"
-
+#include "Platform/plist/Formats.h"
 #include "Platform/plist/XMLScalars.h"
 #include "Platform/plist/XMLScanner.h"
 

@@ -1,5 +1,3 @@
-#include "Platform/posix/AtomicWrite.h"
-
 #include <atomic>
 #include <cerrno>
 #include <cstdio>
@@ -7,6 +5,7 @@
 #include <optional>
 #include <sys/stat.h>
 
+#include "Platform/posix/FileOperations.h"
 #include "Platform/posix/LeftoverFiles.h"
 #include "Platform/posix/PathAt.h"
 #include "Platform/system/SystemCalls.h"

@@ -1,10 +1,9 @@
-#include "Platform/posix/ExclusiveRename.h"
-
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include "Platform/posix/FileOperations.h"
 #include "Platform/system/SystemCalls.h"
 
 namespace quarn {

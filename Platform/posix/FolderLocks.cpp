@@ -1,11 +1,10 @@
-#include "Platform/posix/FolderLocks.h"
-
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/file.h>
 
 #include "Platform/CocoaError.h"
 #include "Platform/posix/PathAt.h"
+#include "Platform/posix/PosixPlatform.h"
 
 namespace quarn {
 namespace {

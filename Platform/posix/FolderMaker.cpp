@@ -1,12 +1,10 @@
-#include "Platform/posix/FolderMaker.h"
-
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <vector>
 
+#include "Platform/posix/FileOperations.h"
 #include "Platform/posix/PathAt.h"
-#include "Platform/posix/WriteError.h"
 
 namespace quarn {
 namespace {

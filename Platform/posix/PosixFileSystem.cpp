@@ -5,14 +5,9 @@
 #include <sys/stat.h>
 
 #include "Platform/CocoaError.h"
-#include "Platform/posix/AtomicWrite.h"
-#include "Platform/posix/ExclusiveRename.h"
-#include "Platform/posix/FolderMaker.h"
+#include "Platform/posix/FileOperations.h"
 #include "Platform/posix/PathAt.h"
-#include "Platform/posix/RemovalObstacle.h"
 #include "Platform/posix/Trees.h"
-#include "Platform/posix/VolumeFlush.h"
-#include "Platform/posix/WriteError.h"
 #include "Platform/system/FolderReader.h"
 #include "Platform/system/SystemCalls.h"
 

@@ -1,5 +1,3 @@
-#include "Platform/posix/PosixProcesses.h"
-
 #include <cerrno>
 #include <signal.h>
 #include <unistd.h>
@@ -7,6 +5,7 @@
 #include "Platform/CocoaError.h"
 #include "Platform/posix/Descriptor.h"
 #include "Platform/posix/PosixChild.h"
+#include "Platform/posix/PosixPlatform.h"
 #include "Platform/posix/Spawn.h"
 #include "Platform/system/SystemCalls.h"
 

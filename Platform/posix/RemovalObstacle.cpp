@@ -1,10 +1,9 @@
-#include "Platform/posix/RemovalObstacle.h"
-
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "Platform/posix/FileOperations.h"
 #include "Platform/posix/PathAt.h"
 #include "Platform/system/FolderReader.h"
 #include "Platform/system/SystemCalls.h"

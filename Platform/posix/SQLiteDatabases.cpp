@@ -1,10 +1,10 @@
-#include "Platform/posix/SQLiteDatabases.h"
-
 #include <sqlite3.h>
 #include <string>
 #include <string_view>
 #include <sys/stat.h>
 #include <utility>
+
+#include "Platform/posix/PosixPlatform.h"
 
 namespace quarn {
 namespace {

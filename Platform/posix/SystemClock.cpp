@@ -1,6 +1,6 @@
-#include "Platform/posix/SystemClock.h"
-
 #include <thread>
+
+#include "Platform/posix/PosixPlatform.h"
 
 namespace quarn {
 

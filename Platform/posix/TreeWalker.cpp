@@ -4,8 +4,8 @@
 #include <sys/stat.h>
 
 #include "Platform/CocoaError.h"
+#include "Platform/posix/FileOperations.h"
 #include "Platform/posix/PathAt.h"
-#include "Platform/posix/RemovalObstacle.h"
 #include "Platform/posix/TreeDescent.h"
 #include "Platform/posix/Trees.h"
 #include "Platform/system/SystemCalls.h"

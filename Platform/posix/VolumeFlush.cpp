@@ -1,9 +1,8 @@
-#include "Platform/posix/VolumeFlush.h"
-
 #include <cerrno>
 #include <fcntl.h>
 #include <unistd.h>
 
+#include "Platform/posix/FileOperations.h"
 #include "Platform/posix/PathAt.h"
 #include "Platform/system/SystemCalls.h"
 

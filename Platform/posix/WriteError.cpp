@@ -1,5 +1,4 @@
-#include "Platform/posix/WriteError.h"
-
+#include "Platform/posix/FileOperations.h"
 #include "Platform/system/SystemCalls.h"
 
 namespace quarn {

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "Platform/Text.h"
-#include "QuarnCore/discovery/NamedBundles.h"
 #include "QuarnCore/discovery/ProcessList.h"
 
 namespace quarn::RunningAppsDetector {

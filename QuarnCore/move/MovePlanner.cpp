@@ -8,10 +8,11 @@
 #include "QuarnCore/discovery/AppBundleScanRoots.h"
 #include "QuarnCore/foundation/AppStorageNames.h"
 #include "QuarnCore/foundation/SizingService.h"
-#include "QuarnCore/move/MoveDestination.h"
 #include "QuarnCore/move/MoverError.h"
 
-namespace quarn::MovePlanner {
+namespace quarn {
+
+namespace MovePlanner {
 namespace {
 
 /// The folders at which the climb from an item ends: what lies above a folder for applications doesn't
@@ -137,5 +138,30 @@ bool isUnsafePrefsPlist(const ReadOnlyPlatform& platform, const Path& item) {
   return Text::hasSuffix(folder, "/Library/Preferences") ||
          Text::hasSuffix(folder, "/Library/Preferences/ByHost");
 }
+}  // namespace MovePlanner
 
-}  // namespace quarn::MovePlanner
+namespace MoveDestination {
+namespace {
+
+std::string relativePath(const Path& source, const Path& home) {
+  const std::string prefix = home.text() + "/";
+  const std::string& text = source.text();
+  if (text.starts_with(prefix)) return text.substr(prefix.size());
+  if (text.starts_with("/Library/")) return "System" + text;
+  return source.lastComponent();
+}
+
+}  // namespace
+
+Path dataDestination(const ReadOnlyPlatform& platform, const Path& source, const Path& dataParent) {
+  return dataDestination(platform, source, dataParent, platform.places.home());
+}
+
+Path dataDestination(const ReadOnlyPlatform& platform, const Path& source, const Path& dataParent,
+                     const Path& home) {
+  return dataParent.appending(
+      relativePath(platform.files.standardized(source), platform.files.standardized(home)));
+}
+}  // namespace MoveDestination
+
+}  // namespace quarn

@@ -7,9 +7,10 @@
 #include "QuarnCore/discovery/DriveScanner.h"
 #include "QuarnCore/move/MoveJob.h"
 
-/// Makes a queue of jobs from applications. Only looks at the disk; what can't be read is left out.
-namespace quarn::MovePlanner {
+namespace quarn {
 
+/// Makes a queue of jobs from applications. Only looks at the disk; what can't be read is left out.
+namespace MovePlanner {
 /// Returns a job for each bundle, each followed by one for each of its data paths if asked for. Of several
 /// jobs with the same destination the first is kept. An item inside the source of another job has no job of
 /// its own. A data path without a known size is measured.
@@ -25,5 +26,14 @@ void requireStillMovable(const ReadOnlyPlatform& platform, const Path& source);
 
 /// Returns whether this is a preferences file, which must never become a link.
 bool isUnsafePrefsPlist(const ReadOnlyPlatform& platform, const Path& item);
+}  // namespace MovePlanner
 
-}  // namespace quarn::MovePlanner
+namespace MoveDestination {
+/// Returns where a data path goes below `dataParent`: an item in the home folder keeps its path relative to
+/// it, an item below "/Library/" goes below "System/", and anything else goes under its own name.
+Path dataDestination(const ReadOnlyPlatform& platform, const Path& source, const Path& dataParent);
+Path dataDestination(const ReadOnlyPlatform& platform, const Path& source, const Path& dataParent,
+                     const Path& home);
+}  // namespace MoveDestination
+
+}  // namespace quarn

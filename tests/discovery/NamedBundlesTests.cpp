@@ -2,7 +2,7 @@
 #include <unicode/regex.h>
 #include <unicode/utext.h>
 
-#include "QuarnCore/discovery/NamedBundles.h"
+#include "QuarnCore/discovery/ProcessList.h"
 #include "tests/support/Sanitized.h"
 #include "tests/support/Scene.h"
 

@@ -1,5 +1,5 @@
 #include "Platform/HostPlatform.h"
-#include "QuarnCore/move/MoveDestination.h"
+#include "QuarnCore/move/MovePlanner.h"
 
 namespace quarn {
 namespace {

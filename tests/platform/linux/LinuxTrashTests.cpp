@@ -2,7 +2,7 @@
 #include <sys/stat.h>
 
 #include "Platform/HostPlatform.h"
-#include "Platform/linux/LinuxTrash.h"
+#include "Platform/linux/LinuxPlatform.h"
 #include "tests/support/Child.h"
 #include "tests/support/Doubles.h"
 #include "tests/support/Scene.h"

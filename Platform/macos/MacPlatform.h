@@ -1,0 +1,45 @@
+#pragma once
+
+#include "Platform/Applications.h"
+#include "Platform/Places.h"
+#include "Platform/Trash.h"
+#include "Platform/Volumes.h"
+#include "Platform/posix/PosixFileSystem.h"
+
+namespace quarn {
+
+class MacFileSystem : public PosixFileSystem {
+ public:
+  Path resolvingLinks(const Path& path) const override;
+  Path standardized(const Path& path) const override;
+};
+
+class MacVolumes : public Volumes {
+ public:
+  Result<std::vector<Path>> mounted() const override;
+  Result<std::vector<Path>> mountPoints() const override;
+  Result<VolumeProperties> properties(const Path& item) const override;
+};
+
+class MacApplications : public Applications {
+ public:
+  std::vector<RunningApplication> running() const override;
+  void terminate(const RunningApplication& application) override;
+  void forceTerminate(const RunningApplication& application) override;
+  void wait(std::chrono::milliseconds duration) override;
+};
+
+class MacPlaces : public Places {
+ public:
+  Path home() const override;
+  std::optional<Path> home(const std::string& user) const override;
+  Path currentFolder() const override;
+  Path executable() const override;
+};
+
+class MacTrash : public Trash {
+ public:
+  Result<Path> moveToTrash(const Path& item) override;
+};
+
+}  // namespace quarn
