@@ -4,7 +4,6 @@
 #include "QuarnCLI/Invocation.h"
 #include "QuarnCLI/move/MoveCommands.h"
 #include "QuarnCLI/move/MoveFlags.h"
-#include "QuarnCore/foundation/Turn.h"
 #include "QuarnCore/move/PathMover.h"
 
 namespace quarn::MoveCommands {
@@ -35,11 +34,10 @@ Pair givenPair(const Invocation& invocation) {
 }
 
 /// Nothing is wrong then, so that the command can be repeated safely.
-bool wasMovedAlready(const ReadOnlyPlatform& platform, const Path& source) {
-  if (!platform.files.isSymbolicLink(source)) return false;
+ExitStatus tellThatItIsALink(const ReadOnlyPlatform& platform, const Path& source) {
   const std::string target = platform.files.readSymbolicLink(source).valueOr("unknown");
   Console::print("already symlink: " + source.text() + " -> " + target);
-  return true;
+  return ExitStatus::success;
 }
 
 void printPlan(const PathMover::Plan& plan) {
@@ -49,11 +47,8 @@ void printPlan(const PathMover::Plan& plan) {
   Console::printNow("minimum_kb:  " + std::to_string(plan.minimumKB));
 }
 
-void carryOut(Platform& platform, const PathMover::Plan& plan, bool showsProgress) {
-  const std::int64_t destinationKB = PathMover::copy(platform, plan, showsProgress);
+void printDestinationSize(std::int64_t destinationKB) {
   Console::printNow("destination_kb: " + std::to_string(destinationKB));
-  PathMover::replaceByLink(platform, plan, destinationKB);
-  Console::print("linked: " + plan.source.text() + " -> " + plan.destination.text());
 }
 
 ExitStatus run(const Invocation& invocation) {
@@ -61,16 +56,15 @@ ExitStatus run(const Invocation& invocation) {
   const bool asksFirst = !invocation.args.contains(MoveFlags::yes);
   const bool showsProgress = invocation.args.contains(MoveFlags::progress);
   const auto [source, destination] = givenPair(invocation);
-  if (wasMovedAlready(platform, source)) return ExitStatus::success;
-  auto plan = PathMover::plan(platform, source, destination);
+  if (platform.files.isSymbolicLink(source)) return tellThatItIsALink(platform, source);
+  const auto plan = PathMover::plan(platform, source, destination);
   printPlan(plan);
   if (asksFirst && !Console::confirms()) return ExitStatus::success;
 
-  const Turn turn(platform, Console::tellOfWaiting);
-  // Another run may have come and gone while the source was measured and the person asked.
-  if (wasMovedAlready(platform, source)) return ExitStatus::success;
-  if (turn.hadToWait()) plan = PathMover::plan(platform, source, destination);
-  carryOut(platform, plan, showsProgress);
+  const PathMover::Listener listener{.waiting = Console::tellOfWaiting, .copied = printDestinationSize};
+  if (!PathMover::carryOut(platform, plan, showsProgress, listener))
+    return tellThatItIsALink(platform, source);
+  Console::print("linked: " + source.text() + " -> " + destination.text());
   return ExitStatus::success;
 }
 

@@ -1,6 +1,7 @@
 #include "QuarnCore/move/PathMover.h"
 
 #include "QuarnCore/discovery/ProtectedPlaces.h"
+#include "QuarnCore/foundation/Turn.h"
 #include "QuarnCore/move/DiskUsage.h"
 #include "QuarnCore/move/MountPoints.h"
 #include "QuarnCore/move/MoveVerifier.h"
@@ -92,6 +93,17 @@ void replaceByLink(Platform& platform, const Plan& plan, std::int64_t destinatio
   requireSafe(platform, plan.source, plan.destination);
   platform.files.remove(plan.source).orThrow();
   platform.files.createSymbolicLink(plan.source, plan.destination.text()).orThrow();
+}
+
+bool carryOut(Platform& platform, const Plan& planned, bool showsProgress, const Listener& listener) {
+  const Turn turn(platform, listener.waiting);
+  // Another run may have come and gone while the source was measured and the user was asked.
+  if (platform.files.isSymbolicLink(planned.source)) return false;
+  const Plan current = turn.hadToWait() ? plan(platform, planned.source, planned.destination) : planned;
+  const std::int64_t destinationKB = copy(platform, current, showsProgress);
+  listener.copied(destinationKB);
+  replaceByLink(platform, current, destinationKB);
+  return true;
 }
 
 }  // namespace quarn::PathMover

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 
 #include "Platform/Platform.h"
 #include "QuarnCore/move/ChosenVolume.h"
@@ -29,5 +30,15 @@ std::int64_t copy(Platform& platform, const Plan& plan, bool showsProgress);
 /// Compares, removes the source and makes the link. A failed comparison, and anything that would stop the
 /// removal, is found while the source is complete.
 void replaceByLink(Platform& platform, const Plan& plan, std::int64_t destinationKB);
+
+/// Who is told how far the move has come.
+struct Listener {
+  std::function<void()> waiting;                           ///< another run has the turn
+  std::function<void(std::int64_t destinationKB)> copied;  ///< the drive holds the copy
+};
+
+/// Waits for the turn of this run, then copies and replaces the source by a link. If it had to wait, it plans
+/// once more. Returns false, and has changed nothing, if the source has become a link since it was planned.
+bool carryOut(Platform& platform, const Plan& plan, bool showsProgress, const Listener& listener);
 
 }  // namespace quarn::PathMover

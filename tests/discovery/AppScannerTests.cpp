@@ -2,8 +2,8 @@
 #include <functional>
 #include <sys/stat.h>
 
-#include "Platform/FileSystemDecorator.h"
 #include "QuarnCore/discovery/AppScanner.h"
+#include "tests/support/FileSystemDecorator.h"
 #include "tests/support/Replacing.h"
 #include "tests/support/Scene.h"
 

@@ -1,8 +1,8 @@
 #include <filesystem>
 
-#include "Platform/FileSystemDecorator.h"
 #include "QuarnCore/discovery/ProtectedPlaces.h"
 #include "tests/support/Doubles.h"
+#include "tests/support/FileSystemDecorator.h"
 #include "tests/support/Replacing.h"
 #include "tests/support/Scene.h"
 

@@ -5,10 +5,10 @@
 #include <thread>
 #include <unistd.h>
 
-#include "Platform/FileSystemDecorator.h"
 #include "QuarnCore/foundation/SizeCalculator.h"
 #include "QuarnCore/move/FileCopier.h"
 #include "tests/support/Doubles.h"
+#include "tests/support/FileSystemDecorator.h"
 #include "tests/support/Replacing.h"
 #include "tests/support/Scene.h"
 

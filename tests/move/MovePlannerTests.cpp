@@ -2,11 +2,11 @@
 #include <set>
 #include <sys/stat.h>
 
-#include "Platform/FileSystemDecorator.h"
 #include "QuarnCore/discovery/AppScanner.h"
 #include "QuarnCore/foundation/SizingService.h"
 #include "QuarnCore/move/MovePlanner.h"
 #include "QuarnCore/move/MoverEngine.h"
+#include "tests/support/FileSystemDecorator.h"
 #include "tests/support/Replacing.h"
 #include "tests/support/Scene.h"
 

@@ -48,6 +48,11 @@ std::string someFileOfEtc() {
   return {};
 }
 
+/// A number of seconds that no test running at the same time sleeps for.
+std::string napOfThisTest(const std::string& seconds) {
+  return seconds + std::to_string(::getpid());
+}
+
 bool isRunning(const std::string& sleepOfSeconds) {
   return !processesWith("sleep" + std::string(1, '\0') + sleepOfSeconds).empty();
 }
@@ -127,19 +132,21 @@ TEST_P(EveryRoom, passesTerminationOn) {
 }
 
 TEST_P(EveryRoom, endsWithItsCommandWhateverElseRunsInIt) {
-  const Finished finished = room("setsid sleep 30.41 </dev/null >/dev/null 2>&1 & exit 4");
+  const std::string nap = napOfThisTest("30.41");
+  const Finished finished = room("setsid sleep " + nap + " </dev/null >/dev/null 2>&1 & exit 4");
   EXPECT_EQ(finished.status, 4);
-  EXPECT_FALSE(isRunning("30.41"));
+  EXPECT_FALSE(isRunning(nap));
 }
 
 TEST_P(EveryRoom, killedLeavesNothing) {
   const std::string mountsBefore = contentOf("/proc/self/mounts");
-  Started started =
-      room.start("setsid sleep 30.42 & echo ready; sleep 30.43", {"--drive", "X9=8m", "--drive", "Y=8m"});
+  const std::string first = napOfThisTest("30.42"), second = napOfThisTest("30.43");
+  Started started = room.start("setsid sleep " + first + " & echo ready; sleep " + second,
+                               {"--drive", "X9=8m", "--drive", "Y=8m"});
   started.waitForOutput("ready");
   ::kill(started.pid(), SIGKILL);
   EXPECT_TRUE(
-      eventually([] { return !isRunning("30.42") && !isRunning("30.43") && abandonedRooms().empty(); }));
+      eventually([&] { return !isRunning(first) && !isRunning(second) && abandonedRooms().empty(); }));
   EXPECT_EQ(started.finish().status, 137);
   EXPECT_EQ(contentOf("/proc/self/mounts"), mountsBefore);
 }

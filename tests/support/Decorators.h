@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "Platform/FileSystemDecorator.h"
+#include "tests/support/FileSystemDecorator.h"
 
 namespace quarn {
 
