@@ -155,6 +155,8 @@ class FileSystem {
   virtual Result<void> copy(const Path& source, const Path& destination) = 0;
   /// Gives a folder or a file the mode, times and attributes of another one, by the rules of `copy`.
   virtual Result<void> copyAttributes(const Path& source, const Path& destination) = 0;
+  /// Sets the permission bits of a file or a folder, as chmod(2) takes them. A link: `fileWriteUnknown`.
+  virtual Result<void> setPermissions(const Path& item, std::uint32_t mode) = 0;
   /// Replaces the whole content of a file or none of it, by writing a temporary file in the same folder and
   /// renaming it. A link at `file` is replaced by a file. Keeps the mode of a file that it replaces.
   virtual Result<void> writeAtomically(const Path& file, std::string_view content) = 0;

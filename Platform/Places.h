@@ -20,6 +20,13 @@ class Places {
   /// Returns the path of the running program with every link resolved. Files that are installed with the
   /// program are found from there.
   virtual Path executable() const = 0;
+  /// Returns the first argument of the process as it was given: a path, or a bare name that a shell looked
+  /// up.
+  virtual std::string invokedAs() const = 0;
+  /// Returns the folder for the user's temporary files.
+  virtual Path temporaryFolder() const = 0;
+  /// Returns an environment variable, or nothing if it isn't set.
+  virtual std::optional<std::string> environment(const std::string& name) const = 0;
 };
 
 }  // namespace quarn

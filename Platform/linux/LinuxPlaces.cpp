@@ -7,7 +7,6 @@
 
 #include "Platform/linux/LinuxPlatform.h"
 #include "Platform/posix/PathAt.h"
-#include "Platform/posix/ResolvedPath.h"
 
 namespace quarn {
 namespace {
@@ -42,12 +41,20 @@ std::optional<Path> LinuxPlaces::home(const std::string& user) const {
   });
 }
 
-Path LinuxPlaces::currentFolder() const {
-  return quarn::currentFolder();
-}
-
 Path LinuxPlaces::executable() const {
   return Path(linkText(AT_FDCWD, "/proc/self/exe").value_or(""));
+}
+
+std::string LinuxPlaces::invokedAs() const {
+  // The arguments, each of which ends with a NUL (proc(5)).
+  std::string arguments;
+  readWhole(PathAt(Path("/proc/self/cmdline")), arguments);
+  return arguments.substr(0, arguments.find('\0'));
+}
+
+Path LinuxPlaces::temporaryFolder() const {
+  const char* variable = std::getenv("TMPDIR");
+  return Path(variable && variable[0] == '/' ? variable : "/tmp");
 }
 
 }  // namespace quarn

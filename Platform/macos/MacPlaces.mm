@@ -1,3 +1,5 @@
+#include <crt_externs.h>
+
 #include "Platform/macos/FoundationText.h"
 #include "Platform/macos/MacPlatform.h"
 #include "Platform/posix/ResolvedPath.h"
@@ -19,16 +21,24 @@ std::optional<Path> MacPlaces::home(const std::string& user) const {
   }
 }
 
-Path MacPlaces::currentFolder() const {
-  return quarn::currentFolder();
-}
-
 Path MacPlaces::executable() const {
   @autoreleasepool {
     NSString* file = NSBundle.mainBundle.executablePath;
     // The path may lead through links, so they are resolved here.
     const Path path(file ? bytesOf(file) : "");
     return resolved(path).value_or(path);
+  }
+}
+
+std::string MacPlaces::invokedAs() const {
+  // As main received them (crt_externs(3)).
+  char** arguments = *_NSGetArgv();
+  return arguments && arguments[0] ? arguments[0] : "";
+}
+
+Path MacPlaces::temporaryFolder() const {
+  @autoreleasepool {
+    return Path(bytesOf(NSTemporaryDirectory()));
   }
 }
 

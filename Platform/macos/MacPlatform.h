@@ -1,10 +1,10 @@
 #pragma once
 
 #include "Platform/Applications.h"
-#include "Platform/Places.h"
 #include "Platform/Trash.h"
 #include "Platform/Volumes.h"
 #include "Platform/posix/PosixFileSystem.h"
+#include "Platform/posix/PosixPlatform.h"
 
 namespace quarn {
 
@@ -29,12 +29,13 @@ class MacApplications : public Applications {
   void wait(std::chrono::milliseconds duration) override;
 };
 
-class MacPlaces : public Places {
+class MacPlaces : public PosixPlaces {
  public:
   Path home() const override;
   std::optional<Path> home(const std::string& user) const override;
-  Path currentFolder() const override;
   Path executable() const override;
+  std::string invokedAs() const override;
+  Path temporaryFolder() const override;
 };
 
 class MacTrash : public Trash {

@@ -42,6 +42,15 @@ int unlinkLink(const PathAt& link) {
   return ::unlinkat(link.folder(), link.name(), 0) == 0 ? 0 : errno;
 }
 
+/// Changes a file or a folder, but not what a link leads to.
+int setMode(const PathAt& item, mode_t mode) {
+  if (item.error()) return item.error();
+  struct stat status;
+  if (::fstatat(item.folder(), item.name(), &status, AT_SYMLINK_NOFOLLOW) != 0) return errno;
+  if (S_ISLNK(status.st_mode)) return EINVAL;
+  return ::fchmodat(item.folder(), item.name(), mode, AT_SYMLINK_NOFOLLOW) == 0 ? 0 : errno;
+}
+
 }  // namespace
 
 bool PosixFileSystem::exists(const Path& path) const {
@@ -150,6 +159,12 @@ Result<void> PosixFileSystem::copyAttributes(const Path& source, const Path& des
   const int error = copyItemMetadata(PathAt(source), PathAt(destination));
   if (error == 0) return {};
   return writeError(Operation::copy, error, source, destination);
+}
+
+Result<void> PosixFileSystem::setPermissions(const Path& item, std::uint32_t mode) {
+  const int error = setMode(PathAt(item), static_cast<mode_t>(mode));
+  if (error == 0) return {};
+  return CocoaError::fromErrno(Operation::save, error, item);
 }
 
 Result<void> PosixFileSystem::writeAtomically(const Path& file, std::string_view content) {

@@ -25,6 +25,7 @@ class PosixFileSystem : public FileSystem {
   Result<bool> rename(const Path& source, const Path& destination) override;
   Result<void> copy(const Path& source, const Path& destination) override;
   Result<void> copyAttributes(const Path& source, const Path& destination) override;
+  Result<void> setPermissions(const Path& item, std::uint32_t mode) override;
   Result<void> writeAtomically(const Path& file, std::string_view content) override;
   Result<void> flush(const Path& item) override;
 };

@@ -5,6 +5,7 @@
 #include "Platform/Clock.h"
 #include "Platform/Databases.h"
 #include "Platform/Locks.h"
+#include "Platform/Places.h"
 #include "Platform/Processes.h"
 
 namespace quarn {
@@ -32,6 +33,13 @@ class FolderLocks : public Locks {
  private:
   // Weak, so that this map doesn't keep a lock alive.
   std::map<std::string, std::weak_ptr<Lock>> held_;
+};
+
+/// What is the same on every system.
+class PosixPlaces : public Places {
+ public:
+  Path currentFolder() const override;
+  std::optional<std::string> environment(const std::string& name) const override;
 };
 
 class SQLiteDatabases : public Databases {

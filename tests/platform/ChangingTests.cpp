@@ -14,11 +14,39 @@ namespace {
 class CreateFolder : public FileSystemContract {};
 class CreateSymbolicLink : public FileSystemContract {};
 class Remove : public FileSystemContract {};
+class SetPermissions : public FileSystemContract {};
 class WriteAtomically : public FileSystemContract {};
 INSTANTIATE_TEST_SUITE_P(, CreateFolder, testing::ValuesIn(fileSystems()), nameOf<Subject<FileSystem>>);
 INSTANTIATE_TEST_SUITE_P(, CreateSymbolicLink, testing::ValuesIn(fileSystems()), nameOf<Subject<FileSystem>>);
 INSTANTIATE_TEST_SUITE_P(, Remove, testing::ValuesIn(fileSystems()), nameOf<Subject<FileSystem>>);
+INSTANTIATE_TEST_SUITE_P(, SetPermissions, testing::ValuesIn(fileSystems()), nameOf<Subject<FileSystem>>);
 INSTANTIATE_TEST_SUITE_P(, WriteAtomically, testing::ValuesIn(fileSystems()), nameOf<Subject<FileSystem>>);
+
+// Permissions.
+
+TEST_P(SetPermissions, changesFilesAndFolders) {
+  ScratchFolder scratch;
+  scratch.write("file", "content");
+  scratch.folder("folder");
+  EXPECT_EQ(code(files().setPermissions(scratch / "file", 0755)), 0);
+  EXPECT_EQ(code(files().setPermissions(scratch / "folder", 0500)), 0);
+  EXPECT_EQ(scratch.status("file").st_mode & 07777u, 0755u);
+  EXPECT_EQ(scratch.status("folder").st_mode & 07777u, 0500u);
+}
+
+TEST_P(SetPermissions, leavesWhatALinkLeadsToAlone) {
+  ScratchFolder scratch;
+  scratch.write("file", "content");
+  ::chmod(scratch.at("file").c_str(), 0600);
+  scratch.link("link", "file");
+  EXPECT_EQ(code(files().setPermissions(scratch / "link", 0755)), 512);
+  EXPECT_EQ(scratch.status("file").st_mode & 07777u, 0600u);
+}
+
+TEST_P(SetPermissions, ofAMissingItemFails) {
+  ScratchFolder scratch;
+  EXPECT_EQ(code(files().setPermissions(scratch / "none", 0755)), 4);
+}
 
 // Creating folders.
 

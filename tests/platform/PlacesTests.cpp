@@ -32,7 +32,8 @@ INSTANTIATE_TEST_SUITE_P(, Places,
                          nameOf<PlacesSubject>);
 
 TEST_P(Places, areAbsolute) {
-  for (const Path& place : {places().home(), places().currentFolder(), places().executable()})
+  for (const Path& place :
+       {places().home(), places().currentFolder(), places().executable(), places().temporaryFolder()})
     EXPECT_TRUE(place.text().starts_with("/")) << place.text();
 }
 
@@ -45,6 +46,24 @@ TEST(HostPlaces, namedUsersHaveHomes) {
   if (!entry) GTEST_SKIP() << "the user is not listed";
   const std::string user(entry->pw_name);
   EXPECT_EQ(hostPlatform().places.home(user), Path(entry->pw_dir));
+}
+
+TEST_P(Places, aVariableThatIsNotSetIsAbsent) {
+  EXPECT_EQ(places().environment("QUARN_NOBODY_SETS_THIS"), std::nullopt);
+}
+
+TEST(HostPlaces, variablesAreThoseOfTheProcess) {
+  EXPECT_EQ(child::failures([] {
+              ::setenv("QUARN_TEST", "a value", 1);
+              EXPECT_EQ(hostPlatform().places.environment("QUARN_TEST"), "a value");
+              ::setenv("QUARN_TEST", "", 1);
+              EXPECT_EQ(hostPlatform().places.environment("QUARN_TEST"), "");
+            }),
+            "");
+}
+
+TEST(HostPlaces, theFirstArgumentIsThatOfTheProcess) {
+  EXPECT_EQ(hostPlatform().places.invokedAs(), testing::internal::GetArgvs().front());
 }
 
 TEST(HostPlaces, theCurrentFolderIsTheRealOne) {

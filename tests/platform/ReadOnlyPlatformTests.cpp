@@ -41,6 +41,9 @@ constexpr int waysToChange = requires(P& p, Path item) {
   p.files.writeAtomically(item, "");
 }
 + requires(P& p, Path item) {
+  p.files.setPermissions(item, 0755);
+}
++ requires(P& p, Path item) {
   p.files.flush(item);
 }
 + requires(P& p, Path item) {
@@ -71,7 +74,7 @@ concept CanLook = requires(P& platform, const Path& item, WalkVisitor& visitor) 
   platform.places.home();
 };
 
-static_assert(waysToChange<Platform> == 15);
+static_assert(waysToChange<Platform> == 16);
 static_assert(waysToChange<ReadOnlyPlatform> == 0);
 static_assert(waysToChange<const ReadOnlyPlatform> == 0);
 static_assert(CanLook<Platform> && CanLook<const ReadOnlyPlatform>);

@@ -48,6 +48,10 @@ class GuardedFileSystem : public FileSystemDecorator {
       return refusal;
     return FileSystemDecorator::copyAttributes(source, destination);
   }
+  Result<void> setPermissions(const Path& item, std::uint32_t mode) override {
+    if (auto refusal = before("setPermissions " + item.text()); !refusal) return refusal;
+    return FileSystemDecorator::setPermissions(item, mode);
+  }
   Result<void> writeAtomically(const Path& file, std::string_view content) override {
     if (auto refusal = before("writeAtomically " + file.text()); !refusal) return refusal;
     return FileSystemDecorator::writeAtomically(file, content);

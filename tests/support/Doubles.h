@@ -123,11 +123,20 @@ class FakePlaces : public Places {
   }
   Path currentFolder() const override { return current; }
   Path executable() const override { return program; }
+  std::string invokedAs() const override { return firstArgument; }
+  Path temporaryFolder() const override { return temporary; }
+  std::optional<std::string> environment(const std::string& name) const override {
+    const auto found = variables.find(name);
+    return found == variables.end() ? std::nullopt : std::optional(found->second);
+  }
 
   Path homeFolder;
   std::map<std::string, Path> homesOfOthers;
   Path current{"/"};
   Path program{"/usr/local/bin/quarn"};
+  std::string firstArgument = "/usr/local/bin/quarn";
+  Path temporary{"/tmp"};
+  std::map<std::string, std::string> variables;
 };
 
 }  // namespace quarn::doubles

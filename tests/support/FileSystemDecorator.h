@@ -46,6 +46,9 @@ class FileSystemDecorator : public FileSystem {
   Result<void> copyAttributes(const Path& source, const Path& destination) override {
     return inner_.copyAttributes(source, destination);
   }
+  Result<void> setPermissions(const Path& item, std::uint32_t mode) override {
+    return inner_.setPermissions(item, mode);
+  }
   Result<void> writeAtomically(const Path& file, std::string_view content) override {
     return inner_.writeAtomically(file, content);
   }

@@ -35,6 +35,18 @@ TEST(LinuxPlaces, theHomeIsTheListedOneOtherwise) {
             "");
 }
 
+TEST(LinuxPlaces, theTemporaryFolderIsTheEnvironmentsIfAbsolute) {
+  EXPECT_EQ(child::failures([] {
+              ::setenv("TMPDIR", "/Users/someone/tmp/", 1);
+              EXPECT_EQ(places().temporaryFolder(), Path("/Users/someone/tmp"));
+              ::setenv("TMPDIR", "relative", 1);
+              EXPECT_EQ(places().temporaryFolder(), Path("/tmp"));
+              ::unsetenv("TMPDIR");
+              EXPECT_EQ(places().temporaryFolder(), Path("/tmp"));
+            }),
+            "");
+}
+
 TEST(LinuxPlaces, theExecutableIsTheRunningProgramItselfAndNoLinkToIt) {
   const Path found = places().executable();
   EXPECT_EQ(found.text(), std::filesystem::canonical("/proc/self/exe"));
