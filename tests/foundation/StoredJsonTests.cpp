@@ -111,7 +111,7 @@ inline constexpr auto storedKeys<NamedTwice> = std::tuple{
 };
 
 template <>
-inline constexpr auto storedKeys<Constructed> = std::tuple{
+[[maybe_unused]] inline constexpr auto storedKeys<Constructed> = std::tuple{
     StoredKey{"a", &Constructed::a},
 };
 
