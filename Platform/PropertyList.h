@@ -8,8 +8,8 @@
 #include <variant>
 #include <vector>
 
-/// Property lists, XML and binary, as plist(5) describes them. They are read the same way on every system, by
-/// pure functions.
+/// Property lists, XML and binary, as plist(5) describes them. They are read and written the same way on
+/// every system, by pure functions.
 namespace quarn::PropertyList {
 
 /// The deepest nesting of containers that is accepted.
@@ -73,5 +73,10 @@ std::optional<Value> parse(std::string_view bytes);
 /// Returns the values at the top of a property list that are texts, by key. Values of other types are left
 /// out. Returns nothing if the bytes aren't a property list or its root isn't a dictionary.
 std::optional<std::map<std::string, std::string>> texts(std::string_view bytes);
+
+/// Returns an XML list with these texts at its top, byte for byte as a Mac writes it: keys are sorted by
+/// their UTF-16 code units, and only "&", "<" and ">" are escaped. Keys and texts must be UTF-8 without a
+/// NUL, or the list can't be read back.
+std::string xml(const std::map<std::string, std::string>& texts);
 
 }  // namespace quarn::PropertyList
