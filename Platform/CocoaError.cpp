@@ -200,4 +200,8 @@ PlatformError notUTF8(const Path& file) {
                "The file " + named(file) + " couldn’t be opened using text encoding Unicode (UTF-8).");
 }
 
+PlatformError notPropertyList() {
+  return error(propertyListReadCorrupt, "The data couldn’t be read because it isn’t in the correct format.");
+}
+
 }  // namespace quarn::CocoaError

@@ -41,5 +41,7 @@ PlatformError ofDomain(const std::string& domain, int code);
 PlatformError noTrash(const Path& item, const std::string& volumeName);
 /// Returns the error for a file that isn't UTF-8 text.
 PlatformError notUTF8(const Path& file);
+/// Returns the error for bytes that aren't a property list.
+PlatformError notPropertyList();
 
 }  // namespace quarn::CocoaError

@@ -38,6 +38,7 @@ inline constexpr int fileWriteFileExists = 516;
 inline constexpr int fileWriteOutOfSpace = 640;
 inline constexpr int fileWriteVolumeReadOnly = 642;
 inline constexpr int featureUnsupported = 3328;  ///< a volume has no Trash
+inline constexpr int propertyListReadCorrupt = 3840;
 }  // namespace CocoaErrorCode
 
 }  // namespace quarn

@@ -177,5 +177,12 @@ TEST(CocoaError, aFileInAnotherEncodingNamesTheOneThatWasTried) {
   EXPECT_EQ(error.description, "The file “x” couldn’t be opened using text encoding Unicode (UTF-8).");
 }
 
+TEST(CocoaError, whatIsNoPropertyListIsInTheWrongFormat) {
+  const auto error = CocoaError::notPropertyList();
+  EXPECT_EQ(error.domain, "NSCocoaErrorDomain");
+  EXPECT_EQ(error.code, 3840);
+  EXPECT_EQ(error.description, "The data couldn’t be read because it isn’t in the correct format.");
+}
+
 }  // namespace
 }  // namespace quarn
