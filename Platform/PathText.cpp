@@ -20,4 +20,8 @@ Path fileURL(const Places& places, std::string_view text) {
   return path.isAbsolute() ? path : places.currentFolder().appending(text);
 }
 
+Path linkTarget(const Path& link, std::string_view text) {
+  return text.starts_with('/') ? Path(text) : link.parent().appending(text);
+}
+
 }  // namespace quarn::PathText

@@ -16,4 +16,8 @@ std::string expandingTilde(const Places& places, const std::string& text);
 /// Doesn't standardize it and doesn't expand "~".
 Path fileURL(const Places& places, std::string_view text);
 
+/// Returns the path that the text in a link stands for: a relative one starts at the folder that holds the
+/// link. Simplifies nothing, because ".." behind a further link leads to wherever that one leads.
+Path linkTarget(const Path& link, std::string_view text);
+
 }  // namespace quarn::PathText

@@ -67,6 +67,13 @@ std::string iso8601(Moment moment) {
   return text.data();
 }
 
+std::string plain(Moment moment) {
+  std::string text = iso8601(moment);
+  text.replace(text.find('T'), 1, " ");
+  text.replace(text.find('Z'), 1, " +0000");
+  return text;
+}
+
 std::optional<Moment> parsingISO8601(std::string_view text) {
   const auto f = fields(text, "YYYY-MM-DDThh:mm:ssZ");
   if (!f || !exists(*f)) return std::nullopt;

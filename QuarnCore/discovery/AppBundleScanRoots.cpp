@@ -1,5 +1,6 @@
 #include "QuarnCore/discovery/AppBundleScanRoots.h"
 
+#include "Platform/PathText.h"
 #include "QuarnCore/foundation/AppStorageNames.h"
 
 namespace quarn {
@@ -45,18 +46,13 @@ std::vector<Path> supplementalApplicationSupportRoots(const ReadOnlyPlatform& pl
 namespace AppBundleEnumerator {
 namespace {
 
-/// Returns the target of a link. A relative target starts at the folder that contains the link.
-Path targetOf(const Path& link, const std::string& target) {
-  return target.starts_with('/') ? Path(target) : link.parent().appending(target);
-}
-
 /// Lists a folder. A folder that is itself a link can't be listed under its own path, so its target is
 /// listed.
 std::vector<std::string> names(const ReadOnlyPlatform& platform, const Path& folder) {
   if (auto listed = platform.files.list(folder, Hidden::skipped)) return *std::move(listed);
   const auto target = platform.files.readSymbolicLink(folder);
   if (!target) return {};
-  const Path resolved = platform.files.resolvingLinks(targetOf(folder, *target));
+  const Path resolved = platform.files.resolvingLinks(PathText::linkTarget(folder, *target));
   return platform.files.list(resolved, Hidden::skipped).valueOr({});
 }
 

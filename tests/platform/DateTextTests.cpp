@@ -45,6 +45,13 @@ TEST(DateText, aMomentIsWrittenInUTCWithTheFractionCutOff) {
   EXPECT_EQ(DateText::iso8601(at(951782400s)), "2000-02-29T00:00:00Z");
 }
 
+TEST(DateText, theTextForPeopleIsInUTCWithTheFractionCutOff) {
+  const LocalZone zone("Asia/Tokyo");
+  EXPECT_EQ(DateText::plain(at(1769850300s)), "2026-01-31 09:05:00 +0000");
+  EXPECT_EQ(DateText::plain(at(1769850300999ms)), "2026-01-31 09:05:00 +0000");
+  EXPECT_EQ(DateText::plain(at(-1ms)), "1969-12-31 23:59:59 +0000");
+}
+
 TEST(DateText, whatWasWrittenIsReadBack) {
   const LocalZone zone("Asia/Tokyo");
   EXPECT_EQ(DateText::parsingISO8601("2026-01-31T09:05:00Z"), at(1769850300s));

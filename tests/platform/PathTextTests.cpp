@@ -49,4 +49,17 @@ TEST(PathText, aRelativeTextBeginsAtTheCurrentFolder) {
   for (const auto& [text, path] : rows) EXPECT_EQ(PathText::fileURL(places(), text).text(), path) << text;
 }
 
+TEST(PathText, aRelativeTextOfALinkBeginsAtTheFolderOfTheLink) {
+  const std::pair<const char*, const char*> rows[] = {
+      {"Foo.app", "/Applications/Foo.app"},
+      {"../x/./y", "/Applications/../x/./y"},
+      {"", "/Applications"},
+      {"/a/../b/", "/a/../b"},
+      {"~/x", "/Applications/~/x"},
+      {"/", "/"},
+  };
+  const Path link("/Applications/Link.app");
+  for (const auto& [text, path] : rows) EXPECT_EQ(PathText::linkTarget(link, text).text(), path) << text;
+}
+
 }  // namespace quarn
