@@ -14,6 +14,9 @@ namespace fs = std::filesystem;
 using bench::Command;
 using bench::Contest;
 
+/// The program itself, and not the script that is on the PATH.
+const std::string quarn = "/usr/local/libexec/quarn";
+
 void heading() {
   std::printf("| what | rival | ratio | limit | time | rival's time | peak | limit |\n");
   std::printf("|---|---|---|---|---|---|---|---|\n");
@@ -64,7 +67,7 @@ void oneMove() {
   };
   print({"`move one`, 50,000 files", "`cp -a; rm -rf`", 1.15},
         bench::compete(
-            {{"quarn", "move", "one", "/Applications/Big.app", "--yes"},
+            {{quarn, "move", "one", "/Applications/Big.app", "--yes"},
              {"sh", "-c", "cp -a /Applications/Big.app /Volumes/X9/Big.app && rm -rf /Applications/Big.app"},
              7,
              fresh}));
@@ -73,9 +76,9 @@ void oneMove() {
 
 void starts() {
   const Command nothing = {"/bin/true"};
-  print({"`quarn help`", "`/bin/true`", 1.8}, bench::compete({{"quarn", "help"}, nothing, 401}));
+  print({"`quarn help`", "`/bin/true`", 1.8}, bench::compete({{quarn, "help"}, nothing, 401}));
   print({"`quarn move drives`", "`/bin/true`", 2.5},
-        bench::compete({{"quarn", "move", "drives"}, nothing, 401}));
+        bench::compete({{quarn, "move", "drives"}, nothing, 401}));
 }
 
 /// A script in the place of a tool while it lives.
@@ -123,10 +126,10 @@ void plan(const std::string& subject) {
     const std::string name = "App " + std::to_string(number);
     bench::makeApp("/Applications/" + name + ".app", "com.example.app" + std::to_string(number));
   }
-  const Command command = {"quarn", "move", "plan"};
+  const Command command = {quarn, "move", "plan"};
   const double whole = medianProcessorMilliseconds(command);
   const double sizing = medianProcessorMilliseconds({subject, "measure-each", "/Applications"});
-  const double start = medianProcessorMilliseconds({"quarn", "help"});
+  const double start = medianProcessorMilliseconds({quarn, "help"});
   bench::makeNames("/Users/me/Library/Caches", 200'000);
   const double crowded = medianProcessorMilliseconds(command);
   std::printf(

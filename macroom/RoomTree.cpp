@@ -49,6 +49,7 @@ constexpr std::array macFolders = {
     "/run",
     "/tmp",
     "/usr/local/bin",
+    "/usr/local/libexec",
     "/usr/libexec/quarn-room",
     "/var/db",
     "/var/log",
@@ -186,8 +187,20 @@ class Builder {
     copyTool(hostExecutable_, "/usr/libexec/quarn-room/quarn-room");
     for (const std::string name : {"/usr/local/bin/plug", "/usr/local/bin/unplug", innerKeeper})
       putLink("/usr/libexec/quarn-room/quarn-room", name);
-    for (const std::string& quarn : options.quarns)
-      putLink(hostInRoom + quarn, "/usr/local/bin/" + fs::path(quarn).filename().string());
+    for (const std::string& quarn : options.quarns) ownProgram(quarn);
+  }
+
+  // As where it is installed: the program and its companion beside each other, and on the PATH a script that
+  // starts the program by its path.
+  void ownProgram(const fs::path& program) {
+    const std::string name = program.filename().string();
+    putLink(hostInRoom + program.string(), "/usr/local/libexec/" + name);
+    const fs::path companion = program.parent_path() / "external-app-launcher";
+    if (fs::exists(onHost(companion.string())))
+      putLink(hostInRoom + companion.string(), "/usr/local/libexec/" + companion.filename().string());
+    const std::string script = "/usr/local/bin/" + name;
+    ownFile(script, "#!/bin/sh\nexec \"/usr/local/libexec/${0##*/}\" \"$@\"\n");
+    check(::chmod(inRoom(script).c_str(), 0755), script);
   }
 
   // A target inside a folder that is itself bound exists there already and cannot be made here.

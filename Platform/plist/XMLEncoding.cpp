@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <array>
 
-#include "Platform/Text.h"
 #include "Platform/UTF8.h"
+#include "Platform/plist/Words.h"
 
 namespace quarn::XMLEncoding {
 
@@ -80,7 +80,7 @@ std::string declaredEncoding(std::string_view bytes) {
   const auto value = declaration.substr(found + word.size());
   const bool isQuoted = value.starts_with('"') || value.starts_with('\'');
   const auto end = isQuoted ? value.find(value.front(), 1) : std::string_view::npos;
-  return end == std::string_view::npos ? "" : Text::lowercased(value.substr(1, end - 1));
+  return end == std::string_view::npos ? "" : lowercasedWord(value.substr(1, end - 1));
 }
 
 std::string decodedLatin1(std::string_view bytes) {

@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <limits>
 
-#include "Platform/Text.h"
+#include "Platform/plist/Words.h"
 #include "Platform/plist/XMLScanner.h"
 
 namespace quarn::XMLScalars {
@@ -32,7 +32,7 @@ bool takeMinus(std::string_view& text) {
 
 /// Reads a number without its sign.
 std::optional<double> magnitude(std::string_view text) {
-  const std::string word = Text::lowercased(text);
+  const std::string word = lowercasedWord(text);
   if (word == "nan") return std::numeric_limits<double>::quiet_NaN();
   if (word == "inf" || word == "infinity") return std::numeric_limits<double>::infinity();
   // strtod(3) would also accept white space, a second sign and hexadecimal numbers.

@@ -37,7 +37,7 @@ std::vector<Path> tomlURLs(const ReadOnlyPlatform& platform, const Path& root) {
 }
 
 std::vector<Path> bundledOptionURLs(const ReadOnlyPlatform& platform) {
-  // The program is <prefix>/bin/quarn, so <prefix> is two levels up.
+  // The program is <prefix>/libexec/quarn, so <prefix> is two levels up.
   const Path resources = platform.places.executable().parent().parent().appending("share/quarn");
   const Path options = resources.appending(AppStorageNames::installerOptions);
   return tomlURLs(platform, platform.files.exists(options) ? options : resources);

@@ -85,19 +85,20 @@ TEST(MoveBack, missingRightsGiveTheSudoAdviceWithTheWordsAsTyped) {
   const std::string name = "My \"odd\" $app";
   makeMoved("/Applications/" + name + ".app", moved);
   std::filesystem::permissions("/Applications", std::filesystem::perms(0555));
-  EXPECT_EQ(shown(quarn({"move", "back", name})), failed("Permission denied moving back " + name +
-                                                         ".app.\nRe-run under sudo:\n  sudo \"quarn\" move "
-                                                         "back \"" +
-                                                         name + "\""));
+  EXPECT_EQ(shown(quarn({"move", "back", name})),
+            failed("Permission denied moving back " + name +
+                   ".app.\nRe-run under sudo:\n  sudo \"/usr/local/libexec/quarn\" move "
+                   "back \"" +
+                   name + "\""));
   EXPECT_EQ(scene::target("/Applications/" + name + ".app"), moved);
 }
 
 TEST(MoveBack, theAdviceNamesTheProgramAsItWasStarted) {
   makeMoved();
   std::filesystem::permissions("/Applications", std::filesystem::perms(0555));
-  EXPECT_EQ(shown(scene::run({"/usr/local/bin/../bin/quarn", "move", "back", app})),
+  EXPECT_EQ(shown(scene::run({"/usr/local/libexec/../libexec/quarn", "move", "back", app})),
             failed("Permission denied moving back Foo.app.\nRe-run under sudo:\n"
-                   "  sudo \"/usr/local/bin/../bin/quarn\" move back \"" +
+                   "  sudo \"/usr/local/libexec/../libexec/quarn\" move back \"" +
                    app + "\""));
 }
 

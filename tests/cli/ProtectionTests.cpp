@@ -181,7 +181,8 @@ TEST(Interruption, aReaderThatStopsReadingLosesNothing) {
 TEST(Shortage, isNotTakenForAMissingTool) {
   if (isSanitized) GTEST_SKIP() << "a sanitized program needs descriptors of its own to look at its memory";
   scene::makeApp(app);
-  const scene::Run run = scene::shell("ulimit -n 6; exec quarn move one " + app + " --yes");
+  const scene::Run run =
+      scene::shell("ulimit -n 6; exec /usr/local/libexec/quarn move one " + app + " --yes");
   EXPECT_NE(
       run.out.find("FAIL: Copy failed: The operation couldn’t be completed. (NSPOSIXErrorDomain error 24.)"),
       std::string::npos)

@@ -5,7 +5,7 @@ set -u
 source=$1 cmake=$2
 copy=$(mktemp -d)
 trap 'rm -rf "$copy"' EXIT
-for part in CMakeLists.txt Platform TOMLDecoder QuarnCore QuarnCLI cmake macroom docs; do
+for part in CMakeLists.txt Platform TOMLDecoder ExternalAppLauncher packaging QuarnCore QuarnCLI cmake macroom docs; do
   cp -R "$source/$part" "$copy/"
 done
 status=0
@@ -64,6 +64,10 @@ planted Platform/posix/Spawn.cpp '#import <Foundation/Foundation.h>' "imports, w
 planted QuarnCore/discovery/InfoPlist.cpp 'int left = std::system("rm x");' "reaches past the platform"
 planted QuarnCore/discovery/InfoPlist.cpp 'int left = ::rename("x", "y");' "reaches past the platform"
 planted QuarnCore/discovery/InfoPlist.cpp 'int left = std::remove("x");' "reaches past the platform"
+planted ExternalAppLauncher/Launcher.cpp '#include "QuarnCore/discovery/LauncherShim.h"' "may not know QuarnCore/discovery"
+planted ExternalAppLauncher/linux/System.cpp '#include "Platform/posix/PathAt.h"' "may not know Platform/posix"
+planted ExternalAppLauncher/Launcher.cpp '#include <unistd.h>' "<unistd.h>, which is not on the list"
+planted QuarnCore/discovery/LauncherShim.cpp '#include "ExternalAppLauncher/Launcher.h"' "may not know ExternalAppLauncher"
 planted cmake/rooms.txt 'QuarnCore/late  QuarnCore/later' "which does not stand above it"
 sed 's/^QuarnCore\/backup .*/QuarnCore\/backup  Platform/' "$source/docs/architecture.md" >"$copy/docs/architecture.md"
 if "$source/tests/house/rooms.sh" "$copy" | grep -q 'draws another table'; then :; else fail "a drawing of another table is not noticed"; fi

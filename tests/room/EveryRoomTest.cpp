@@ -256,6 +256,18 @@ TEST_P(EveryRoom, putsQuarnOnThePath) {
   EXPECT_EQ(finished.out, "/usr/local/bin/quarn\nquarn here\n") << finished.err;
 }
 
+TEST_P(EveryRoom, startsQuarnByAPathWithItsCompanionBesideIt) {
+  const ScratchFolder host("/tmp");
+  fs::permissions(host.text(), fs::perms(0755));
+  const fs::path tool = host.at("quarn"), companion = host.at("external-app-launcher");
+  std::ofstream(tool) << "#!/bin/sh\necho \"$0\" \"$#\"; \"${0%/*}/external-app-launcher\"; exit 7\n";
+  std::ofstream(companion) << "#!/bin/sh\necho companion\n";
+  for (const fs::path& each : {tool, companion}) fs::permissions(each, fs::perms(0755));
+  const Finished finished = room("cd /tmp; quarn 'a b' ''", {"--quarn", tool.string()});
+  EXPECT_EQ(finished.out, "/usr/local/libexec/quarn 2\ncompanion\n") << finished.err;
+  EXPECT_EQ(finished.status, 7);
+}
+
 TEST_P(EveryRoom, startsApplicationsFromADriveAndShowsThemToPs) {
   const Finished finished = room(
       "m=/Volumes/X9/Foo.app/Contents/MacOS; mkdir -p $m; cp /usr/bin/sleep $m/Foo; ln -s "

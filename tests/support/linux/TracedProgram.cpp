@@ -21,6 +21,8 @@ namespace {
 
 [[noreturn]] void execute(std::vector<std::string> command) {
   becomeOrdinary();
+  // The calls of the script that is on the PATH are none of the program's.
+  if (command[0] == "quarn") command[0] = "/usr/local/libexec/quarn";
   std::vector<char*> words;
   for (std::string& word : command) words.push_back(word.data());
   words.push_back(nullptr);
