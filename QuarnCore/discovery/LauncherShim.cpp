@@ -4,28 +4,37 @@
 #include "Platform/Text.h"
 
 namespace quarn::LauncherShim {
-namespace {
 
 Path targetFile(const Path& bundle) {
   return bundle.appending("Contents/Resources/ExternalAppTarget.txt");
 }
 
-}  // namespace
+Path executable(const Path& bundle) {
+  return bundle.appending("Contents/MacOS").appending(executableName);
+}
 
 bool isExternalAppLauncher(const ReadOnlyPlatform& platform, const Path& bundle,
                            const InfoPlist::Texts& texts) {
   if (platform.files.exists(targetFile(bundle))) return true;
-  if (InfoPlist::value(texts, "CFBundleExecutable") == "ExternalAppLauncher") return true;
-  return Text::hasSuffix(InfoPlist::value(texts, "CFBundleIdentifier").value_or(""), ".externallauncher");
+  if (InfoPlist::value(texts, "CFBundleExecutable") == executableName) return true;
+  return Text::hasSuffix(InfoPlist::value(texts, "CFBundleIdentifier").value_or(""), identifierSuffix);
+}
+
+std::optional<std::string> targetText(std::string_view bytes) {
+  const auto text = Text::decodingFile(bytes);
+  if (!text) return std::nullopt;
+  return Text::trimmingWhitespaceAndNewlines(*text);
+}
+
+std::optional<std::string> recordedTarget(const ReadOnlyPlatform& platform, const Path& bundle) {
+  const auto bytes = platform.files.read(targetFile(bundle));
+  return bytes ? targetText(*bytes) : std::nullopt;
 }
 
 std::optional<Path> target(const ReadOnlyPlatform& platform, const Path& bundle) {
-  const auto bytes = platform.files.read(targetFile(bundle));
-  const auto text = bytes ? Text::decodingFile(*bytes) : std::nullopt;
-  if (!text) return std::nullopt;
-  const std::string trimmed = Text::trimmingWhitespaceAndNewlines(*text);
-  if (trimmed.empty()) return std::nullopt;
-  const Path path = platform.files.standardized(PathText::fileURL(platform.places, trimmed));
+  const auto text = recordedTarget(platform, bundle);
+  if (!text || text->empty()) return std::nullopt;
+  const Path path = platform.files.standardized(PathText::fileURL(platform.places, *text));
   if (!platform.files.exists(path)) return std::nullopt;
   return path;
 }

@@ -6,6 +6,7 @@
 #include "QuarnCore/discovery/RunningAppsDetector.h"
 #include "QuarnCore/foundation/SizeCalculator.h"
 #include "QuarnCore/foundation/Turn.h"
+#include "QuarnCore/launchers/NestedAppLauncherService.h"
 #include "QuarnCore/move/ChosenVolume.h"
 #include "QuarnCore/move/HealthManifest.h"
 #include "QuarnCore/move/Homecoming.h"
@@ -140,6 +141,7 @@ void moveAndLink(Platform& platform, const Path& source, const Path& destination
   removeSource(platform, source, claim, obstacle);
   link(platform, source, destination);
   record(platform, source, destination, needed);
+  NestedAppLauncherService::installLaunchers(platform, source, destination, InstallerRunReporter::silent());
 }
 
 void restore(Platform& platform, const Path& link) {

@@ -13,7 +13,8 @@ namespace quarn::MoverEngine {
 using StatusCallback = std::function<void(const JobStatus&)>;
 
 /// Moves an item into `destinationParent` under its own name, leaves a link in its place and records the
-/// move. With `quitRunning` a running application is asked to quit first. Throws `MoveRefused`, `MoverError`
+/// move. If it was a folder in /Applications, each application in it gets a launcher there, as far as that
+/// works. With `quitRunning` a running application is asked to quit first. Throws `MoveRefused`, `MoverError`
 /// or the platform's error. Blocks until the copy is complete. `progress` may be empty.
 void moveAndLink(Platform& platform, const Path& source, const Path& destinationParent, bool quitRunning,
                  const StatusCallback& status, const ProgressCallback& progress);

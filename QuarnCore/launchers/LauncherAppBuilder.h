@@ -1,0 +1,17 @@
+#pragma once
+
+#include "Platform/Platform.h"
+#include "QuarnCore/foundation/InstallerRunReporter.h"
+
+/// Builds launchers: small bundles with the name and the icon of an application elsewhere, which they open.
+namespace quarn::LauncherAppBuilder {
+
+/// Makes `launcher` a launcher for the application `target`; the name, the versions and the icon come from
+/// `sourceApp`. A launcher that opens `target` already is only registered again. Anything else at the path is
+/// moved aside first, a link as a link. The new launcher appears at its path when it is complete; it never
+/// replaces anything and is never written into a folder that was there. What a failure leaves of it is moved
+/// aside, too. Throws, but not if the launcher can't be signed or registered.
+void install(Platform& platform, const Path& sourceApp, const Path& launcher, const Path& target,
+             const InstallerRunReporter& reporter);
+
+}  // namespace quarn::LauncherAppBuilder
