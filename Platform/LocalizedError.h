@@ -9,8 +9,8 @@ namespace quarn {
 /// reader, which doesn't depend on this program, throws its own.)
 class LocalizedError : public std::exception {
  public:
-  /// Returns the sentence to show. It is never empty. It has no line feed at the end, unless it is what a tool
-  /// wrote to standard error.
+  /// Returns the sentence to show. It is never empty. It has no line feed at the end, unless it is what a
+  /// tool wrote to standard error.
   virtual const std::string& localizedDescription() const noexcept = 0;
 
   /// Returns the same sentence, for code that catches `std::exception`.

@@ -211,8 +211,9 @@ struct Detaching : DiskImage {
     DiskImageMounter::detach(tools.platform(), {image, paths(mountPoints), devices});
     Words found;
     for (const Words& call : tools.calls) {
-      EXPECT_EQ(call.size(), 4u);
-      EXPECT_EQ(call[0] + " " + call[1] + " " + call[3], "/usr/bin/hdiutil detach -quiet");
+      if (call.size() != 4 || call[0] + " " + call[1] + " " + call[3] != "/usr/bin/hdiutil detach -quiet") {
+        return {"other words"};
+      }
       found.push_back(call[2]);
     }
     return found;
