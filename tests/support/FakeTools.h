@@ -1,5 +1,6 @@
 #pragma once
 
+#include <csignal>
 #include <map>
 #include <memory>
 #include <string>
@@ -30,7 +31,7 @@ class FakeTools : public Processes {
     if (!answer) return CocoaError::toolNotStarted(executable);
     return std::unique_ptr<Child>(std::make_unique<Answering>(*answer));
   }
-  std::vector<int> lineage() const override { return {}; }
+  std::vector<int> lineage() const override { return hostPlatform().processes.lineage(); }
 
   /// How long the tools that hung were waited for, all together.
   double secondsWaited() const { return clock.seconds(); }
@@ -46,11 +47,8 @@ class FakeTools : public Processes {
     explicit Answering(Answer answer) : answer_(std::move(answer)), runs_(answer_.hangs) {}
     bool isRunning() override { return runs_; }
     int waitForExit() override { return answer_.status; }
-    void terminate() override {
-      runs_ = false;
-      answer_.status = 15;
-    }
-    void kill() override { runs_ = false; }
+    void terminate() override { end(SIGTERM); }
+    void kill() override { end(SIGKILL); }
     void readToEnd(const OutputSink& output, const OutputSink& error) override {
       output(answer_.output);
       error(answer_.error);
@@ -60,6 +58,11 @@ class FakeTools : public Processes {
     }
 
    private:
+    void end(int signal) {
+      if (runs_) answer_.status = signal;
+      runs_ = false;
+    }
+
     Answer answer_;
     bool runs_;
   };

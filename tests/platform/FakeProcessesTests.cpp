@@ -3,6 +3,7 @@
 #include "Platform/HostPlatform.h"
 #include "tests/platform/Subject.h"
 #include "tests/support/FakePs.h"
+#include "tests/support/FakeTools.h"
 
 namespace quarn::contract {
 namespace {
@@ -13,11 +14,17 @@ std::shared_ptr<quarn::Processes> theHosts() {
   return notOwned(hostPlatform().processes);
 }
 /// Gives every tool the answer that the tool below gives.
-std::shared_ptr<quarn::Processes> fake() {
+std::shared_ptr<quarn::Processes> fakePs() {
   const auto processes = std::make_shared<doubles::FakePs>("list\n");
   processes->numbered = "list\n";
   processes->status = 3;
   processes->ancestors = {::getpid(), ::getppid()};
+  return processes;
+}
+/// Gives the tool below its answer.
+std::shared_ptr<quarn::Processes> fakeTools() {
+  const auto processes = std::make_shared<doubles::FakeTools>();
+  processes->answers["/bin/sh -c echo"] = {.status = 3, .output = "list\n"};
   return processes;
 }
 
@@ -29,7 +36,9 @@ class Tool : public testing::TestWithParam<ToolSubject> {
   }
   std::shared_ptr<quarn::Processes> processes_ = GetParam().make();
 };
-INSTANTIATE_TEST_SUITE_P(, Tool, testing::Values(ToolSubject{"Host", theHosts}, ToolSubject{"FakePs", fake}),
+INSTANTIATE_TEST_SUITE_P(, Tool,
+                         testing::Values(ToolSubject{"Host", theHosts}, ToolSubject{"FakePs", fakePs},
+                                         ToolSubject{"FakeTools", fakeTools}),
                          nameOf<ToolSubject>);
 
 TEST_P(Tool, handsOverAllItWrites) {
@@ -65,6 +74,38 @@ TEST(FakePs, failsLikeATool) {
   processes.startable = false;
   EXPECT_EQ(code(processes.start(Path("/bin/ps"), {}, OutputStreams::separate)),
             CocoaErrorCode::fileNoSuchFile);
+}
+
+TEST(FakeTools, givesTheAnswerWithTheLongestKeyThatTheCommandBeginsWith) {
+  doubles::FakeTools tools;
+  tools.answers["/bin/a"] = {.status = 1};
+  tools.answers["/bin/a b"] = {.status = 2};
+  const auto status = [&tools](const std::vector<std::string>& arguments) {
+    return tools.start(Path("/bin/a"), arguments, OutputStreams::separate).orThrow()->waitForExit();
+  };
+  EXPECT_EQ(status({}), 1);
+  EXPECT_EQ(status({"c"}), 1);
+  EXPECT_EQ(status({"b", "c"}), 2);
+  EXPECT_EQ(tools.calls.back(), (std::vector<std::string>{"/bin/a", "b", "c"}));
+}
+
+TEST(FakeTools, whatHangsRunsUntilItIsToldToEnd) {
+  doubles::FakeTools tools;
+  tools.answers["/bin/a"] = {.hangs = true};
+  for (const bool killed : {false, true}) {
+    const auto tool = tools.start(Path("/bin/a"), {}, OutputStreams::separate).orThrow();
+    EXPECT_TRUE(tool->isRunning());
+    killed ? tool->kill() : tool->terminate();
+    EXPECT_FALSE(tool->isRunning());
+    EXPECT_EQ(tool->waitForExit(), killed ? 9 : 15);
+  }
+}
+
+TEST(FakeTools, aCommandWithoutAnAnswerIsAToolThatIsMissing) {
+  doubles::FakeTools tools;
+  const auto started = tools.start(Path("/bin/nope"), {}, OutputStreams::separate);
+  EXPECT_EQ(code(started), CocoaErrorCode::fileNoSuchFile);
+  EXPECT_EQ(started.error().description, "The file “nope” doesn’t exist.");
 }
 
 }  // namespace
