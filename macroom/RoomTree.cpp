@@ -165,16 +165,18 @@ class Builder {
     check(::symlink("/proc/self/mounts", inRoom("/etc/mtab").c_str()), "/etc/mtab");
   }
 
-  // One copy to be replaced by tests, one that stays.
+  // One copy at its own path, to be replaced by tests, and one that stays.
   void standIns() {
     std::error_code error;
-    const fs::path folder = fs::path(hostExecutable_).parent_path() / "room-tools";
-    for (const auto& entry : fs::directory_iterator(folder, error)) {
-      const std::string name = entry.path().filename().string();
-      copyTool(entry.path().string(), "/usr/bin/" + name);
-      copyTool(entry.path().string(), "/usr/libexec/quarn-room/" + name);
+    const fs::path tree = fs::path(hostExecutable_).parent_path() / "stand-ins";
+    for (const auto& entry : fs::recursive_directory_iterator(tree, error)) {
+      if (!entry.is_regular_file()) continue;
+      const fs::path path = "/" / entry.path().lexically_relative(tree);
+      makeFolders(inRoom(path.parent_path().string()));
+      copyTool(entry.path().string(), path.string());
+      copyTool(entry.path().string(), "/usr/libexec/quarn-room/" + path.filename().string());
     }
-    if (error) throw RoomError(folder.string() + ": " + error.message());
+    if (error) throw RoomError(tree.string() + ": " + error.message());
   }
 
   void putLink(const std::string& target, const std::string& at) {

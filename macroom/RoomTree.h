@@ -31,8 +31,8 @@ namespace RoomTree {
 
 /// Makes the Mac's folders, the folders of tools, /etc and the stand-ins below `site.root`, and tells what
 /// has yet to be bound, in this order; each `to` exists already. `executable` is the running quarn-room on
-/// the host; the stand-ins are all files of the folder `room-tools` beside it. `uid` and `gid` are those
-/// inside the room. Throws RoomError.
+/// the host; the stand-ins are all files of the tree `stand-ins` beside it, each at its path in the room.
+/// `uid` and `gid` are those inside the room. Throws RoomError.
 std::vector<Bind> build(const RoomSite& site, const Options& options, const std::string& executable,
                         unsigned uid, unsigned gid);
 

@@ -3,14 +3,12 @@
 #include <algorithm>
 #include <chrono>
 #include <fstream>
-#include <gtest/gtest.h>
 #include <signal.h>
-#include <sstream>
 #include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
 
-#include "TestRoom.h"
+#include "RoomCase.h"
 
 namespace quarn::tests {
 
@@ -18,24 +16,9 @@ namespace fs = std::filesystem;
 
 namespace {
 
-class EveryRoom : public testing::TestWithParam<Way> {
- protected:
-  void SetUp() override {
-    const std::string reason = room.whyNot();
-    if (!reason.empty()) GTEST_SKIP() << reason;
-    const Finished finished = room("echo $QUARN_ROOM");
-    ASSERT_EQ(finished.out, GetParam() == Way::proot ? "proot\n" : "mounts\n") << finished.err;
-  }
+class EveryRoom : public RoomCase {};
 
-  TestRoom room{GetParam()};
-};
-
-INSTANTIATE_TEST_SUITE_P(Way, EveryRoom, testing::Values(Way::mounts, Way::userNamespace, Way::proot),
-                         [](const auto& way) {
-                           std::ostringstream name;
-                           name << way.param;
-                           return name.str();
-                         });
+INSTANTIATE_TEST_SUITE_P(Way, EveryRoom, everyWay, nameOf);
 
 /// A file of /etc that the room doesn't make by itself. Which ones a host has differs: a bare Debian has no
 /// /etc/hosts.

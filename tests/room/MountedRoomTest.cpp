@@ -1,32 +1,14 @@
 // What only a room of real mounts can give.
 
-#include <gtest/gtest.h>
-#include <sstream>
-
-#include "TestRoom.h"
+#include "RoomCase.h"
 
 namespace quarn::tests {
 
 namespace {
 
-class MountedRoom : public testing::TestWithParam<Way> {
- protected:
-  void SetUp() override {
-    const std::string reason = room.whyNot();
-    if (!reason.empty()) GTEST_SKIP() << reason;
-    const Finished finished = room("echo $QUARN_ROOM");
-    ASSERT_EQ(finished.out, "mounts\n") << finished.err;
-  }
+class MountedRoom : public RoomCase {};
 
-  TestRoom room{GetParam()};
-};
-
-INSTANTIATE_TEST_SUITE_P(Way, MountedRoom, testing::Values(Way::mounts, Way::userNamespace),
-                         [](const auto& way) {
-                           std::ostringstream name;
-                           name << way.param;
-                           return name.str();
-                         });
+INSTANTIATE_TEST_SUITE_P(Way, MountedRoom, testing::Values(Way::mounts, Way::userNamespace), nameOf);
 
 }  // namespace
 

@@ -6,8 +6,8 @@
 #include <filesystem>
 #include <fstream>
 #include <grp.h>
-#include <iterator>
 #include <sched.h>
+#include <sstream>
 #include <sys/file.h>
 #include <sys/mount.h>
 #include <sys/prctl.h>
@@ -43,7 +43,8 @@ std::ostream& operator<<(std::ostream& out, Way way) {
 TestRoom::TestRoom(Way way) : way_(way) {
   fs::permissions(folder_.text(), fs::perms(0755));
   fs::copy(QUARN_ROOM, folder_.at("quarn-room"));
-  fs::copy(fs::path(QUARN_ROOM).parent_path() / "room-tools", folder_.at("room-tools"));
+  fs::copy(fs::path(QUARN_ROOM).parent_path() / "stand-ins", folder_.at("stand-ins"),
+           fs::copy_options::recursive);
 }
 
 // Asked of the kernel and not of quarn-room, whose failure must not look like a machine that forbids rooms.
@@ -101,9 +102,10 @@ std::vector<pid_t> processesWith(const std::string& text) {
   for (const auto& entry : fs::directory_iterator("/proc", error)) {
     const int pid = std::atoi(entry.path().filename().c_str());
     if (pid <= 0 || pid == ::getpid()) continue;
-    std::ifstream file(entry.path() / "cmdline", std::ios::binary);
-    const std::string line((std::istreambuf_iterator<char>(file)), {});
-    if (line.find(text) != std::string::npos) found.push_back(pid);
+    const std::ifstream file(entry.path() / "cmdline", std::ios::binary);
+    std::ostringstream line;
+    line << file.rdbuf();  // of a process that ends meanwhile nothing can be read
+    if (line.str().find(text) != std::string::npos) found.push_back(pid);
   }
   return found;
 }
