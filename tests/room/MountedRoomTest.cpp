@@ -48,4 +48,16 @@ TEST_P(MountedRoom, keepsAllRightsWhenAsked) {
   EXPECT_EQ(finished.status, 0) << finished.err;
 }
 
+TEST_P(MountedRoom, attachesAnImageAsAFileSystemOfItsOwnThatIsBusyWhileAFileOfItIsOpen) {
+  if (!hasBsdtar()) GTEST_SKIP() << "bsdtar is not installed (libarchive-tools)";
+  const Finished finished = play(
+      "mkdir in; echo a >in/a; bsdtar -cf I.dmg --format zip in; hdiutil attach I.dmg -plist >list; "
+      "mountpoint "
+      "/Volumes/I; exec 3</Volumes/I/in/a; status hdiutil detach /dev/disk4; cat <&3; exec 3<&-; status "
+      "hdiutil "
+      "detach /Volumes/I");
+  EXPECT_EQ(finished.out, "/Volumes/I is a mountpoint\n16\na\n\"disk4\" ejected.\n0\n");
+  EXPECT_EQ(finished.err, "hdiutil: couldn't unmount \"disk4\" - Resource busy\n");
+}
+
 }  // namespace quarn::tests

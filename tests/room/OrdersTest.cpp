@@ -15,15 +15,22 @@ struct Tool {
 };
 
 const std::string scene =
-    "cd /tmp; app A.app; codesign -f -s - A.app; echo t >A.app/Contents/CodeResources; echo a >a\n";
+    "cd /tmp; bsdtar -cf A.zip --format zip /etc/passwd 2>/dev/null; cp A.zip A.dmg; app A.app; codesign -f "
+    "-s - A.app; echo t >A.app/Contents/CodeResources; echo a >a\n";
 
 const Tool tools[] = {
     {"codesign", "codesign -dv A.app", "-dv"},
+    {"hdiutil", "hdiutil attach A.dmg -plist", "attach"},
     {"tmutil", "tmutil listlocalsnapshots /", "listlocalsnapshots"},
 };
 
 class Orders : public RoomCase {
  protected:
+  void SetUp() override {
+    if (!hasBsdtar()) GTEST_SKIP() << "bsdtar is not installed (libarchive-tools)";
+    RoomCase::SetUp();
+  }
+
   Finished ordered(const Tool& tool, const std::string& orders, const std::string& script) const {
     return play(scene + "told " + tool.name + " " + orders + "\n" + script);
   }
