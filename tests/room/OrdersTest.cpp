@@ -20,6 +20,8 @@ const std::string scene =
 
 const Tool tools[] = {
     {"codesign", "codesign -dv A.app", "-dv"},
+    {"ditto", "ditto --rsrc a b", "--rsrc"},
+    {"ditto", "ditto -x -k A.zip b", "-x"},
     {"hdiutil", "hdiutil attach A.dmg -plist", "attach"},
     {"tmutil", "tmutil listlocalsnapshots /", "listlocalsnapshots"},
 };
