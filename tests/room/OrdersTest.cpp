@@ -1,143 +1,126 @@
 // Every stand-in takes the same orders.
 
-#include <chrono>
-
 #include "RoomCase.h"
 
 namespace quarn::tests {
 
 namespace {
 
-struct Tool {
-  std::string name;
-  std::string run;   // ends with status 0 after `scene`
-  std::string word;  // one of the words of `run`
-};
-
-const std::string scene =
-    "cd /tmp; bsdtar -cf A.zip --format zip /etc/passwd 2>/dev/null; cp A.zip A.dmg; app A.app; codesign -f "
-    "-s - A.app; echo t >A.app/Contents/CodeResources; echo a >a\n";
-
-const Tool tools[] = {
-    {"codesign", "codesign -dv A.app", "-dv"},
-    {"ditto", "ditto --rsrc a b", "--rsrc"},
-    {"ditto", "ditto -x -k A.zip b", "-x"},
-    {"hdiutil", "hdiutil attach A.dmg -plist", "attach"},
-    {"tmutil", "tmutil listlocalsnapshots /", "listlocalsnapshots"},
-};
-
 class Orders : public RoomCase {
  protected:
-  void SetUp() override {
-    if (!hasBsdtar()) GTEST_SKIP() << "bsdtar is not installed (libarchive-tools)";
-    RoomCase::SetUp();
+  /// One tool stands for all, since they all obey through the same script.
+  Finished ordered(const std::string& orders, const std::string& script) const {
+    return play("cd /tmp; told tmutil " + orders + "\n" + script);
   }
 
-  Finished ordered(const Tool& tool, const std::string& orders, const std::string& script) const {
-    return play(scene + "told " + tool.name + " " + orders + "\n" + script);
+  /// Calls the shell function `before` with the name of each tool, runs it, and prints its name and status.
+  Finished eachTool(const std::string& before) const {
+    return play(
+        "cd /tmp; bsdtar -cf A.zip --format zip /etc/passwd; cp A.zip A.dmg; echo a >a; app A.app\n"
+        "codesign -s 'Developer ID Application: Foo' A.app; echo t >A.app/Contents/CodeResources\n" +
+        before +
+        "\nrun() { before \"${1##*/}\"; \"$@\" >out 2>err; echo \"${1##*/} $?\"; }\n"
+        "run codesign -dv A.app; run ditto a b; run ditto -x -k A.zip d; run hdiutil attach A.dmg -plist\n"
+        "run /System/Library/Frameworks/CoreServices.framework/Frameworks/LaunchServices.framework/Support/"
+        "lsregister -f A.app\n"
+        "run mdutil -s /; run spctl -a -vv A.app; run tmutil localsnapshot; run xcrun stapler validate "
+        "A.app");
+  }
+
+  static std::string eachWith(const std::string& status) {
+    std::string lines;
+    for (const std::string tool :
+         {"codesign", "ditto", "ditto", "hdiutil", "lsregister", "mdutil", "spctl", "tmutil", "xcrun"})
+      lines += tool + " " + status + "\n";
+    return lines;
   }
 };
 
 INSTANTIATE_TEST_SUITE_P(Way, Orders, everyWay, nameOf);
 
+const std::string list = "tmutil listlocalsnapshots /";
+
 }  // namespace
 
-TEST_P(Orders, changeNothingWhereThereAreNone) {
-  for (const Tool& tool : tools) EXPECT_EQ(play(scene + tool.run).status, 0) << tool.name;
+TEST_P(Orders, areObeyedByEveryTool) {
+  if (!hasBsdtar()) GTEST_SKIP() << "bsdtar is not installed (libarchive-tools)";
+  EXPECT_EQ(eachTool("before() { told $1 'fail 7'; }").out, eachWith("7"));
+}
+
+TEST_P(Orders, areNotNeededByAnyToolNorTheRoomsOtherTools) {
+  if (!hasBsdtar()) GTEST_SKIP() << "bsdtar is not installed (libarchive-tools)";
+  const std::string spoilt =
+      "for t in find du ps sed; do rm /usr/bin/$t; printf '#!/bin/sh\\nexit 9\\n' >/usr/bin/$t; "
+      "chmod 755 /usr/bin/$t; done\n";
+  EXPECT_EQ(eachTool("before() { :; }\n" + spoilt).out, eachWith("0"));
 }
 
 TEST_P(Orders, letAToolFailWithAStatusAndAText) {
-  for (const Tool& tool : tools) {
-    const Finished finished = ordered(tool, "'fail 7 It  broke: \"why\".'", tool.run);
-    EXPECT_EQ(finished.status, 7) << tool.name;
-    EXPECT_EQ(finished.out, "");
-    EXPECT_EQ(finished.err, "It  broke: \"why\".\n");
-    EXPECT_EQ(ordered(tool, "'fail 3'", tool.run).err, "");
-  }
+  const Finished finished = ordered("'fail 7 It  broke: \"why\".'", list);
+  EXPECT_EQ(finished.status, 7);
+  EXPECT_EQ(finished.out, "");
+  EXPECT_EQ(finished.err, "It  broke: \"why\".\n");
+  EXPECT_EQ(ordered("'fail 3'", list).err, "");
 }
 
 TEST_P(Orders, letAToolWriteLinesOfItsOwnFirst) {
-  for (const Tool& tool : tools) {
-    const Finished finished = ordered(tool, "'# a note' '' 'out one' 'err two' 'fail 0'", tool.run);
-    EXPECT_EQ(finished.out, "one\n") << tool.name;
-    EXPECT_EQ(finished.err, "two\n");
-    EXPECT_EQ(finished.status, 0);
-  }
+  const Finished finished = ordered("'# a note' '' 'out one' 'err two' 'out a  \"b\"\\c' 'fail 0'", list);
+  EXPECT_EQ(finished.out, "one\na  \"b\"\\c\n");
+  EXPECT_EQ(finished.err, "two\n");
+  EXPECT_EQ(finished.status, 0);
+  EXPECT_EQ(ordered("'out one'", list).out, "one\nSnapshots for disk /:\n");
 }
 
 TEST_P(Orders, letAToolFloodBothOutputs) {
-  for (const Tool& tool : tools) {
-    const Finished finished = ordered(tool, "'flood 1' 'fail 2'", tool.run);
-    EXPECT_EQ(finished.out, std::string(1 << 20, 'x')) << tool.name;
-    EXPECT_EQ(finished.err, finished.out);
-  }
+  const Finished finished = ordered("'flood 3' 'fail 2'", list);
+  EXPECT_TRUE(finished.out == std::string(3 << 20, 'x')) << finished.out.size();
+  EXPECT_TRUE(finished.err == finished.out) << finished.err.size();
 }
 
 TEST_P(Orders, letAToolWait) {
-  for (const Tool& tool : tools) {
-    const Finished finished =
-        ordered(tool, "'wait-until /tmp/go'",
-                "(" + tool.run + " >/dev/null 2>&1; echo ended) & sleep 0.2; echo going; touch go; wait");
-    EXPECT_EQ(finished.out, "going\nended\n") << tool.name;
-  }
+  const Finished finished =
+      ordered("'wait-until /tmp/go now'",
+              "(" + list + " >list; echo ended) & sleep 0.3; echo going; touch 'go now'; wait; cat list");
+  EXPECT_EQ(finished.out, "going\nended\nSnapshots for disk /:\n");
 }
 
 TEST_P(Orders, letAToolHangUntilItIsAskedToEnd) {
-  for (const Tool& tool : tools)
-    EXPECT_EQ(ordered(tool, "hang", "timeout 0.2 " + tool.run).status, 124) << tool.name;
+  EXPECT_EQ(ordered("hang", "timeout 0.3 " + list).status, 124);
 }
 
+// timeout(1) says 137 and not 124 where the first signal did not do.
 TEST_P(Orders, letAToolHangUntilItIsKilled) {
-  for (const Tool& tool : tools) {
-    // It says 137 and not 124 where the first signal did not do.
-    EXPECT_EQ(ordered(tool, "'hang deaf'", "timeout -k 0.2 0.2 " + tool.run).status, 137) << tool.name;
-  }
+  EXPECT_EQ(ordered("'hang deaf'", "timeout -k 0.3 0.3 " + list).status, 137);
 }
 
 TEST_P(Orders, recordWhatAToolWasGiven) {
-  for (const Tool& tool : tools) {
-    const Finished finished =
-        ordered(tool, "'record /tmp/calls' 'fail 0'", tool.run + "; " + tool.run + " 'a  b'; cat calls");
-    std::string words = tool.run.substr(tool.run.find(' '));
-    for (char& c : words)
-      if (c == ' ') c = '\t';
-    EXPECT_EQ(finished.out, tool.name + words + "\n" + tool.name + words + "\ta  b\n");
-  }
+  EXPECT_EQ(ordered("'record /tmp/calls'",
+                    list + " >list; tmutil localsnapshot 'a  b' '' >list; tmutil 2>list; cat calls")
+                .out,
+            "tmutil\tlistlocalsnapshots\t/\ntmutil\tlocalsnapshot\ta  b\t\ntmutil\n");
 }
 
 TEST_P(Orders, holdForTheWordsThatTheyName) {
-  for (const Tool& tool : tools) {
-    EXPECT_EQ(ordered(tool, "'on --other fail 9'", tool.run).status, 0) << tool.name;
-    EXPECT_EQ(ordered(tool, "'on " + tool.word + " fail 9'", tool.run).status, 9);
-    EXPECT_EQ(ordered(tool, "'on " + tool.word.substr(0, 2) + "* fail 9'", tool.run).status, 9);
-  }
+  const std::pair<std::string, int> patterns[] = {
+      {"localsnapshot", 0}, {"list*", 9}, {"/", 9}, {"tmutil", 0}, {"[!/]", 0}};
+  for (const auto& [pattern, status] : patterns)
+    EXPECT_EQ(ordered("'on " + pattern + " fail 9'", list).status, status) << pattern;
 }
 
 TEST_P(Orders, holdOnceWhenTheySaySo) {
-  for (const Tool& tool : tools) {
-    const Finished finished =
-        ordered(tool, "'once on --other fail 8' 'once fail 9' 'once fail 9'",
-                "for i in 1 2 3; do " + tool.run + " >/dev/null 2>&1; echo $?; done; cat /var/db/*tools/*");
-    EXPECT_EQ(finished.out, "9\n9\n0\nonce on --other fail 8\n") << tool.name;
-  }
+  EXPECT_EQ(ordered("'once on --other fail 8' 'once fail 9' 'once fail 9'",
+                    "for i in 1 2 3; do status " + list +
+                        " | tail -1; done; status tmutil --other | tail -1; cat /var/db/*tools/*")
+                .out,
+            "9\n9\n0\n8\n");
 }
 
 TEST_P(Orders, areRefusedWhenMisspelt) {
-  for (const Tool& tool : tools) {
-    const Finished finished = ordered(tool, "'fial 1'", tool.run);
-    EXPECT_EQ(finished.status, 99);
-    EXPECT_EQ(finished.err,
-              tool.name + ": unknown order in /var/db/quarn-room-tools/" + tool.name + ": fial 1\n");
+  for (const std::string order : {"fial 1", "once fial 1", "on / fial 1", "offline"}) {
+    const Finished finished = ordered("'" + order + "'", list);
+    EXPECT_EQ(finished.status, 99) << order;
+    EXPECT_EQ(finished.err, "tmutil: unknown order in /var/db/quarn-room-tools/tmutil: " + order + "\n");
   }
-}
-
-TEST_P(Orders, holdWhateverStandsInThePlaceOfOtherTools) {
-  for (const Tool& tool : tools)
-    EXPECT_EQ(
-        play(scene + "for t in find du ps; do printf '#!/bin/sh\\nexit 9\\n' >/usr/bin/$t; done; " + tool.run)
-            .status,
-        0)
-        << tool.name;
 }
 
 }  // namespace quarn::tests
