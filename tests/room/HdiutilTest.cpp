@@ -69,15 +69,19 @@ TEST_P(Hdiutil, printsThePropertyListOfTheRealTool) {
 }
 
 TEST_P(Hdiutil, mountsTheContentForReadingOnly) {
-  const Finished finished = imaged(
-      "hdiutil attach I.dmg $at >list; cd /Volumes/VOLUME; find . | sort; cat 'My Foo.app/Contents/a'; "
-      "readlink "
-      "Applications; touch new; touch 'My Foo.app/new'; rm Applications; grep -c '^/dev/disk4s1 "
-      "/Volumes/VOLUME "
-      "tmpfs ro' /etc/mtab; ls");
-  EXPECT_EQ(finished.out,
-            ".\n./Applications\n./My Foo.app\n./My Foo.app/Contents\n./My Foo.app/Contents/a\ntext\n"
-            "/Applications\n1\nApplications\nMy Foo.app\n");
+  // An ISO 9660 image holds no right to write; an archive does.
+  for (const std::string make : {"image VOLUME.dmg", "bsdtar -cf VOLUME.dmg --format zip -C in ."}) {
+    const Finished finished = imaged(
+        make +
+        "; hdiutil attach VOLUME.dmg $at >list; cd /Volumes/VOLUME; touch new; touch 'My Foo.app/new'; "
+        "echo new >'My Foo.app/Contents/a'; rm Applications; find . | sort; cat 'My Foo.app/Contents/a'; "
+        "readlink "
+        "Applications; grep -c '^/dev/disk4s1 /Volumes/VOLUME tmpfs ro' /etc/mtab");
+    EXPECT_EQ(finished.out,
+              ".\n./Applications\n./My Foo.app\n./My Foo.app/Contents\n./My Foo.app/Contents/a\ntext\n"
+              "/Applications\n1\n")
+        << make << finished.err;
+  }
 }
 
 TEST_P(Hdiutil, detachesByMountPointOrByAnyDevice) {
