@@ -48,11 +48,15 @@ void tellOfWaiting() {
   wasTold = true;
 }
 
-bool confirms() {
-  write(stdout, "Proceed? [y/N] ");
+std::string answer(std::string_view question) {
+  write(stdout, question);
   std::fflush(stdout);
-  const std::string answer = Text::lowercased(readLine());
-  if (answer == "y" || answer == "yes") return true;
+  return readLine();
+}
+
+bool confirms() {
+  const std::string said = Text::lowercased(answer("Proceed? [y/N] "));
+  if (said == "y" || said == "yes") return true;
   print("aborted.");
   return false;
 }

@@ -16,6 +16,8 @@ void writeError(std::string_view text);
 bool allWasWritten();
 /// Says on standard error that another run has the turn; once a run.
 void tellOfWaiting();
+/// Asks a question and returns the line that is answered, without its line feed; empty at the end of input.
+std::string answer(std::string_view question);
 /// "Proceed? [y/N] "; true for "y" and "yes" in any letter case. Otherwise, and at the end of input,
 /// prints "aborted.".
 bool confirms();

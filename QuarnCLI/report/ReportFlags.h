@@ -4,6 +4,7 @@
 
 #include "QuarnCLI/Command.h"
 #include "QuarnCLI/FlagNames.h"
+#include "QuarnCLI/Invocation.h"
 #include "QuarnCLI/report/InstallOutputFormat.h"
 
 /// The flag by which the form of a report is chosen, for all the groups that have reports.
@@ -21,5 +22,11 @@ inline constexpr Flag format{
     .choices = forms,
     .meaning = "the form of the report",
 };
+
+/// The chosen form, or `otherwise` if none or an unknown one was given.
+inline InstallOutputFormat chosen(const CLIArgs& args, InstallOutputFormat otherwise) {
+  const auto given = args.value(format);
+  return given ? fromRawValue<InstallOutputFormat>(*given).value_or(otherwise) : otherwise;
+}
 
 }  // namespace quarn::ReportFlags

@@ -11,6 +11,18 @@ std::string q(std::string_view text) {
   return quoted + "\"";
 }
 
+std::string singleLine(std::string_view text) {
+  std::string quoted;
+  for (const char byte : q(text)) {
+    if (byte == '\n') {
+      quoted += "\\n";
+    } else {
+      quoted += byte;
+    }
+  }
+  return quoted;
+}
+
 std::string array(std::string_view key, const std::vector<std::string>& values) {
   std::string line = std::string(key) + " = [";
   for (std::size_t i = 0; i < values.size(); ++i) line += (i > 0 ? ", " : "") + q(values[i]);

@@ -10,6 +10,9 @@ namespace quarn::TOMLFormatter {
 /// breaks the line.
 std::string q(std::string_view text);
 
+/// The same, with line feeds escaped, too.
+std::string singleLine(std::string_view text);
+
 /// `key = ["a", "b"]`.
 std::string array(std::string_view key, const std::vector<std::string>& values);
 

@@ -34,20 +34,49 @@ struct HealthIssue {
   bool operator==(const HealthIssue&) const = default;
 };
 
+/// What a kind means to a person, and what its repair does.
+struct HealthKindRow {
+  HealthIssue::Kind value;
+  std::string_view rawValue;
+  std::string_view meaning;
+  std::string_view repair;  ///< empty if there is none
+};
+
 template <>
-inline constexpr auto rawValueRows<HealthIssue::Kind> = std::to_array<RawValueRow<HealthIssue::Kind>>({
-    {HealthIssue::Kind::healthy, "healthy"},
-    {HealthIssue::Kind::dangling, "dangling"},
-    {HealthIssue::Kind::empty, "empty"},
-    {HealthIssue::Kind::corrupted, "corrupted"},
-    {HealthIssue::Kind::reverted, "reverted"},
-    {HealthIssue::Kind::orphan, "orphan"},
-    {HealthIssue::Kind::missingTrackedFiles, "missingTrackedFiles"},
-    {HealthIssue::Kind::missingSpotlightLaunchers, "missingSpotlightLaunchers"},
-    {HealthIssue::Kind::brokenLauncher, "brokenLauncher"},
-    {HealthIssue::Kind::signatureBroken, "signatureBroken"},
-    {HealthIssue::Kind::unsafePrefsPlist, "unsafePrefsPlist"},
-    {HealthIssue::Kind::sandboxExternalSymlink, "sandboxExternalSymlink"},
+inline constexpr auto rawValueRows<HealthIssue::Kind> = std::to_array<HealthKindRow>({
+    {HealthIssue::Kind::healthy, "healthy", "a link in /Applications leads to a complete application", ""},
+    {HealthIssue::Kind::dangling, "dangling",
+     "a link leads to nothing: the drive isn't plugged in, or the item was deleted",
+     "removes the link, or makes it lead to where the item went when the folder `Quarn` became "
+     "`ExternalQuarn`"},
+    {HealthIssue::Kind::empty, "empty", "a link leads to a bundle without a property list",
+     "removes the link, and takes what is left of the bundle to the Trash; install the application again"},
+    {HealthIssue::Kind::corrupted, "corrupted", "a link leads to a bundle without an executable", "the same"},
+    {HealthIssue::Kind::reverted, "reverted",
+     "an updater put a real application where a link was; the copy on the drive, if there still is one, is "
+     "out of use",
+     "nothing without a choice: `--reclaim-reverted` takes the copy on the drive to the Trash; "
+     "`--re-symlink-reverted` "
+     "does so, too, and moves the application there again"},
+    {HealthIssue::Kind::orphan, "orphan", "no link in /Applications leads to an application on the drive",
+     "takes the application, and the launchers that open it, to the Trash"},
+    {HealthIssue::Kind::missingTrackedFiles, "missingTrackedFiles",
+     "the installs database lists files of an application that are gone", "deletes the rows of these files"},
+    {HealthIssue::Kind::missingSpotlightLaunchers, "missingSpotlightLaunchers",
+     "Spotlight doesn't find the applications in a folder that is a link",
+     "makes a launcher in /Applications for each of them"},
+    {HealthIssue::Kind::brokenLauncher, "brokenLauncher", "the application that a launcher opens is gone",
+     ""},
+    {HealthIssue::Kind::signatureBroken, "signatureBroken",
+     "the signature or the notarization ticket of a moved application can't be verified; offline, every "
+     "stapled "
+     "application is reported",
+     ""},
+    {HealthIssue::Kind::unsafePrefsPlist, "unsafePrefsPlist",
+     "a preferences file is a link, which the system replaces by a file at the next change of a preference",
+     "moves the file back in the place of the link"},
+    {HealthIssue::Kind::sandboxExternalSymlink, "sandboxExternalSymlink",
+     "a folder of a sandboxed application is a link to another volume, which the sandbox may not read", ""},
 });
 
 }  // namespace quarn

@@ -23,7 +23,8 @@ std::string detailOf(const CodesignVerifier::Result& result) {
 
 }  // namespace
 
-std::vector<HealthIssue> detect(const ReadOnlyPlatform& platform, const std::vector<LinkedBundle>& symlinks) {
+std::vector<HealthIssue> detect(const ReadOnlyPlatform& platform,
+                                const std::vector<ApplicationsRootScan::Symlink>& symlinks) {
   std::vector<HealthIssue> issues;
   for (const auto& [location, target] : symlinks) {
     if (target.extension() != "app" || !platform.files.exists(target)) continue;

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
+#include "tests/cli/DriveScenes.h"
 #include "tests/cli/Faults.h"
 
 using namespace expected;
@@ -84,25 +84,6 @@ TEST(DriveFault, aDrivePulledOutBeforeTheNextJobGetsNoFolderInItsPlace) {
       << said;
   EXPECT_EQ(scene::tree("/Applications"), before);
   EXPECT_FALSE(scene::exists("/Volumes/X9"));
-}
-
-dev_t deviceOf(const std::string& item) {
-  struct stat found {};
-  return ::stat(item.c_str(), &found) == 0 ? found.st_dev : 0;
-}
-
-/// Plugs another drive in under the name of X9. The kernel gives the lowest device number that is free, which
-/// may be the one of the drive that was pulled out: drives between them take that.
-void plugAnotherX9() {
-  const auto pulledOut = deviceOf("/Volumes/X9");
-  scene::unplug("X9");
-  for (int between = 0; between < 8; ++between) {
-    scene::plug("X9", "16m");
-    if (deviceOf("/Volumes/X9") != pulledOut) return;
-    scene::unplug("X9");
-    scene::plug("Between" + std::to_string(between), "1m");
-  }
-  FAIL() << "every drive gets the number of the one that was pulled out";
 }
 
 TEST(DriveFault, anotherDriveThatTookTheNameOfTheChosenOneGetsNothing) {

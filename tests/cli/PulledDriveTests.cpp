@@ -1,10 +1,9 @@
-#include <cstdlib>
 #include <filesystem>
 #include <gtest/gtest.h>
-#include <sys/mount.h>
 #include <unistd.h>
 
 #include "tests/cli/Campaign.h"
+#include "tests/cli/DriveScenes.h"
 #include "tests/cli/Faults.h"
 #include "tests/support/linux/ChangingCalls.h"
 #include "tests/support/linux/KilledAt.h"
@@ -18,35 +17,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The drive, which stays mounted elsewhere so that it can come back with all that is on it.
-class Drive {
- public:
-  Drive() {
-    scene::makeFolder(pocket);
-    if (::mount(scene::drive.c_str(), pocket.c_str(), nullptr, MS_BIND, nullptr) != 0) std::abort();
-  }
-  ~Drive() { ::umount2(pocket.c_str(), MNT_DETACH); }
-  Drive(const Drive&) = delete;
-  Drive& operator=(const Drive&) = delete;
-
-  static void pull(bool leavesItsMountPoint) {
-    scene::unplug("X9");
-    if (leavesItsMountPoint) scene::makeFolder(scene::drive);
-  }
-  /// What lies in a folder of its name is out of sight then.
-  static void plugAt(const std::string& place) {
-    scene::makeFolder(place);
-    if (::mount(pocket.c_str(), place.c_str(), nullptr, MS_BIND, nullptr) != 0) std::abort();
-  }
-  static void plug() {
-    fs::remove_all(scene::drive);
-    plugAt(scene::drive);
-  }
-
- private:
-  static inline const std::string pocket = "/tmp/pocket";
-};
-
 class PulledDrive : public testing::TestWithParam<Command> {
  protected:
   void SetUp() override {
@@ -56,7 +26,7 @@ class PulledDrive : public testing::TestWithParam<Command> {
   /// Pulled right before the n-th call that changes something or starts a tool. False with fewer calls.
   bool pullAt(int n, bool leavesItsMountPoint) {
     Trial trial(GetParam());
-    Drive drive;
+    PocketDrive drive;
     scene::TracedProgram program(GetParam().words());
     std::string met;
     int count = 0;
@@ -114,9 +84,9 @@ TEST(DriveUnderAnotherName, isNotTakenForTheFolderThatHasItsName) {
   scene::link(app, moved);
   scene::makeApp("/Applications/New.app", {.identifier = "com.example.new"});
   scene::writeBytes("/Users/me/Movies/a.mov", 3000);
-  Drive drive;
-  Drive::pull(true);
-  Drive::plugAt("/Volumes/X9 1");
+  PocketDrive drive;
+  PocketDrive::pull(true);
+  PocketDrive::plugAt("/Volumes/X9 1");
   const auto applications = scene::tree("/Applications"), volumes = scene::tree("/Volumes"),
              movies = scene::tree("/Users/me/Movies");
   const std::pair<std::vector<std::string>, std::string> rows[] = {

@@ -130,6 +130,21 @@ TEST(TellingLines, arePrintedByTheSnapshotCommandsAsTheirRowsSay) {
   expectTold("snapshot create", created);
 }
 
+TEST(TellingLines, arePrintedByHealthRepairAsItsRowSays) {
+  const std::string apps = "/Volumes/X9/ExternalQuarn/Apps";
+  Told told;
+  told.run({"health", "repair"});
+  scene::link("/Applications/Home.app", "/Users/me");
+  scene::link("/Users/me/Library/Preferences/com.example.plist", "/nowhere");
+  scene::makeApp("/Applications/Foo.app");
+  scene::makeApp(apps + "/Foo.app");
+  scene::replaceTool("/usr/bin/ditto", "#!/bin/sh\nexit 1\n");
+  scene::removeTool("/usr/bin/tmutil");
+  told.run({"health", "repair", "--yes"});
+  told.run({"health", "repair", "--yes", "--re-symlink-reverted"});
+  expectTold("health repair", told);
+}
+
 TEST(TellingLines, areAllShownByACaseHere) {
   Lines telling;
   for (const auto* group : CommandTable::groups()) {
@@ -137,8 +152,8 @@ TEST(TellingLines, areAllShownByACaseHere) {
       if (command->isAvailable() && !command->tellingLines.empty()) telling.emplace(command->words);
     }
   }
-  EXPECT_EQ(telling, (Lines{"move all", "move next", "move one", "move path", "move plan", "snapshot create",
-                            "snapshot list"}));
+  EXPECT_EQ(telling, (Lines{"health repair", "move all", "move next", "move one", "move path", "move plan",
+                            "snapshot create", "snapshot list"}));
 }
 
 }  // namespace

@@ -3,8 +3,9 @@
 #include <vector>
 
 #include "QuarnCLI/dispatch/CommandTable.h"
+#include "QuarnCore/health/HealthIssue.h"
 
-// Prints a table of the README from the rows of the commands: command-table commands|flags|statuses
+// Prints a table of the README from the program's own: command-table commands|flags|statuses|kinds
 
 namespace {
 
@@ -115,6 +116,14 @@ std::string statusTable() {
   return table;
 }
 
+std::string kindTable() {
+  std::string table = head({"Kind", "What it means", "What its repair does"});
+  for (const auto& [kind, name, meaning, repair] : quarn::rawValueRows<quarn::HealthIssue::Kind>) {
+    table += row({code(name), std::string(meaning), repair.empty() ? "nothing" : std::string(repair)});
+  }
+  return table;
+}
+
 }  // namespace
 
 int main(int count, char** words) {
@@ -123,8 +132,9 @@ int main(int count, char** words) {
   if (wanted == "commands") table = commandTable();
   if (wanted == "flags") table = flagTable();
   if (wanted == "statuses") table = statusTable();
+  if (wanted == "kinds") table = kindTable();
   if (table.empty()) {
-    std::fputs("usage: command-table commands|flags|statuses\n", stderr);
+    std::fputs("usage: command-table commands|flags|statuses|kinds\n", stderr);
     return 2;
   }
   std::fputs(table.c_str(), stdout);

@@ -1,5 +1,5 @@
 #!/bin/sh
-# The README's tables of commands, flags and exit statuses are those of the rows of the commands:
+# The README's tables of commands, flags, exit statuses and kinds of problems are those of the program:
 #   readme-tables.sh README COMMAND-TABLE [--write]
 # With --write they are put into the README, for a change to a row.
 set -u
@@ -8,7 +8,7 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 status=0
 
-for table in commands flags statuses; do
+for table in commands flags statuses kinds; do
   begin="<!-- table: $table -->"
   "$tables" "$table" >"$work/wanted" || exit 1
   if [ "$(grep -cxF -e "$begin" "$readme")" -ne 1 ]; then

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+
+#include "Platform/Platform.h"
+#include "QuarnCore/health/HealthIssue.h"
+#include "QuarnCore/health/HealthRepairTrash.h"
+#include "QuarnCore/move/JobRunner.h"
+
+/// One repair for each kind of problem. `action` names it before anybody is asked; `handle` carries it out
+/// and says so. The closing line is said even if a step failed, unless the handler says otherwise; nothing
+/// throws.
+namespace quarn {
+
+/// What the repairs of one run share.
+struct HealthRepairRun {
+  HealthRepairRun(Platform& whole, const HealthReport& report,
+                  std::function<void(const std::string& line)> whoIsTold);
+
+  Platform& platform;
+  std::function<void(const std::string& line)> say;
+  HealthRepairTrash trash;
+  /// The volumes to which reverted applications move again, as they were when the report was taken, by the
+  /// destination's folder.
+  std::map<std::string, JobRunner::Run> destinations;
+};
+
+namespace HealthRepairDanglingHandler {
+std::string action(const ReadOnlyPlatform& platform, const HealthIssue& issue);
+/// Makes the link lead to where its target went when the folder for moved items was renamed, or removes it.
+void handle(HealthRepairRun& run, const HealthIssue& issue);
+}  // namespace HealthRepairDanglingHandler
+
+namespace HealthRepairEmptyHandler {
+std::string action(const ReadOnlyPlatform& platform, const HealthIssue& issue);
+void handle(HealthRepairRun& run, const HealthIssue& issue);
+}  // namespace HealthRepairEmptyHandler
+
+namespace HealthRepairRevertHandler {
+std::string reclaimAction(const ReadOnlyPlatform& platform, const HealthIssue& issue);
+void handleReclaim(HealthRepairRun& run, const HealthIssue& issue);
+std::string reSymlinkAction(const ReadOnlyPlatform& platform, const HealthIssue& issue);
+/// Says why if the application couldn't be moved.
+void handleReSymlink(HealthRepairRun& run, const HealthIssue& issue);
+}  // namespace HealthRepairRevertHandler
+
+namespace HealthRepairOrphanHandler {
+std::string action(const ReadOnlyPlatform& platform, const HealthIssue& issue);
+void handle(HealthRepairRun& run, const HealthIssue& issue);
+}  // namespace HealthRepairOrphanHandler
+
+namespace HealthRepairMissingTrackedFilesHandler {
+std::string action(const ReadOnlyPlatform& platform, const HealthIssue& issue);
+void handle(HealthRepairRun& run, const HealthIssue& issue);
+}  // namespace HealthRepairMissingTrackedFilesHandler
+
+namespace HealthRepairSpotlightLaunchersHandler {
+std::string action(const ReadOnlyPlatform& platform, const HealthIssue& issue);
+void handle(HealthRepairRun& run, const HealthIssue& issue);
+}  // namespace HealthRepairSpotlightLaunchersHandler
+
+namespace HealthRepairUnsafePrefsHandler {
+std::string action(const ReadOnlyPlatform& platform, const HealthIssue& issue);
+/// Says why if the file couldn't be brought back, and how it can be if the rights were missing.
+void handle(HealthRepairRun& run, const HealthIssue& issue);
+}  // namespace HealthRepairUnsafePrefsHandler
+
+}  // namespace quarn
