@@ -269,6 +269,15 @@ TEST_P(Hdiutil, asksForTheLicenceOnStandardInput) {
   EXPECT_EQ(agreed.out.substr(agreed.out.size() - 16), "</plist>\nVOLUME\n");
 }
 
+TEST_P(Hdiutil, needsNothingOfTheEnvironment) {
+  const Finished finished = imaged(
+      "env -i /usr/bin/hdiutil attach I.dmg $at >list && ls /Volumes && env -i /usr/bin/hdiutil detach disk4 "
+      "-quiet && ls "
+      "/Volumes");
+  EXPECT_EQ(finished.out, "VOLUME\n");
+  EXPECT_EQ(finished.err, "");
+}
+
 TEST_P(Hdiutil, refusesWordsThatItDoesNotKnow) {
   EXPECT_EQ(listed("for w in 'attach I.dmg' 'attach I.dmg -plist -quick' 'attach -plist' 'detach -quiet' "
                    "'eject x'; do "
