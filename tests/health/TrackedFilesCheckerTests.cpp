@@ -126,9 +126,13 @@ TEST_F(TrackedFiles, filesOfOtherApplicationsDoNotCount) {
 }
 
 TEST_F(TrackedFiles, anApplicationIsAlsoKnownByTheNameOfItsLink) {
-  scene::sql("UPDATE installs SET bundle_id = NULL, app_name = 'Foo.app'");
+  scene::sql("UPDATE installs SET bundle_id = NULL, app_name = 'Other.app'");
   trackFiles(1, 0);
-  EXPECT_EQ(detail(), "1/1 tracked files missing for Foo.app: /Users/me/f1");
+  EXPECT_EQ(detail(), "no issue");
+  const auto issue =
+      TrackedFilesChecker::check(hostPlatform(), Path("/Applications/Other.app"), Path(bundle));
+  ASSERT_TRUE(issue);
+  EXPECT_EQ(issue->detail, "1/1 tracked files missing for Other.app: /Users/me/f1");
 }
 
 TEST_F(TrackedFiles, theDatabaseIsThatOfTheHomeFolder) {
