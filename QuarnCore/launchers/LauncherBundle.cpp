@@ -72,7 +72,9 @@ Texts infoTexts(const Texts& metadata, const std::string& name, const std::optio
 /// The program is beside this one. Started by a bare name, this one would look in the current folder; so what
 /// is on the PATH is a script that starts it by its path.
 std::optional<Path> besideThisProgram(const ReadOnlyPlatform& platform) {
-  const Path started = PathText::fileURL(platform.places, platform.places.invokedAs());
+  const std::string invokedAs = platform.places.invokedAs();
+  if (invokedAs.empty()) return std::nullopt;
+  const Path started = PathText::fileURL(platform.places, invokedAs);
   const Path beside = started.parent().appending("external-app-launcher");
   if (!isRegularFile(platform, beside)) return std::nullopt;
   return beside;

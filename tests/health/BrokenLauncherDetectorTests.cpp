@@ -5,6 +5,8 @@
 #include "Platform/HostPlatform.h"
 #include "QuarnCore/health/BrokenLauncherDetector.h"
 #include "tests/support/Child.h"
+#include "tests/support/Doubles.h"
+#include "tests/support/Replacing.h"
 #include "tests/support/Scene.h"
 
 namespace quarn {
@@ -61,6 +63,13 @@ TEST(BrokenLaunchers, whatHasNoTargetIsNoLauncher) {
   scene::link("/Applications/Dangling.app", "/nowhere");
   scene::makeFolder("/Applications/Folder.app" + targetFile);
   EXPECT_EQ(locations(), std::vector<std::string>());
+}
+
+TEST(BrokenLaunchers, anEmptyTextDoesNotStandForTheCurrentFolder) {
+  doubles::FakePlaces places;
+  places.current = Path("/a folder that was removed");
+  makeShim("/Applications/Foo.app", "\n");
+  EXPECT_TRUE(BrokenLauncherDetector::detect(replacing({.places = &places}), Path("/Applications")).empty());
 }
 
 TEST(BrokenLaunchers, onlyVisibleApplicationsDirectlyInTheFolderCount) {

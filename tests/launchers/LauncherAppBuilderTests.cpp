@@ -364,6 +364,12 @@ TEST_F(LauncherBuilder, aBareNameIsLookedForInTheCurrentFolder) {
   EXPECT_EQ(install(), builtLines());
 }
 
+TEST_F(LauncherBuilder, withoutAFirstArgumentNoFolderIsSearched) {
+  places.firstArgument = "";
+  places.current = Path(programs + "/below");
+  EXPECT_EQ(install(), Lines{"error: Launcher binary is missing."});
+}
+
 // The tools.
 
 TEST_F(LauncherBuilder, aLauncherIsSignedAndThenRegistered) {

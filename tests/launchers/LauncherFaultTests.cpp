@@ -166,6 +166,33 @@ TEST(LauncherFault, anItemThatAppearsMeanwhileIsNotWrittenInto) {
   EXPECT_EQ(names, (Lines{"Foo.app", "Other.app", "Utilities"}));
 }
 
+TEST(LauncherFault, ofTwoRunsAtOnceOneBuildsAndTheOtherReuses) {
+  building::Scene building;
+  scene::replaceTool("/usr/bin/codesign", "#!/bin/sh\nsleep 0.2\n");
+  for (const int gap : {0, 1, 50, 150, 300}) {
+    setUp();
+    const NothingLost oracle(launcher);
+    fs::remove("/tmp/other");
+    const pid_t process = ::fork();
+    if (process == 0) {
+      scene::write("/tmp/other", install(building.platform()).front());
+      ::_exit(0);
+    }
+    ::usleep(static_cast<useconds_t>(gap) * 1000);
+    const std::string mine = install(building.platform()).front();
+    int status = 0;
+    ::waitpid(process, &status, 0);
+    const std::string replaced = "stash-existing-launcher\t" + launcher;
+    const std::string reused = "reuse-launcher\t" + launcher;
+    const std::string other = scene::read("/tmp/other");
+    EXPECT_TRUE((mine == replaced && other == reused) || (mine == reused && other == replaced))
+        << mine << ", " << other;
+    EXPECT_TRUE(isWhole());
+    EXPECT_EQ(oracle.wholeAt().size(), 1u);
+    EXPECT_EQ(foreignChanges(oracle), "");
+  }
+}
+
 TEST(LauncherFault, aFullDiskLeavesNothingHalfMade) {
   if (!scene::hasMounts()) GTEST_SKIP() << "needs real mounts";
   building::Scene building;
