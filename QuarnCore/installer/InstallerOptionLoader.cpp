@@ -61,8 +61,10 @@ std::vector<InstallerOption> loadAll(const ReadOnlyPlatform& platform, const Pat
   files.insert(files.end(), own.begin(), own.end());
   std::map<std::string, InstallerOption> byID;
   for (const Path& file : files) {
-    if (auto option = decoded(platform, file))
-      byID.insert_or_assign(Text::canonical(option->id), *std::move(option));
+    auto option = decoded(platform, file);
+    if (!option) continue;
+    std::string key = Text::canonical(option->id);
+    byID.insert_or_assign(std::move(key), *std::move(option));
   }
   std::vector<InstallerOption> options;
   for (auto& [id, option] : byID) options.push_back(std::move(option));

@@ -13,7 +13,7 @@ class GatedPlatform {
  public:
   using Gate = std::function<Result<void>(const std::string& operation)>;
 
-  explicit GatedPlatform(Gate gate, const Platform& inner = hostPlatform())
+  explicit GatedPlatform(const Gate& gate, const Platform& inner = hostPlatform())
       : files_(inner.files, gate),
         trash_(inner.trash, gate),
         processes_(inner.processes, gate),
