@@ -14,26 +14,25 @@ namespace {
 
 using namespace HealthFlags;
 
-/// The other flags that the command accepts don't change what it does.
-struct HealthRepairArgs {
-  HealthRepairPrompt prompt;
-  bool noSnapshot;
-  RevertedChoice reverted;
-};
-
-RevertedChoice revertedChoice(const CLIArgs& args) {
-  const bool reSymlinks = args.contains(reSymlinkReverted);
-  const bool reclaims = args.contains(reclaimReverted);
-  if (reSymlinks && reclaims)
-    throw CLIError("Choose at most one of --re-symlink-reverted, --reclaim-reverted.");
-  if (reclaims) return RevertedChoice::reclaim;
-  return reSymlinks ? RevertedChoice::reSymlink : RevertedChoice::none;
+HealthRepairArgs argsOf(const CLIArgs& args) {
+  return {.dryRun = args.contains(dryRun),
+          .yes = args.contains(yes),
+          .reSymlinkReverted = args.contains(reSymlinkReverted),
+          .reclaimReverted = args.contains(reclaimReverted),
+          .noSnapshot = args.contains(noSnapshot),
+          .removeOrphans = args.contains(removeOrphans),
+          .removeEmpty = args.contains(removeEmpty),
+          .removeDangling = args.contains(removeDangling),
+          .forgetMissingTrackedFiles = args.contains(forgetMissingTrackedFiles),
+          .repairSpotlightLaunchers = args.contains(repairSpotlightLaunchers),
+          .restoreUnsafePrefs = args.contains(restoreUnsafePrefs)};
 }
 
-HealthRepairArgs argsOf(const CLIArgs& args) {
-  return {.prompt = {.dryRun = args.contains(dryRun), .yes = args.contains(yes)},
-          .noSnapshot = args.contains(HealthFlags::noSnapshot),
-          .reverted = revertedChoice(args)};
+RevertedChoice revertedChoice(const HealthRepairArgs& args) {
+  if (args.reSymlinkReverted && args.reclaimReverted)
+    throw CLIError("Choose at most one of --re-symlink-reverted, --reclaim-reverted.");
+  if (args.reclaimReverted) return RevertedChoice::reclaim;
+  return args.reSymlinkReverted ? RevertedChoice::reSymlink : RevertedChoice::none;
 }
 
 /// The report, shown; nothing more is to be done if it has no problems.
@@ -49,8 +48,9 @@ HealthReport shownReport(const ReadOnlyPlatform& platform) {
 }
 
 /// That it changes nothing is proved by the platform that it is given.
-void rehearse(const ReadOnlyPlatform& platform, const HealthRepairArgs& args) {
-  HealthRepair::rehearse(platform, shownReport(platform), args.reverted, args.prompt.dialog());
+void rehearse(const ReadOnlyPlatform& platform, const HealthRepairArgs& args, RevertedChoice reverted) {
+  const HealthRepairPrompt prompt{args};
+  HealthRepair::rehearse(platform, shownReport(platform), reverted, prompt.dialog());
 }
 
 void takeSnapshot(Platform& platform) {
@@ -60,21 +60,23 @@ void takeSnapshot(Platform& platform) {
   Console::print("");
 }
 
-void carryOut(Platform& platform, const HealthRepairArgs& args) {
+void carryOut(Platform& platform, const HealthRepairArgs& args, RevertedChoice reverted) {
   // Held until the last repair, so that no other run changes what the report says.
   const Turn turn(platform, Console::tellOfWaiting);
   const HealthReport report = shownReport(platform);
   if (report.problems().empty()) return;
   if (!args.noSnapshot) takeSnapshot(platform);
-  HealthRepair::carryOut(platform, report, args.reverted, args.prompt.dialog());
+  const HealthRepairPrompt prompt{args};
+  HealthRepair::carryOut(platform, report, reverted, prompt.dialog());
 }
 
 ExitStatus run(const Invocation& invocation) {
   const HealthRepairArgs args = argsOf(invocation.args);
-  if (args.prompt.dryRun) {
-    rehearse(invocation.platform, args);
+  const RevertedChoice reverted = revertedChoice(args);
+  if (args.dryRun) {
+    rehearse(invocation.platform, args, reverted);
   } else {
-    carryOut(invocation.platform, args);
+    carryOut(invocation.platform, args, reverted);
   }
   return ExitStatus::success;
 }

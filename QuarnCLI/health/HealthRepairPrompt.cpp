@@ -12,11 +12,11 @@ void HealthRepairPrompt::describe(const HealthIssue& issue, const std::string& a
 }
 
 bool HealthRepairPrompt::shouldProceed() const {
-  if (dryRun) {
+  if (args.dryRun) {
     Console::print("  (dry-run, skipping)");
     return false;
   }
-  return yes || Text::lowercased(Console::answer("  Proceed? [y/N] ")).starts_with("y");
+  return args.yes || Text::lowercased(Console::answer("  Proceed? [y/N] ")).starts_with("y");
 }
 
 HealthRepairDialog HealthRepairPrompt::dialog() const {

@@ -140,7 +140,9 @@ bool isRecord(const std::string& path) {
 /// What stands in files, wherever. Only records may change.
 std::set<std::string> contents() {
   std::set<std::string> found;
-  for (const std::string top : {"/Applications", "/Users", "/Volumes/X9"}) {
+  // Where the home can't be looked at, its Trash isn't found, and that of the startup volume takes an item.
+  for (const std::string top : {"/Applications", "/Users", "/Volumes/X9", "/.Trashes"}) {
+    if (!fs::exists(top)) continue;
     for (const auto& item : fs::recursive_directory_iterator(top)) {
       if (item.is_regular_file() && !item.is_symlink() && !isRecord(item.path()))
         found.insert(scene::read(item.path()));
