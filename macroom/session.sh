@@ -29,5 +29,9 @@ show find /Volumes/X9/ExternalQuarn/Apps -maxdepth 1
 show "/Applications/Paper Garden.app/Contents/MacOS/PaperGarden"
 show cat "$HOME/Library/Application Support/Quarn/health-manifest.json"
 echo
+show ln -sfn "/Volumes/X9/Quarn/Data/Library/Application Support/Paper Garden" "$HOME/Library/Application Support/Paper Garden"
+show quarn health check
+show quarn health repair --no-snapshot --yes
+show quarn health check
 show quarn move back "Paper Garden"
 show find /Applications -maxdepth 1 -name '*.app' -type d
