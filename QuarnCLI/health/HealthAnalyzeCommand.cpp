@@ -7,25 +7,10 @@
 namespace quarn::HealthCommands {
 namespace {
 
-void print(const HealthReport& report, InstallOutputFormat format) {
-  switch (format) {
-    case InstallOutputFormat::human:
-      HealthHumanRenderer::printSummary(report);
-      HealthHumanRenderer::printIssues(report);
-      HealthHumanRenderer::printAnalysis(report);
-      return;
-    case InstallOutputFormat::tsv:
-      HealthTSVRenderer::print(report, true);
-      return;
-    case InstallOutputFormat::toml:
-      HealthTOMLRenderer::print(report, true);
-      return;
-  }
-}
-
 ExitStatus run(const ReadOnlyInvocation& invocation) {
   const auto format = ReportFlags::chosen(invocation.args, InstallOutputFormat::human);
-  print(HealthCheck::run(invocation.platform, {Path("/Applications")}), format);
+  const HealthReport report = HealthCheck::run(invocation.platform, {Path("/Applications")});
+  HealthRenderers::print(report, format, true);
   return ExitStatus::success;
 }
 

@@ -7,25 +7,10 @@
 namespace quarn::HealthCommands {
 namespace {
 
-void print(const HealthReport& report, InstallOutputFormat format) {
-  switch (format) {
-    case InstallOutputFormat::human:
-      HealthHumanRenderer::printSummary(report);
-      HealthHumanRenderer::printIssues(report);
-      return;
-    case InstallOutputFormat::tsv:
-      HealthTSVRenderer::print(report, false);
-      return;
-    case InstallOutputFormat::toml:
-      HealthTOMLRenderer::print(report, false);
-      return;
-  }
-}
-
 ExitStatus run(const ReadOnlyInvocation& invocation) {
   const auto format = ReportFlags::chosen(invocation.args, InstallOutputFormat::human);
   const HealthReport report = HealthCheck::run(invocation.platform, {Path("/Applications")});
-  print(report, format);
+  HealthRenderers::print(report, format, false);
   return report.problems().empty() ? ExitStatus::success : ExitStatus::attention;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "QuarnCLI/report/InstallOutputFormat.h"
 #include "QuarnCore/health/HealthReport.h"
 
 namespace quarn {
@@ -21,5 +22,10 @@ void print(const HealthReport& report, bool includeAnalysis);
 namespace HealthTOMLRenderer {
 void print(const HealthReport& report, bool includeAnalysis);
 }  // namespace HealthTOMLRenderer
+
+namespace HealthRenderers {
+/// The report in one of its forms, with or without the accounting of space.
+void print(const HealthReport& report, InstallOutputFormat format, bool includeAnalysis);
+}  // namespace HealthRenderers
 
 }  // namespace quarn

@@ -1,11 +1,10 @@
 #include <cerrno>
-#include <cstdlib>
 #include <filesystem>
-#include <functional>
 #include <gtest/gtest.h>
 #include <set>
 
 #include "Platform/Json.h"
+#include "tests/cli/CallSweep.h"
 #include "tests/support/Scene.h"
 #include "tests/support/linux/FailedAt.h"
 #include "tests/support/linux/KilledAt.h"
@@ -202,20 +201,6 @@ class Trial {
   Lines foreign_;
 };
 
-bool isWhole() {
-  const char* wanted = std::getenv("QUARN_CAMPAIGN");
-  return wanted && std::string(wanted) == "all";
-}
-
-/// A run at the n-th call; false once there are fewer calls.
-using Run = std::function<bool(int n)>;
-
-void forEachCall(int first, int step, const Run& run) {
-  for (int n = isWhole() ? 1 : first;; n += isWhole() ? 1 : step) {
-    if (!run(n) || testing::Test::HasFatalFailure()) return;
-  }
-}
-
 class RepairCampaign : public testing::TestWithParam<Repair> {
  protected:
   void SetUp() override {
@@ -234,25 +219,20 @@ class RepairCampaign : public testing::TestWithParam<Repair> {
     ADD_FAILURE() << GetParam().name << ", " << fault << "\n" << now << said << "then:\n" << next;
   }
 
+  bool judged(const Trial& trial, const std::optional<sweep::Met>& met) {
+    if (!met) return false;
+    judge(trial, met->said, met->fault);
+    return met->wasMet;
+  }
+
   bool killAt(int n) {
     const Trial trial(GetParam());
-    const auto run = scene::killedAt(n, GetParam().words());
-    if (!run) ADD_FAILURE() << "not traced";
-    if (!run) return false;
-    judge(trial, run->said, "killed at changing call " + std::to_string(n) + ", " + run->call);
-    return run->wasKilled;
+    return judged(trial, sweep::killedAt(n, GetParam().words()));
   }
 
   bool failAt(int n, const scene::Failure& failure) {
     const Trial trial(GetParam());
-    const auto run = scene::failedAt(n, failure, GetParam().words());
-    const std::string fault = "call " + std::to_string(n) + " failed " +
-                              (failure.forGood ? "for good" : "once") + " with " +
-                              std::to_string(failure.error);
-    if (!run) ADD_FAILURE() << "not traced, or without end: " << fault;
-    if (!run) return false;
-    judge(trial, run->said, fault + ", " + run->call);
-    return run->hasFailed;
+    return judged(trial, sweep::failedAt(n, failure, GetParam().words()));
   }
 
   int runs_ = 0;
@@ -263,23 +243,18 @@ INSTANTIATE_TEST_SUITE_P(Of, RepairCampaign, testing::ValuesIn(repairs()),
                          [](const auto& repair) { return repair.param.name; });
 
 TEST_P(RepairCampaign, killedAtAChangingCallLosesNothing) {
-  forEachCall(1, 7, [this](int n) { return killAt(n); });
+  sweep::forEachCall(1, 7, [this](int n) { return killAt(n); });
 }
 
 TEST_P(RepairCampaign, aChangingCallThatFailsLosesNothing) {
-  int first = 0;
-  for (const bool forGood : {false, true}) {
-    for (const int error : {EIO, ENOSPC, EACCES, EROFS}) {
-      const scene::Failure failure{scene::CallKind::changing, error, forGood};
-      forEachCall(first += 3, 41, [&](int n) { return failAt(n, failure); });
-    }
-  }
+  sweep::forEachFailingChange(3, 41,
+                              [this](int n, const scene::Failure& failure) { return failAt(n, failure); });
 }
 
 TEST_P(RepairCampaign, aLookThatFailsLosesNothing) {
   for (const bool forGood : {false, true}) {
     const scene::Failure failure{scene::CallKind::looking, EIO, forGood};
-    forEachCall(forGood ? 150 : 40, 397, [&](int n) { return failAt(n, failure); });
+    sweep::forEachCall(forGood ? 150 : 40, 397, [&](int n) { return failAt(n, failure); });
   }
 }
 

@@ -1,0 +1,60 @@
+#include "tests/cli/CallSweep.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <gtest/gtest.h>
+
+#include "tests/support/linux/KilledAt.h"
+
+namespace sweep {
+namespace {
+
+bool isWhole() {
+  const char* wanted = std::getenv("QUARN_CAMPAIGN");
+  return wanted && std::string(wanted) == "all";
+}
+
+}  // namespace
+
+void forEachCall(int first, int step, const Run& run) {
+  for (int n = isWhole() ? 1 : first;; n += isWhole() ? 1 : step) {
+    if (!run(n) || testing::Test::HasFatalFailure()) return;
+  }
+}
+
+std::optional<Met> killedAt(int n, const std::vector<std::string>& command) {
+  const auto run = scene::killedAt(n, command);
+  if (!run) {
+    ADD_FAILURE() << "not traced";
+    return std::nullopt;
+  }
+  return Met{run->wasKilled, "killed at changing call " + std::to_string(n) + ", " + run->call,
+             run->status,    run->said,
+             run->wasKilled, false};
+}
+
+std::optional<Met> failedAt(int n, const scene::Failure& failure, const std::vector<std::string>& command) {
+  const auto run = scene::failedAt(n, failure, command);
+  const bool isLook = failure.kind == scene::CallKind::looking;
+  const std::string fault = std::string(isLook ? "looking" : "changing") + " call " + std::to_string(n) +
+                            " failed " + (failure.forGood ? "for good" : "once") + " with " +
+                            std::to_string(failure.error);
+  if (!run) {
+    ADD_FAILURE() << "not traced, or without end: " << fault;
+    return std::nullopt;
+  }
+  return Met{run->hasFailed, fault + ", " + run->call, run->status, run->said, false, isLook};
+}
+
+void forEachFailingChange(int firstStep, int step,
+                          const std::function<bool(int n, const scene::Failure&)>& failAt) {
+  int first = 0;
+  for (const bool forGood : {false, true}) {
+    for (const int error : {EIO, ENOSPC, EACCES, EROFS}) {
+      const scene::Failure failure{scene::CallKind::changing, error, forGood};
+      forEachCall(first += firstStep, step, [&](int n) { return failAt(n, failure); });
+    }
+  }
+}
+
+}  // namespace sweep

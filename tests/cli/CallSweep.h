@@ -1,0 +1,40 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tests/support/linux/FailedAt.h"
+
+/// A program that meets a fault at its n-th system call, for n = 1, 2, … until it runs through. By default a
+/// sample of the calls, so that it takes seconds; all of them, several thousand runs, with
+/// QUARN_CAMPAIGN=all.
+namespace sweep {
+
+/// A run at the n-th call; false once there are fewer calls.
+using Run = std::function<bool(int n)>;
+
+/// Every call, or a sample of them: `step` apart, beginning at `first`.
+void forEachCall(int first, int step, const Run& run);
+
+/// What a run met, and what it left for a judge.
+struct Met {
+  bool wasMet = false;  ///< false: there are fewer calls
+  std::string fault;    ///< for people
+  int status = 0;
+  std::string said;
+  bool wasEnded = false;  ///< by a signal, so that its status says nothing
+  bool wasBlind = false;  ///< looks failed
+};
+
+/// Kills a program at its n-th changing call. Where it can't be traced, the test fails and there is nothing.
+std::optional<Met> killedAt(int n, const std::vector<std::string>& command);
+/// Lets its n-th call of a kind fail. The same holds for a program that doesn't come to an end.
+std::optional<Met> failedAt(int n, const scene::Failure& failure, const std::vector<std::string>& command);
+
+/// Runs `failAt` at a sample of the changing calls (or all) with each of four errors, once and for good.
+void forEachFailingChange(int firstStep, int step,
+                          const std::function<bool(int n, const scene::Failure&)>& failAt);
+
+}  // namespace sweep
