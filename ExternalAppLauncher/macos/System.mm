@@ -31,7 +31,10 @@ std::string executable() {
 std::string open(const std::string& application, const std::vector<std::string>& arguments) {
   @autoreleasepool {
     NSMutableArray<NSString*>* words = [NSMutableArray array];
-    for (const std::string& argument : arguments) [words addObject:textOf(argument)];
+    // An argument that isn't UTF-8 has no text.
+    for (const std::string& argument : arguments) {
+      if (NSString* word = textOf(argument)) [words addObject:word];
+    }
     NSWorkspaceOpenConfiguration* configuration = [NSWorkspaceOpenConfiguration configuration];
     configuration.arguments = words;
     const dispatch_semaphore_t answered = dispatch_semaphore_create(0);

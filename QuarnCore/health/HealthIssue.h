@@ -53,11 +53,10 @@ inline constexpr auto rawValueRows<HealthIssue::Kind> = std::to_array<HealthKind
      "removes the link, and takes what is left of the bundle to the Trash; install the application again"},
     {HealthIssue::Kind::corrupted, "corrupted", "a link leads to a bundle without an executable", "the same"},
     {HealthIssue::Kind::reverted, "reverted",
-     "an updater put a real application where a link was; the copy on the drive, if there still is one, is "
-     "out of use",
+     "what was moved, an application or its data, is real again where its link was; an updater does that. "
+     "The copy on the drive may be out of use, gone, or the complete one: look at both",
      "nothing without a choice: `--reclaim-reverted` takes the copy on the drive to the Trash; "
-     "`--re-symlink-reverted` "
-     "does so, too, and moves the application there again"},
+     "`--re-symlink-reverted` does so, too, and moves the item there again"},
     {HealthIssue::Kind::orphan, "orphan", "no link in /Applications leads to an application on the drive",
      "takes the application, and the launchers that open it, to the Trash"},
     {HealthIssue::Kind::missingTrackedFiles, "missingTrackedFiles",

@@ -1,12 +1,10 @@
 #include "QuarnCore/health/HealthRepairHandlers.h"
 
-#include <algorithm>
-
 #include "QuarnCore/discovery/InstallsDB.h"
-#include "QuarnCore/discovery/ProtectedPlaces.h"
 #include "QuarnCore/foundation/AppStorageNames.h"
 #include "QuarnCore/foundation/SizeCalculator.h"
 #include "QuarnCore/health/DataLinkDetection.h"
+#include "QuarnCore/health/HealthRepairGuard.h"
 #include "QuarnCore/launchers/LauncherShimCleaner.h"
 #include "QuarnCore/launchers/NestedAppLauncherService.h"
 #include "QuarnCore/move/InstallsDBWriter.h"
@@ -22,14 +20,9 @@ std::string nameOf(const HealthIssue& issue) {
 
 /// Where a reverted application goes. One that has no copy goes to the drive that this tool was first made
 /// for.
-Path destinationFolder(const HealthIssue& issue) {
-  if (issue.target) return issue.target->parent();
-  return AppStorageNames::appsRoot(Path("/Volumes/Crucial X9"));
-}
-
-std::optional<Path> relocatedTarget(const ReadOnlyPlatform& platform, const HealthIssue& issue) {
-  if (!issue.target) return std::nullopt;
-  return StaleRootRetarget::candidate(platform, *issue.target);
+Path destinationOf(const HealthIssue& issue) {
+  if (issue.target) return issue.target->parent().appending(nameOf(issue));
+  return AppStorageNames::appsRoot(Path("/Volumes/Crucial X9")).appending(nameOf(issue));
 }
 
 void trashShims(HealthRepairRun& run, const Path& target) {
@@ -37,52 +30,36 @@ void trashShims(HealthRepairRun& run, const Path& target) {
     run.say("  trashed stale launcher shim " + shim.text());
 }
 
-/// A record names a path in the folder for moved items of some drive, or it wasn't written by a move.
-bool isInFolderForMovedItems(const Path& item) {
-  const auto isFolderForMovedItems = [](const Path& folder) {
-    const std::string name = folder.lastComponent();
-    const auto& former = AppStorageNames::legacyExternalRoots;
-    return name == AppStorageNames::externalRoot ||
-           std::find(former.begin(), former.end(), name) != former.end();
-  };
-  const Path place = item.simplified();
-  for (Path folder = place.parent().parent(); folder.parent() != folder; folder = folder.parent()) {
-    if (isFolderForMovedItems(folder)) return true;
-  }
-  return false;
-}
-
-/// What a report says of a reverted application may come from a record that anybody wrote.
-void requirePlausible(const ReadOnlyPlatform& platform, const HealthIssue& issue) {
-  const ProtectedPlaces places(platform);
-  const Sighting location = sight(platform.files, issue.location);
-  if (places.isOneOrAroundOne(location) || places.isInOwnFolder(location))
-    throw MoveRefused("“" + nameOf(issue) + "” belongs where it is.");
-  if (issue.target && !isInFolderForMovedItems(*issue.target))
-    throw MoveRefused("“" + issue.target->text() + "” isn’t in a folder for moved items.");
-}
-
 }  // namespace
 
-HealthRepairRun::HealthRepairRun(Platform& whole, const HealthReport& report,
+HealthRepairRun::HealthRepairRun(Platform& whole, const HealthReport& whatWasFound,
                                  std::function<void(const std::string& line)> whoIsTold)
-    : platform(whole), say(whoIsTold), trash(whole, report, whoIsTold) {
+    : platform(whole), report(whatWasFound), say(whoIsTold), trash(whole, whatWasFound, whoIsTold) {
   for (const HealthIssue& issue : report.issues) {
     if (issue.kind != HealthIssue::Kind::reverted) continue;
-    const Path folder = destinationFolder(issue);
-    destinations.emplace(folder.text(), JobRunner::begin(platform, folder, false));
+    const Path destination = destinationOf(issue);
+    const auto drive = HealthRepairGuard::driveOf(platform, destination);
+    // The folder on the drive needn't exist, but the drive has to be there.
+    destinations.emplace(destination.text(),
+                         JobRunner::begin(platform, drive.value_or(destination.parent()), false));
   }
 }
 
 namespace HealthRepairDanglingHandler {
-std::string action(const ReadOnlyPlatform& platform, const HealthIssue& issue) {
-  const auto candidate = relocatedTarget(platform, issue);
+std::optional<Path> candidate(const ReadOnlyPlatform& platform, const HealthIssue& issue) {
+  return issue.target ? StaleRootRetarget::candidate(platform, *issue.target) : std::nullopt;
+}
+
+std::string action(const std::optional<Path>& candidate) {
   return candidate ? "repoint to " + candidate->text() : "remove dead symlink";
 }
 
-void handle(HealthRepairRun& run, const HealthIssue& issue) {
-  const auto candidate = relocatedTarget(run.platform, issue);
+void handle(HealthRepairRun& run, const HealthIssue& issue, const std::optional<Path>& candidate) {
   FileSystem& files = run.platform.files;
+  if (candidate && !files.exists(*candidate)) {
+    run.say("  left as it is: " + candidate->text() + " is no longer there");
+    return;
+  }
   (void)files.removeSymbolicLink(issue.location);
   if (!candidate) {
     run.say("  removed " + issue.location.text());
@@ -94,7 +71,7 @@ void handle(HealthRepairRun& run, const HealthIssue& issue) {
 }  // namespace HealthRepairDanglingHandler
 
 namespace HealthRepairEmptyHandler {
-std::string action(const ReadOnlyPlatform&, const HealthIssue&) {
+std::string action(const HealthIssue&) {
   return "trash dead symlink + broken SSD remnant (you must reinstall)";
 }
 
@@ -106,7 +83,7 @@ void handle(HealthRepairRun& run, const HealthIssue& issue) {
 }  // namespace HealthRepairEmptyHandler
 
 namespace HealthRepairRevertHandler {
-std::string reclaimAction(const ReadOnlyPlatform&, const HealthIssue& issue) {
+std::string reclaimAction(const HealthIssue& issue) {
   return "trash stale SSD copy, leave internal alone (reclaim " + SizeCalculator::format(issue.sizeBytes) +
          ")";
 }
@@ -114,39 +91,39 @@ std::string reclaimAction(const ReadOnlyPlatform&, const HealthIssue& issue) {
 void handleReclaim(HealthRepairRun& run, const HealthIssue& issue) {
   if (issue.target) {
     try {
-      requirePlausible(run.platform, issue);
+      HealthRepairGuard::requirePlausible(run.platform, run.report, issue);
       run.trash.trash(*issue.target);
       trashShims(run, *issue.target);
     } catch (const LocalizedError& error) {
-      run.say("  WARN: could not trash " + issue.target->text() + ": " + error.what());
+      run.say("  WARN: could not trash " + issue.target->text() + ": " + error.localizedDescription());
     }
   }
   run.say("  reclaimed " + nameOf(issue));
 }
 
-std::string reSymlinkAction(const ReadOnlyPlatform&, const HealthIssue&) {
+std::string reSymlinkAction(const HealthIssue&) {
   return "re-symlink to SSD (will be reverted again next update)";
 }
 
 void handleReSymlink(HealthRepairRun& run, const HealthIssue& issue) {
   try {
-    requirePlausible(run.platform, issue);
+    HealthRepairGuard::requirePlausible(run.platform, run.report, issue);
+    HealthRepairGuard::requireMovable(run.platform, issue.location);
     if (issue.target) run.trash.trash(*issue.target);
-    const Path folder = destinationFolder(issue);
     MoveJob job;
     job.source = issue.location;
-    job.destination = folder.appending(nameOf(issue));
+    job.destination = destinationOf(issue);
     const JobRunner::Listener nobody{.waiting = [] {}, .status = [](const JobStatus&) {}, .progress = {}};
-    JobRunner::carryOut(run.platform, run.destinations.at(folder.text()), job, nobody);
+    JobRunner::carryOut(run.platform, run.destinations.at(job.destination.text()), job, nobody);
     run.say("  re-symlinked " + nameOf(issue));
   } catch (const LocalizedError& error) {
-    run.say("  FAIL: " + std::string(error.what()));
+    run.say("  FAIL: " + error.localizedDescription());
   }
 }
 }  // namespace HealthRepairRevertHandler
 
 namespace HealthRepairOrphanHandler {
-std::string action(const ReadOnlyPlatform&, const HealthIssue& issue) {
+std::string action(const HealthIssue& issue) {
   return "trash from SSD to reclaim " + SizeCalculator::format(issue.sizeBytes);
 }
 
@@ -158,7 +135,7 @@ void handle(HealthRepairRun& run, const HealthIssue& issue) {
 }  // namespace HealthRepairOrphanHandler
 
 namespace HealthRepairMissingTrackedFilesHandler {
-std::string action(const ReadOnlyPlatform&, const HealthIssue&) {
+std::string action(const HealthIssue&) {
   return "forget stale setup-ledger tracked-file rows";
 }
 
@@ -178,7 +155,7 @@ void handle(HealthRepairRun& run, const HealthIssue& issue) {
 }  // namespace HealthRepairMissingTrackedFilesHandler
 
 namespace HealthRepairSpotlightLaunchersHandler {
-std::string action(const ReadOnlyPlatform&, const HealthIssue&) {
+std::string action(const HealthIssue&) {
   return "create top-level app launchers for Spotlight";
 }
 
@@ -190,17 +167,18 @@ void handle(HealthRepairRun& run, const HealthIssue& issue) {
 }  // namespace HealthRepairSpotlightLaunchersHandler
 
 namespace HealthRepairUnsafePrefsHandler {
-std::string action(const ReadOnlyPlatform&, const HealthIssue&) {
+std::string action(const HealthIssue&) {
   return "restore plist to internal disk (cfprefsd-safe)";
 }
 
 void handle(HealthRepairRun& run, const HealthIssue& issue) {
   const std::string& path = issue.location.text();
   try {
+    HealthRepairGuard::requirePreferencesFile(run.platform, issue.location);
     MoverEngine::restore(run.platform, issue.location);
     run.say("  restored " + path);
   } catch (const LocalizedError& error) {
-    run.say("  FAILED: " + std::string(error.what()));
+    run.say("  FAILED: " + error.localizedDescription());
     if (!path.starts_with("/Library/")) return;
     run.say("  Hint: /Library is root-owned. Run via gantrix wrapper:");
     run.say("    ~/.claude/skills/gantrix/gantrix \"$(which quarn)\" \\");

@@ -17,53 +17,57 @@ namespace quarn {
 
 /// What the repairs of one run share.
 struct HealthRepairRun {
-  HealthRepairRun(Platform& whole, const HealthReport& report,
+  HealthRepairRun(Platform& whole, const HealthReport& whatWasFound,
                   std::function<void(const std::string& line)> whoIsTold);
 
   Platform& platform;
+  const HealthReport& report;
   std::function<void(const std::string& line)> say;
   HealthRepairTrash trash;
-  /// The volumes to which reverted applications move again, as they were when the report was taken, by the
-  /// destination's folder.
+  /// The drives to which reverted applications move again, as they were when the report was taken, by
+  /// destination.
   std::map<std::string, JobRunner::Run> destinations;
 };
 
 namespace HealthRepairDanglingHandler {
-std::string action(const ReadOnlyPlatform& platform, const HealthIssue& issue);
-/// Makes the link lead to where its target went when the folder for moved items was renamed, or removes it.
-void handle(HealthRepairRun& run, const HealthIssue& issue);
+/// Returns where the target went when the folder for moved items was renamed, if it is there.
+std::optional<Path> candidate(const ReadOnlyPlatform& platform, const HealthIssue& issue);
+std::string action(const std::optional<Path>& candidate);
+/// Makes the link lead to the candidate that was shown, or removes it if there was none. If the candidate has
+/// gone since, the link stays.
+void handle(HealthRepairRun& run, const HealthIssue& issue, const std::optional<Path>& candidate);
 }  // namespace HealthRepairDanglingHandler
 
 namespace HealthRepairEmptyHandler {
-std::string action(const ReadOnlyPlatform& platform, const HealthIssue& issue);
+std::string action(const HealthIssue& issue);
 void handle(HealthRepairRun& run, const HealthIssue& issue);
 }  // namespace HealthRepairEmptyHandler
 
 namespace HealthRepairRevertHandler {
-std::string reclaimAction(const ReadOnlyPlatform& platform, const HealthIssue& issue);
+std::string reclaimAction(const HealthIssue& issue);
 void handleReclaim(HealthRepairRun& run, const HealthIssue& issue);
-std::string reSymlinkAction(const ReadOnlyPlatform& platform, const HealthIssue& issue);
+std::string reSymlinkAction(const HealthIssue& issue);
 /// Says why if the application couldn't be moved.
 void handleReSymlink(HealthRepairRun& run, const HealthIssue& issue);
 }  // namespace HealthRepairRevertHandler
 
 namespace HealthRepairOrphanHandler {
-std::string action(const ReadOnlyPlatform& platform, const HealthIssue& issue);
+std::string action(const HealthIssue& issue);
 void handle(HealthRepairRun& run, const HealthIssue& issue);
 }  // namespace HealthRepairOrphanHandler
 
 namespace HealthRepairMissingTrackedFilesHandler {
-std::string action(const ReadOnlyPlatform& platform, const HealthIssue& issue);
+std::string action(const HealthIssue& issue);
 void handle(HealthRepairRun& run, const HealthIssue& issue);
 }  // namespace HealthRepairMissingTrackedFilesHandler
 
 namespace HealthRepairSpotlightLaunchersHandler {
-std::string action(const ReadOnlyPlatform& platform, const HealthIssue& issue);
+std::string action(const HealthIssue& issue);
 void handle(HealthRepairRun& run, const HealthIssue& issue);
 }  // namespace HealthRepairSpotlightLaunchersHandler
 
 namespace HealthRepairUnsafePrefsHandler {
-std::string action(const ReadOnlyPlatform& platform, const HealthIssue& issue);
+std::string action(const HealthIssue& issue);
 /// Says why if the file couldn't be brought back, and how it can be if the rights were missing.
 void handle(HealthRepairRun& run, const HealthIssue& issue);
 }  // namespace HealthRepairUnsafePrefsHandler

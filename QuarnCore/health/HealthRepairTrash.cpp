@@ -1,17 +1,9 @@
 #include "QuarnCore/health/HealthRepairTrash.h"
 
-#include "QuarnCore/discovery/ProtectedPlaces.h"
+#include "QuarnCore/health/HealthRepairGuard.h"
 #include "QuarnCore/move/MoverError.h"
 
 namespace quarn {
-namespace {
-
-Result<void> refused(const std::string& sentence) {
-  return PlatformError(cocoaErrorDomain, CocoaErrorCode::fileWriteUnknown, sentence);
-}
-
-}  // namespace
-
 HealthRepairTrash::HealthRepairTrash(Platform& platform, const HealthReport& report,
                                      std::function<void(const std::string& line)> say)
     : platform_(platform), say_(std::move(say)) {
@@ -23,23 +15,21 @@ HealthRepairTrash::HealthRepairTrash(Platform& platform, const HealthReport& rep
   }
 }
 
-Result<void> HealthRepairTrash::refusal(const Path& item) const {
-  if (ProtectedPlaces(platform_).isOneOrAroundOne(sight(platform_.files, item)))
-    return refused("“" + item.lastComponent() + "” belongs where it is.");
+void HealthRepairTrash::requireFound(const Path& item) const {
   const auto attributes = platform_.files.attributes(item);
   const auto known = found_.find(item.text());
   if (attributes && (known == found_.end() || known->second != attributes->identity))
-    return refused("“" + item.lastComponent() + "” isn’t the item that was found.");
-  return {};
+    throw MoveRefused("“" + item.lastComponent() + "” isn’t the item that was found.");
 }
 
 void HealthRepairTrash::trash(const Path& item) const {
-  if (const auto allowed = refusal(item); !allowed) {
-    say_("  WARN: could not trash " + item.text() + ": " + allowed.error().description);
-    return;
+  try {
+    HealthRepairGuard::requireTrashable(platform_, item);
+    requireFound(item);
+    platform_.trash.moveToTrash(item).orThrow();
+  } catch (const LocalizedError& error) {
+    say_("  WARN: could not trash " + item.text() + ": " + error.localizedDescription());
   }
-  if (const auto moved = platform_.trash.moveToTrash(item); !moved)
-    say_("  WARN: could not trash " + item.text() + ": " + moved.error().description);
 }
 
 }  // namespace quarn

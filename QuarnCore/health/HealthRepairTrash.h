@@ -21,7 +21,7 @@ class HealthRepairTrash {
   void trash(const Path& item) const;
 
  private:
-  Result<void> refusal(const Path& item) const;
+  void requireFound(const Path& item) const;
 
   Platform& platform_;
   std::function<void(const std::string& line)> say_;

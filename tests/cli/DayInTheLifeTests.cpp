@@ -213,4 +213,24 @@ TEST_F(DayInTheLife, theDriveIsUnpluggedAndComesBack) {
   expectReport(withFindings({"Foo.app", "Bar.app", "Baz.app"}, {}));
 }
 
+TEST_F(DayInTheLife, aRepairThatIsAnsweredWhileTheDriveHasAnotherNameCanBeUndone) {
+  PocketDrive drive;
+  PocketDrive::pull(true);
+  PocketDrive::plugAt("/Volumes/X9 1");
+  const std::string other = "/Volumes/X9 1/ExternalQuarn/Apps/Foo.app";
+  const auto copy = scene::tree(other);
+  const auto run = scene::quarn({"health", "repair", "--no-snapshot", "--yes"});
+  EXPECT_NE(run.out.find("  removed /Applications/Foo.app\n"), std::string::npos) << run.out;
+  EXPECT_NE(run.out.find("  trashed orphan " + other + "\n"), std::string::npos) << run.out;
+  EXPECT_EQ(scene::tree(scene::driveTrash("/Volumes/X9 1") + "/Foo.app"), copy) << "in one run";
+  scene::unplug("X9 1");
+  PocketDrive::plug();
+  for (const char* name : {"Foo.app", "Bar.app", "Baz.app"}) {
+    fs::rename(scene::driveTrash() + "/" + name, movedTo(name));
+    scene::link("/Applications/" + std::string(name), movedTo(name));
+  }
+  scene::link(support, movedSupport);
+  expectReport(withFindings({"Foo.app", "Bar.app", "Baz.app"}, {}));
+}
+
 }  // namespace

@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <sys/mount.h>
 
 #include "tests/cli/Expected.h"
 
@@ -214,32 +215,196 @@ TEST(HealthRepair, aSnapshotIsTakenFirstAndItsFailureIsNoReasonToStop) {
       << taken.out;
 }
 
-TEST(HealthRepair, whatAnyoneWroteIntoTheManifestMovesNothingElse) {
-  for (const char* source : {"/", "/Applications", "/Users/me", "/Volumes/X9"}) {
-    for (const std::string& destination :
-         {std::string("/Users/me/Documents"), std::string("/Volumes/X9"), apps}) {
-      scene::write(scene::home + "/Documents/letter", "dear");
-      scene::write(scene::manifest, R"([{"destinationPath":")" + destination +
-                                        R"(","movedAt":"2026-01-31T09:05:00Z","sizeBytes":1,)" +
-                                        R"("sourcePath":")" + std::string(source) + R"("}])");
-      for (const char* flag : {"--reclaim-reverted", "--re-symlink-reverted"}) {
-        const auto before = scene::tree("/Volumes/X9");
-        const auto run = repair({"--yes", flag});
-        EXPECT_NE(run.out.find("[reverted]"), std::string::npos) << run.out;
-        EXPECT_EQ(scene::tree("/Volumes/X9"), before) << source << " " << destination;
-        EXPECT_EQ(scene::read(scene::home + "/Documents/letter"), "dear");
-      }
+/// Everything that a repair could reach.
+std::vector<std::string> wholeTree() {
+  std::vector<std::string> all;
+  for (const std::string top : {"/Applications", "/Users", "/Volumes", "/etc/zz"}) {
+    for (const std::string& line : scene::tree(top)) all.push_back(top + " " + line);
+  }
+  return all;
+}
+
+void writeManifest(const std::string& source, const std::string& destination) {
+  scene::write(scene::manifest, R"([{"destinationPath":")" + destination +
+                                    R"(","movedAt":"2026-01-31T09:05:00Z","sizeBytes":1,"sourcePath":")" +
+                                    source + R"("}])");
+}
+
+TEST(HealthRepair, whatAnyoneWroteIntoTheManifestReachesNothing) {
+  scene::makeApp("/Applications/Foo.app");
+  scene::makeApp(apps + "/Seed.app");
+  scene::link("/Applications/Seed.app", apps + "/Seed.app");
+  scene::makeApp("/Volumes/X9/Photos/Foo.app");
+  scene::makeApp("/Users/me/Projects/Quarn/src/Foo.app");
+  scene::makeApp("/Volumes/X9/QuarnBackups/Foo.app");
+  scene::makeApp("/Users/me/Documents/Foo.app");
+  scene::link(apps + "/lnk", "/Users/me/Documents");
+  scene::link("/Volumes/X9/ExternalQuarn/vol", "/Volumes/X9");
+  scene::write("/etc/zz/file", "of the system");
+  scene::write("/Users/me/Projects/x/file", "a project");
+  const std::pair<std::string, std::string> records[] = {
+      {"/", "/Volumes/X9"},
+      {"/Applications", apps},
+      {scene::home, apps + "/me"},
+      {"/Volumes/X9", apps + "/X9"},
+      {"/Applications/Foo.app", "/Users/me/Documents/Foo.app"},
+      {"/Applications/Foo.app", "/Volumes/X9/Photos/Foo.app"},
+      {"/Applications/Foo.app", "/Users/me/Projects/Quarn/src/Foo.app"},
+      {"/Applications/Foo.app", "/Volumes/X9/QuarnBackups/Foo.app"},
+      {"/Applications/Foo.app", apps + "/lnk/Foo.app"},
+      {"/Applications/Foo.app", "/Volumes/X9/ExternalQuarn/vol/Photos/Foo.app"},
+      {"/Applications/Foo.app", apps + "/../../Photos/Foo.app"},
+      {"/Applications/Foo.app", "ExternalQuarn/Apps/Seed.app"},
+      {"/Applications/Foo.app", "/Volumes/None/ExternalQuarn/Apps/Foo.app"},
+      {"/Applications/Foo.app", apps + "/Seed.app"},
+      {"/Applications/Foo.app/Contents/../../Foo.app", apps + "/Seed.app"},
+      {"/etc/zz", apps + "/zz"},
+      {"/Users/me/Projects/x", apps + "/x"},
+      {"/Volumes/X9/Photos", apps + "/Photos"},
+      {scene::home + "/Library/Application Support/Quarn", apps + "/Quarn"},
+  };
+  for (const auto& [source, destination] : records) {
+    writeManifest(source, destination);
+    const auto before = wholeTree();
+    for (const char* flag : {"--reclaim-reverted", "--re-symlink-reverted"}) {
+      const auto run = quarn({"health", "repair", "--no-snapshot", "--yes", flag}, {.folder = "/Volumes/X9"});
+      EXPECT_NE(run.out.find("[reverted]"), std::string::npos) << source << " " << destination << run.out;
+      EXPECT_EQ(wholeTree(), before) << source << " " << destination << "\n" << run.out;
+      EXPECT_NE(
+          run.out.find(std::string(flag) == "--reclaim-reverted" ? "  WARN: could not trash " : "  FAIL: "),
+          std::string::npos)
+          << run.out;
     }
   }
 }
 
-TEST(HealthRepair, aLinkToAHomeFolderTrashesNoHomeFolder) {
+TEST(HealthRepair, aRecordOfAFolderThatIsBackMovesItAgainThoughItsFolderOnTheDriveIsGone) {
+  scene::makeApp("/Applications/Foo.app");
+  writeManifest("/Applications/Foo.app", apps + "/Foo.app");
+  const auto whole = scene::tree("/Applications/Foo.app");
+  const auto run = repair({"--yes", "--re-symlink-reverted"});
+  EXPECT_NE(run.out.find("  WARN: could not trash " + apps + "/Foo.app: "), std::string::npos) << run.out;
+  EXPECT_TRUE(run.out.ends_with("  re-symlinked Foo.app\n")) << run.out;
+  EXPECT_EQ(scene::tree(apps + "/Foo.app"), whole);
+}
+
+TEST(HealthRepair, aFolderOfApplicationsThatIsBackGetsItsLaunchersAgain) {
+  scene::makeApp("/Applications/Suite/One.app");
+  writeManifest("/Applications/Suite", apps + "/Suite");
+  const auto run = repair({"--yes", "--re-symlink-reverted"});
+  EXPECT_NE(run.out.find("\n  re-symlinked Suite\n"), std::string::npos) << run.out;
+  EXPECT_EQ(scene::target("/Applications/Suite"), apps + "/Suite");
+  EXPECT_EQ(scene::read("/Applications/One.app/Contents/Resources/ExternalAppTarget.txt"),
+            apps + "/Suite/One.app");
+  EXPECT_EQ(quarn({"health", "check"}).status, 0);
+}
+
+TEST(HealthRepair, reclaimingWhatIsGoneSaysItsClosingLine) {
+  scene::makeApp("/Applications/Foo.app");
+  writeManifest("/Applications/Foo.app", apps + "/Foo.app");
+  const auto before = scene::tree("/Applications/Foo.app");
+  EXPECT_TRUE(repair({"--yes", "--reclaim-reverted"}).out.ends_with("\n  reclaimed Foo.app\n"));
+  EXPECT_EQ(scene::tree("/Applications/Foo.app"), before);
+}
+
+TEST(HealthRepair, aLauncherWhoseApplicationIsGoneIsNoReasonToTrashTheCopy) {
+  scene::makeLauncher("/Applications/Foo.app", "/Volumes/Away/ExternalQuarn/Apps/Foo.app");
+  scene::makeApp(apps + "/Foo.app");
+  const auto before = scene::tree("/Volumes/X9");
+  for (const char* flag : {"--reclaim-reverted", "--re-symlink-reverted"}) {
+    const auto run = repair({"--yes", flag});
+    EXPECT_NE(run.out.find("“Foo.app” is a launcher, and its application is gone."), std::string::npos)
+        << run.out;
+    EXPECT_EQ(scene::tree("/Volumes/X9"), before);
+  }
+}
+
+TEST(HealthRepair, anApplicationThatRunsKeepsItsOldCopyToo) {
+  const std::string program = "/Applications/Foo.app/Contents/MacOS/Foo";
+  scene::makeApp("/Applications/Foo.app");
+  std::filesystem::copy_file("/bin/sleep", program, std::filesystem::copy_options::overwrite_existing);
+  scene::makeApp(apps + "/Foo.app");
+  const auto before = scene::tree("/Volumes/X9");
+  scene::Background running({"/bin/sh", "-c", "touch /tmp/ready; exec " + program + " 60"});
+  ASSERT_TRUE(scene::appears("/tmp/ready"));
+  const auto run = repair({"--yes", "--re-symlink-reverted"});
+  EXPECT_NE(run.out.find("  FAIL: App is running: Foo.app."), std::string::npos) << run.out;
+  EXPECT_EQ(scene::tree("/Volumes/X9"), before);
+}
+
+TEST(HealthRepair, anItemWithAVolumeInsideStays) {
+  if (!scene::hasMounts()) GTEST_SKIP() << "needs real mounts";
+  scene::makeApp(apps + "/Foo.app");
+  scene::plug("Inner", "1m");
+  scene::write("/Volumes/Inner/file", "of another volume");
+  scene::makeFolder(apps + "/Foo.app/mnt");
+  ASSERT_EQ(::mount("/Volumes/Inner", (apps + "/Foo.app/mnt").c_str(), nullptr, MS_BIND, nullptr), 0);
+  const auto run = repair({"--yes"});
+  EXPECT_NE(run.out.find("  WARN: could not trash " + apps + "/Foo.app: A volume is mounted inside "),
+            std::string::npos)
+      << run.out;
+  EXPECT_EQ(scene::read(apps + "/Foo.app/mnt/file"), "of another volume");
+}
+
+TEST(HealthRepair, aLinkToAHomeFolderOrToRecordsTrashesNone) {
   scene::write("/Users/me/Documents/letter", "dear");
+  scene::write("/Volumes/X9/QuarnBackups/b1/file", "backup");
+  scene::write(scene::manifest, "[\n\n]");
   scene::link("/Applications/Home.app", "/Users/me");
+  scene::link("/Applications/Manifest.app", scene::manifest);
+  scene::link("/Applications/Backup.app", "/Volumes/X9/QuarnBackups/b1");
   const auto run = repair({"--yes"});
   EXPECT_NE(run.out.find("  WARN: could not trash /Users/me: “me” belongs where it is.\n"), std::string::npos)
       << run.out;
   EXPECT_EQ(scene::read("/Users/me/Documents/letter"), "dear");
+  EXPECT_EQ(scene::read("/Volumes/X9/QuarnBackups/b1/file"), "backup");
+  EXPECT_EQ(scene::read(scene::manifest), "[\n\n]");
+}
+
+TEST(HealthRepair, aPreferencesLinkCarriesOffNothingElse) {
+  const std::string link = scene::home + "/Library/Preferences/com.example.plist";
+  scene::write(scene::manifest, "[\n\n]");
+  scene::write("/Users/me/folder.plist/inside", "inside");
+  scene::write("/Users/me/.ssh/id", "key");
+  scene::write("/Users/me/other/rel.plist", "of the current folder");
+  scene::write("/Volumes/X9/QuarnBackups/b.plist", "backup");
+  for (const std::string& target :
+       {scene::manifest, std::string("/Users/me/folder.plist"), std::string("/Users/me/.ssh/id"),
+        std::string("/Volumes/X9/QuarnBackups/b.plist"), std::string("rel.plist")}) {
+    scene::shell("rm -f " + link);
+    scene::link(link, target);
+    const auto before = wholeTree();
+    const auto run = quarn({"health", "repair", "--no-snapshot", "--yes"}, {.folder = "/Users/me/other"});
+    EXPECT_TRUE(run.out.ends_with("  FAILED: “com.example.plist” doesn’t lead to a preferences file.\n"))
+        << target << run.out;
+    EXPECT_EQ(wholeTree(), before) << target;
+  }
+}
+
+TEST(HealthRepair, goesThroughTheKindsInItsOwnOrder) {
+  scene::link(scene::home + "/Library/Preferences/p.plist", "/nowhere/p.plist");
+  scene::makeApp(apps + "/Suite/One.app");
+  scene::link("/Applications/Suite", apps + "/Suite");
+  scene::makeApp(apps + "/Orphan.app");
+  scene::makeApp("/Applications/Back.app");
+  scene::makeApp(apps + "/Back.app");
+  scene::write(apps + "/Corrupt.app/Contents/Info.plist", "<plist/>");
+  scene::link("/Applications/Corrupt.app", apps + "/Corrupt.app");
+  scene::link("/Applications/Dead.app", "/nowhere");
+  scene::makeApp(apps + "/Tracked.app", {.identifier = "com.example.tracked"});
+  scene::link("/Applications/Tracked.app", apps + "/Tracked.app");
+  scene::makeInstallsDB();
+  scene::sql(
+      "INSERT INTO installs (install_id, app_name, bundle_id) VALUES ('t', 'Tracked', "
+      "'com.example.tracked')");
+  scene::sql("INSERT INTO tracked_files (install_id, file_path) VALUES ('t', '/gone')");
+  const auto run = repair({"--dry-run"});
+  std::string kinds;
+  for (auto at = run.out.find("• ["); at != std::string::npos; at = run.out.find("• [", at + 1))
+    kinds += run.out.substr(at + 5, run.out.find(']', at) - at - 5) + " ";
+  EXPECT_EQ(
+      kinds,
+      "dangling corrupted reverted orphan missingTrackedFiles missingSpotlightLaunchers unsafePrefsPlist ");
 }
 
 }  // namespace

@@ -173,6 +173,26 @@ TEST(RepairFault, anItemThatTookTheNameOfTheOneThatWasFoundStays) {
   EXPECT_EQ(scene::tree(moved), other);
 }
 
+TEST(RepairFault, aLinkIsNotRemovedWhenTheItemThatItWasToLeadToWentAway) {
+  if (!scene::hasMounts()) GTEST_SKIP() << "needs real mounts";
+  const std::string link = scene::home + "/Library/Application Support/Notes";
+  scene::write("/Volumes/X9/ExternalQuarn/Data/Notes/file", "notes");
+  scene::link(link, "/Volumes/X9/Quarn/Data/Notes");
+  ASSERT_EQ(scene::shell("mkfifo /tmp/answers").status, 0);
+  scene::Background run({"/bin/sh", "-c", "quarn health repair --no-snapshot </tmp/answers >/tmp/said 2>&1"});
+  scene::Background answering(
+      {"/bin/sh", "-c", "exec >/tmp/answers; while [ ! -e /tmp/enough ]; do sleep 0.02; done; echo y"});
+  for (int i = 0; i < 500 && scene::read("/tmp/said").find("Proceed?") == std::string::npos; ++i)
+    std::this_thread::sleep_for(milliseconds(20));
+  scene::unplug("X9");
+  scene::write("/tmp/enough", "");
+  EXPECT_EQ(run.wait(), 0);
+  EXPECT_TRUE(scene::read("/tmp/said")
+                  .ends_with("  left as it is: /Volumes/X9/ExternalQuarn/Data/Notes is no longer there\n"))
+      << scene::read("/tmp/said");
+  EXPECT_TRUE(scene::isLink(link));
+}
+
 TEST(RepairFault, aTrashThatRefusesLeavesTheItemsAndSaysSo) {
   scene::makeApp(moved);
   const auto orphan = scene::tree(moved);

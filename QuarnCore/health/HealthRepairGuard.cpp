@@ -1,0 +1,136 @@
+#include "QuarnCore/health/HealthRepairGuard.h"
+
+#include <algorithm>
+
+#include "Platform/PathText.h"
+#include "QuarnCore/discovery/LauncherShim.h"
+#include "QuarnCore/discovery/ProtectedPlaces.h"
+#include "QuarnCore/discovery/RunningAppsDetector.h"
+#include "QuarnCore/foundation/AppStorageNames.h"
+#include "QuarnCore/move/MountPoints.h"
+#include "QuarnCore/move/MovePlanner.h"
+#include "QuarnCore/move/MoverError.h"
+
+namespace quarn::HealthRepairGuard {
+namespace {
+
+std::string quoted(const std::string& text) {
+  return "“" + text + "”";
+}
+
+MoveRefused belongsThere(const Path& item) {
+  return MoveRefused(quoted(item.lastComponent()) + " belongs where it is.");
+}
+
+bool isFolderForMovedItems(const std::string& name) {
+  const auto& former = AppStorageNames::legacyExternalRoots;
+  return name == AppStorageNames::externalRoot ||
+         std::find(former.begin(), former.end(), name) != former.end();
+}
+
+/// Returns "/Volumes/<name>/<folder>" if a path lies below it.
+std::optional<Path> folderAtTopOfDrive(const Path& path) {
+  const Path volumes("/Volumes");
+  for (Path folder = path.parent(); folder.parent() != folder; folder = folder.parent()) {
+    if (folder.parent().parent() == volumes) return folder;
+  }
+  return std::nullopt;
+}
+
+bool isRecordOrBackup(const ReadOnlyPlatform& platform, const Sighting& item) {
+  const auto top = folderAtTopOfDrive(item.leadsTo.appending("inside"));
+  if (top && top->lastComponent() == AppStorageNames::backupsRoot) return true;
+  return item.isAtOrIn(sight(platform.files, AppStorageNames::supportRoot(platform.places)));
+}
+
+/// Returns whether a move takes things from there: applications, and data in a library or under a hidden name
+/// at home.
+bool isPlaceOfApplications(const ReadOnlyPlatform& platform, const Path& item) {
+  const Path home = platform.files.standardized(platform.places.home());
+  if (item.parent() == home) return item.lastComponent().starts_with(".");
+  const Path roots[] = {Path("/Applications"), Path("/Library"), home.appending("Applications"),
+                        home.appending("Library")};
+  return std::any_of(std::begin(roots), std::end(roots),
+                     [&](const Path& root) { return item != root && isAtOrInByText(item, root); });
+}
+
+/// Looks at the item itself: a link to it elsewhere would be followed to somebody else's.
+void requirePlaceOfApplications(const ReadOnlyPlatform& platform, const Path& location) {
+  const ProtectedPlaces places(platform);
+  const Sighting sighting = sight(platform.files, location);
+  if (places.isOneOrAroundOne(sighting) || places.isInOwnFolder(sighting)) throw belongsThere(location);
+  const Sighting around = sight(platform.files, location.parent());
+  if (!location.isAbsolute() || around.leadsTo != around.spelled ||
+      !isPlaceOfApplications(platform, sighting.spelled))
+    throw MoveRefused(quoted(location.text()) +
+                      " isn’t a place that applications or their data are moved from.");
+}
+
+bool isHealthyElsewhere(const ReadOnlyPlatform& platform, const HealthReport& report, const Path& target) {
+  const Sighting copy = sight(platform.files, target);
+  return std::any_of(report.issues.begin(), report.issues.end(), [&](const HealthIssue& issue) {
+    if (issue.kind != HealthIssue::Kind::healthy || !issue.target) return false;
+    const Sighting used = sight(platform.files, *issue.target);
+    return copy.isAtOrIn(used) || used.isAtOrIn(copy);
+  });
+}
+
+void requireOwnCopy(const ReadOnlyPlatform& platform, const HealthReport& report, const Path& location,
+                    const Path& target) {
+  if (!driveOf(platform, target))
+    throw MoveRefused(quoted(target.text()) + " isn’t in the folder for moved items of a mounted drive.");
+  if (target.lastComponent() != location.lastComponent())
+    throw MoveRefused(quoted(target.text()) + " isn’t a copy of " + quoted(location.lastComponent()) + ".");
+  if (isHealthyElsewhere(platform, report, target))
+    throw MoveRefused(quoted(target.text()) + " is in use: a link leads there.");
+}
+
+}  // namespace
+
+std::optional<Path> driveOf(const ReadOnlyPlatform& platform, const Path& item) {
+  if (!item.isAbsolute()) return std::nullopt;
+  const Path place = sight(platform.files, item.parent()).leadsTo.appending(item.lastComponent());
+  const auto top = folderAtTopOfDrive(place);
+  if (!top || !isFolderForMovedItems(top->lastComponent()) || !MountPoints::contains(platform, top->parent()))
+    return std::nullopt;
+  return top->parent();
+}
+
+void requireTrashable(const ReadOnlyPlatform& platform, const Path& item) {
+  const Sighting sighting = sight(platform.files, item);
+  if (ProtectedPlaces(platform).isOneOrAroundOne(sighting) || isRecordOrBackup(platform, sighting))
+    throw belongsThere(item);
+  if (platform.files.exists(item)) MountPoints::refuseInside(platform, item);
+}
+
+void requirePlausible(const ReadOnlyPlatform& platform, const HealthReport& report,
+                      const HealthIssue& issue) {
+  requirePlaceOfApplications(platform, issue.location);
+  if (LauncherShim::recordedTarget(platform, issue.location))
+    throw MoveRefused(quoted(issue.location.lastComponent()) +
+                      " is a launcher, and its application is gone.");
+  if (issue.target) requireOwnCopy(platform, report, issue.location, *issue.target);
+}
+
+void requireMovable(const ReadOnlyPlatform& platform, const Path& source) {
+  MovePlanner::requireStillMovable(platform, source);
+  if (source.extension() == "app" && RunningAppsDetector::isRunning(platform, source))
+    throw MoverError::appIsRunning(source.lastComponent());
+  MountPoints::refuseInside(platform, source);
+}
+
+void requirePreferencesFile(const ReadOnlyPlatform& platform, const Path& link) {
+  const auto text = platform.files.readSymbolicLink(link).orThrow();
+  const Path seenFromTheLink = PathText::linkTarget(link, text);
+  const Sighting taken = sight(platform.files, PathText::fileURL(platform.places, text));
+  // What is missing is told by the way back itself.
+  if (!taken.exists) return;
+  const auto attributes = platform.files.attributes(taken.leadsTo);
+  const bool isFile =
+      attributes && attributes->kind == FileKind::regular && taken.leadsTo.extension() == "plist";
+  if (!isFile || isRecordOrBackup(platform, taken) ||
+      sight(platform.files, seenFromTheLink).leadsTo != taken.leadsTo)
+    throw MoveRefused(quoted(link.lastComponent()) + " doesn’t lead to a preferences file.");
+}
+
+}  // namespace quarn::HealthRepairGuard
