@@ -1,7 +1,9 @@
 #include "bench/Trees.h"
 
+#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
@@ -55,15 +57,45 @@ void makeTreeHere(const std::string& root, int files, int folders) {
   }
 }
 
-}  // namespace
+void makeEmptyFiles(const std::string& folder, int count) {
+  for (int number = 0; number < count; ++number) {
+    const std::string file = folder + "/record " + std::to_string(number);
+    ::close(::open(file.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600));
+  }
+}
 
-void makeTree(const std::string& root, int files, int folders) {
+void makeDataOfApplication(const std::string& folder) {
+  for (int number = 0; number < 100; ++number) {
+    const std::string third =
+        folder + "/part " + std::to_string(number / 10) + "/store " + std::to_string(number % 10);
+    fs::create_directories(third);
+    makeEmptyFiles(third, 9);
+  }
+}
+
+void inOwnProcess(const std::function<void()>& work) {
   const pid_t maker = ::fork();
   if (maker == 0) {
-    makeTreeHere(root, files, folders);
+    work();
     ::_exit(0);
   }
   ::waitpid(maker, nullptr, 0);
+}
+
+}  // namespace
+
+void makeTree(const std::string& root, int files, int folders) {
+  inOwnProcess([&] { makeTreeHere(root, files, folders); });
+}
+
+void makeApplicationData(const std::string& folder, int applications, const std::string& target) {
+  inOwnProcess([&] {
+    for (int number = 0; number < applications; ++number) {
+      const std::string data = folder + "/org.example.app" + std::to_string(number);
+      makeDataOfApplication(data);
+      fs::create_symlink(target, data + "/moved");
+    }
+  });
 }
 
 void makeNames(const std::string& folder, int count) {

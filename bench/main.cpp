@@ -6,36 +6,17 @@
 #include <string>
 
 #include "bench/Contest.h"
+#include "bench/HealthRows.h"
+#include "bench/Programs.h"
+#include "bench/Table.h"
 #include "bench/Trees.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 using bench::Command;
-using bench::Contest;
-
-/// The program itself, and not the script that is on the PATH.
-const std::string quarn = "/usr/local/libexec/quarn";
-
-void heading() {
-  std::printf("| what | rival | ratio | limit | time | rival's time | peak | limit |\n");
-  std::printf("|---|---|---|---|---|---|---|---|\n");
-}
-
-struct Row {
-  std::string what;
-  std::string rival;
-  double limit;
-  double peakLimit = 0;  ///< MB; none at 0
-};
-
-void print(const Row& row, const bench::Outcome& outcome) {
-  std::printf("| %s | %s | %.2f | %.2f | %.1f ms | %.1f ms | %.1f MB | %s |\n", row.what.c_str(),
-              row.rival.c_str(), outcome.ratio, row.limit, outcome.subject.wallSeconds * 1000,
-              outcome.rival.wallSeconds * 1000, outcome.subject.peakMegabytes,
-              row.peakLimit > 0 ? (std::to_string(static_cast<int>(row.peakLimit)) + " MB").c_str() : "");
-  std::fflush(stdout);
-}
+using bench::print;
+using bench::quarn;
 
 void walks(const std::string& subject) {
   const std::string tree = "/tmp/tree";
@@ -130,21 +111,24 @@ void plan(const std::string& subject) {
   const double whole = medianProcessorMilliseconds(command);
   const double sizing = medianProcessorMilliseconds({subject, "measure-each", "/Applications"});
   const double start = medianProcessorMilliseconds({quarn, "help"});
+  const double rest = whole - (sizing - start);
   bench::makeNames("/Users/me/Library/Caches", 200'000);
   const double crowded = medianProcessorMilliseconds(command);
   std::printf(
       "\n`move plan` over 300 applications: %.1f ms of processor time, %.1f ms of it for sizing; "
-      "less the sizing %.1f ms (limit 40 ms); with 200,000 names in ~/Library/Caches %.1f ms more "
+      "less the sizing %.1f ms%s (limit 40 ms); with 200,000 names in ~/Library/Caches %.1f ms%s more "
       "(limit 5 ms)\n",
-      whole, sizing - start, whole - (sizing - start), crowded - whole);
+      whole, sizing - start, rest, bench::mark(rest, 40), crowded - whole, bench::mark(crowded - whole, 5));
 }
 
 }  // namespace
 
 int main(int count, char** values) {
   if (count != 2) return 2;
-  heading();
+  bench::printHeading();
   walks(values[1]);
+  // Before the first move, which leaves a record.
+  bench::printHealthRows(values[1]);
   oneMove();
   starts();
   processList(values[1]);

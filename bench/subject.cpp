@@ -1,14 +1,57 @@
 // One service in a process of its own, so that its time and its peak of memory can be told from outside:
-// bench-subject measure|size|measure-each PATH, bench-subject verify SOURCE COPY, bench-subject running.
+// bench-subject measure|size|measure-each PATH, bench-subject verify SOURCE COPY, bench-subject running,
+// bench-subject healthy|dead-links EXPECTED.
 
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
+#include <memory>
 
 #include "Platform/HostPlatform.h"
 #include "QuarnCore/discovery/RunningAppsDetector.h"
 #include "QuarnCore/foundation/SizeCalculator.h"
 #include "QuarnCore/foundation/SizingService.h"
+#include "QuarnCore/health/DataLinkDetection.h"
+#include "QuarnCore/health/HealthCheck.h"
 #include "QuarnCore/move/MoveVerifier.h"
+
+namespace {
+
+/// A tool that has said nothing and succeeded.
+class EndedChild : public quarn::Child {
+ public:
+  bool isRunning() override { return false; }
+  int waitForExit() override { return 0; }
+  void terminate() override {}
+  void kill() override {}
+  void readToEnd(const quarn::OutputSink&, const quarn::OutputSink&) override {}
+  void readUntilExit(const quarn::OutputSink&, const quarn::OutputSink&) override {}
+};
+
+/// Starts nothing. To `codesign` and `stapler`, every bundle is in order.
+class NoProcesses : public quarn::Processes {
+ public:
+  quarn::Result<std::unique_ptr<quarn::Child>> start(const quarn::Path&, const std::vector<std::string>&,
+                                                     quarn::OutputStreams) override {
+    return std::unique_ptr<quarn::Child>(std::make_unique<EndedChild>());
+  }
+  std::vector<int> lineage() const override { return {}; }
+};
+
+/// Checks the health without the tools that this starts. Returns whether every link was found healthy.
+bool allHealthy(const quarn::Platform& host, int expected) {
+  NoProcesses processes;
+  const quarn::Platform platform{host.files, processes,   host.volumes, host.applications, host.trash,
+                                 host.clock, host.places, host.locks,   host.databases};
+  const auto report = quarn::HealthCheck::run(platform, {quarn::Path("/Applications")});
+  return report.healthyCount == expected && report.problems().empty();
+}
+
+bool findsDeadLinks(const quarn::Platform& platform, std::size_t expected) {
+  return quarn::DanglingDataLinkDetector::detect(platform).size() == expected;
+}
+
+}  // namespace
 
 int main(int count, char** values) {
   quarn::Platform& platform = quarn::hostPlatform();
@@ -36,6 +79,12 @@ int main(int count, char** values) {
   }
   if (count == 2 && std::strcmp(values[1], "running") == 0) {
     return quarn::RunningAppsDetector::bundlePaths(platform).empty() ? 1 : 0;
+  }
+  if (count == 3 && std::strcmp(values[1], "healthy") == 0) {
+    return allHealthy(platform, std::atoi(values[2])) ? 0 : 1;
+  }
+  if (count == 3 && std::strcmp(values[1], "dead-links") == 0) {
+    return findsDeadLinks(platform, std::strtoul(values[2], nullptr, 10)) ? 0 : 1;
   }
   return 2;
 }
