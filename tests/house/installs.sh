@@ -21,9 +21,11 @@ diff -r "$source/QuarnCore/installer/InstallerOptions" "$prefix/share/quarn/Inst
   fail "the installed companion doesn't run"
 
 # What the weekly job names is installed where it says, below the usual prefix.
-for program in $(sed -n 's|.*<string>/usr/local/\(.*\)</string>.*|\1|p' "$prefix/share/quarn/quarn-health-check.plist"); do
+while read -r program; do
   [ -x "$prefix/$program" ] || fail "the weekly job starts $program, which isn't installed"
-done
+done <<NAMED
+$(sed -n 's|.*<string>/usr/local/\(.*\)</string>.*|\1|p' "$prefix/share/quarn/quarn-health-check.plist")
+NAMED
 [ -x "$prefix/share/quarn/quarn-health-check" ] || fail "the program of the weekly job isn't installed"
 
 # Folders of links, as a person makes them, and a stranger's companion where the program is called.
