@@ -11,13 +11,15 @@ chmod +x "$work/osascript"
 
 # expect STATUS-OF-THE-CHECK STATUS NOTIFICATIONS
 expect() {
-  printf '#!/bin/sh\n[ "$*" = "health check" ] || exit 9\nexit %s\n' "$1" >"$work/a quarn"
+  printf '#!/bin/sh\n[ "$*" = "health check" ] || exit 9\necho found\nexit %s\n' "$1" >"$work/a quarn"
   chmod +x "$work/a quarn"
   : >"$work/asked"
-  PATH="$work:$PATH" "$top/packaging/launchd/quarn-health-check" "$work/a quarn"
+  HOME="$work/home" PATH="$work:$PATH" "$top/packaging/launchd/quarn-health-check" "$work/a quarn"
   ended=$?
   asked=$(grep -c '^-e display notification "Run quarn health check .*" with title "quarn found problems"$' "$work/asked")
-  [ "$ended $asked" = "$2 $3" ] && return
+  logged=$(cat "$work/home/Library/Logs/quarn-health-check.log")
+  rm "$work/home/Library/Logs/quarn-health-check.log"
+  [ "$ended $asked $logged" = "$2 $3 found" ] && return
   echo "a check that ended with $1: the job ended with $ended after $asked notifications"
   failed=1
 }
