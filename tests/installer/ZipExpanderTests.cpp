@@ -1,3 +1,4 @@
+#include <cstdlib>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <regex>
@@ -15,7 +16,17 @@ using Words = std::vector<std::string>;
 
 const std::string archive = "/Users/me/Foo.zip";
 const std::string trash = "/Users/me/.Trash";
+/// A folder of the test's own: in /tmp a room may show the folder that it was built in.
+const std::string temporary = "/var/tmp/expanding";
 const std::string unsafe = "Archive contains unsafe paths.";
+
+class ZipExpanding : public testing::Test {
+ protected:
+  void SetUp() override {
+    scene::makeFolder(temporary);
+    ::setenv("TMPDIR", temporary.c_str(), 1);
+  }
+};
 
 /// Puts a script in the place of `ditto`. "$4" is the folder; what it was told is kept.
 void ditto(const std::string& script) {
@@ -54,19 +65,19 @@ void expectFailure(Platform& platform, int code, const std::string& description)
   EXPECT_EQ(error.localizedDescription(), description);
 }
 
-TEST(ZipExpander, expandsIntoAFreshFolderOfItsOwn) {
+TEST_F(ZipExpanding, expandsIntoAFreshFolderOfItsOwn) {
   ditto("mkdir \"$4/Foo.app\"; echo precious >\"$4/Foo.app/a\"");
   const Path folder = ZipExpander::expand(hostPlatform(), Path(archive));
-  EXPECT_TRUE(
-      std::regex_match(folder.text(), std::regex("/tmp/QuarnZip-[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}")))
+  EXPECT_TRUE(std::regex_match(folder.text(),
+                               std::regex(temporary + "/QuarnZip-[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}")))
       << folder.text();
   EXPECT_EQ(scene::read(folder.text() + "/Foo.app/a"), "precious\n");
   EXPECT_NE(ZipExpander::expand(hostPlatform(), Path(archive)), folder);
-  EXPECT_EQ(namesIn("/tmp").size(), 2u);
+  EXPECT_EQ(namesIn(temporary).size(), 2u);
   EXPECT_FALSE(scene::exists(trash));
 }
 
-TEST(ZipExpander, theToolGetsTheseWords) {
+TEST_F(ZipExpanding, theToolGetsTheseWords) {
   ditto("");
   for (const std::string odd :
        {"/Users/me/Foo.zip", "/Users/me/a b \"c\" 'd' $e;*.zip", "/Users/me/line\nfeed.zip", "/Users/me/-x",
@@ -76,14 +87,14 @@ TEST(ZipExpander, theToolGetsTheseWords) {
   }
 }
 
-TEST(ZipExpander, theToolHasNoTimeLimit) {
+TEST_F(ZipExpanding, theToolHasNoTimeLimit) {
   doubles::FakeTools tools;
   tools.answers["/usr/bin/ditto "] = {.hangs = true};
   ZipExpander::expand(tools.platform(), Path(archive));
   EXPECT_EQ(tools.secondsWaited(), 0) << "nobody looked at the clock";
 }
 
-TEST(ZipExpander, theTemporaryFolderIsMadeIfItIsMissing) {
+TEST_F(ZipExpanding, theTemporaryFolderIsMadeIfItIsMissing) {
   ditto("");
   doubles::FakePlaces places;
   places.temporary = Path("/Users/me/made/here/");
@@ -91,7 +102,7 @@ TEST(ZipExpander, theTemporaryFolderIsMadeIfItIsMissing) {
   EXPECT_EQ(ZipExpander::expand(platform, Path(archive)).parent(), Path("/Users/me/made/here"));
 }
 
-TEST(ZipExpander, aTemporaryFolderThatCannotBeUsedIsTheError) {
+TEST_F(ZipExpanding, aTemporaryFolderThatCannotBeUsedIsTheError) {
   ditto("");
   scene::write("/Users/me/file", "content");
   doubles::FakePlaces places;
@@ -102,27 +113,27 @@ TEST(ZipExpander, aTemporaryFolderThatCannotBeUsedIsTheError) {
   EXPECT_FALSE(scene::exists("/Users/me/told")) << "the tool isn't started";
 }
 
-TEST(ZipExpander, afterAFailureWhatWasExpandedGoesToTheTrash) {
+TEST_F(ZipExpanding, afterAFailureWhatWasExpandedGoesToTheTrash) {
   ditto("echo half >\"$4/a\"; echo 'ditto: Foo.app/b: Permission denied' >&2; exit 1");
   expectFailure(hostPlatform(), 1, "ditto: Foo.app/b: Permission denied\n");
-  EXPECT_EQ(namesIn("/tmp"), Words{});
+  EXPECT_EQ(namesIn(temporary), Words{});
   const std::string name = nameIn(trash);
   EXPECT_TRUE(name.starts_with("QuarnZip-")) << name;
   EXPECT_EQ(scene::read(trash + "/" + name + "/a"), "half\n");
 }
 
-TEST(ZipExpander, whatTheTrashRefusesIsSetAsideWithTheReason) {
+TEST_F(ZipExpanding, whatTheTrashRefusesIsSetAsideWithTheReason) {
   doubles::RefusingTrash refusing;
   Platform platform = replacing({.trash = &refusing});
   ditto("echo half >\"$4/a\"; echo \"ditto: Couldn't read PKZip signature\" >&2; exit 1");
   expectFailure(platform, 1, "ditto: Couldn't read PKZip signature\n");
-  const std::string aside = nameIn("/tmp/.QuarnTrash");
+  const std::string aside = nameIn(temporary + "/.QuarnTrash");
   EXPECT_TRUE(aside.starts_with("QuarnZip-")) << aside;
   EXPECT_NE(aside.find("-zip-failed-"), std::string::npos) << aside;
-  EXPECT_EQ(scene::read("/tmp/.QuarnTrash/" + aside + "/a"), "half\n");
+  EXPECT_EQ(scene::read(temporary + "/.QuarnTrash/" + aside + "/a"), "half\n");
 }
 
-TEST(ZipExpander, otherFailuresOfTheToolAreErrorsToo) {
+TEST_F(ZipExpanding, otherFailuresOfTheToolAreErrorsToo) {
   ditto("kill -KILL $$");
   expectFailure(hostPlatform(), 9, "The operation couldn’t be completed. (zip error 9.)");
   ditto("printf 'cut \\303' >&2; exit 3");
@@ -131,10 +142,10 @@ TEST(ZipExpander, otherFailuresOfTheToolAreErrorsToo) {
   expectFailure(hostPlatform(), 1, std::string(8'000'000, 'x'));
   scene::removeTool("/usr/bin/ditto");
   expectFailure(hostPlatform(), 127, "The file “ditto” doesn’t exist.");
-  EXPECT_EQ(namesIn("/tmp"), Words{});
+  EXPECT_EQ(namesIn(temporary), Words{});
 }
 
-TEST(ZipExpander, whatTheToolWritesWhileItSucceedsDoesNotMatter) {
+TEST_F(ZipExpanding, whatTheToolWritesWhileItSucceedsDoesNotMatter) {
   ditto("head -c 8000000 /dev/zero; echo warning >&2");
   EXPECT_EQ(failure(hostPlatform()).domain, "none");
 }
@@ -150,20 +161,20 @@ PlatformError expandedAs(const Words& items) {
   return failure(platform);
 }
 
-TEST(ZipExpander, anEntryOutsideOfTheFolderIsRefusedAndAllIsSetAsideWithTheReason) {
+TEST_F(ZipExpanding, anEntryOutsideOfTheFolderIsRefusedAndAllIsSetAsideWithTheReason) {
   for (const std::string outside :
        {"../evil", "a/../../evil", "..", "a/..", ".", "b/./..", "../../../etc/passwd"}) {
     const auto error = expandedAs({"a", outside});
     EXPECT_EQ(error.domain + std::to_string(error.code) + error.localizedDescription(), "zip1" + unsafe)
         << outside;
-    const std::string aside = nameIn("/tmp/.QuarnTrash");
+    const std::string aside = nameIn(temporary + "/.QuarnTrash");
     EXPECT_NE(aside.find("-zip-unsafe-"), std::string::npos) << aside;
-    EXPECT_EQ(scene::read("/tmp/.QuarnTrash/" + aside + "/a"), "precious\n");
-    scene::shell("rm -r /tmp/.QuarnTrash");
+    EXPECT_EQ(scene::read(temporary + "/.QuarnTrash/" + aside + "/a"), "precious\n");
+    scene::shell("rm -r " + temporary + "/.QuarnTrash");
   }
 }
 
-TEST(ZipExpander, aNeighbourWhoseNameBeginsAlikeIsOutside) {
+TEST_F(ZipExpanding, aNeighbourWhoseNameBeginsAlikeIsOutside) {
   ditto("");
   struct Neighbour : doubles::FakeTree {
     using FakeTree::FakeTree;
@@ -177,14 +188,14 @@ TEST(ZipExpander, aNeighbourWhoseNameBeginsAlikeIsOutside) {
   EXPECT_EQ(failure(platform).description, unsafe);
 }
 
-TEST(ZipExpander, namesThatOnlyLookLikeAWayOutAreSafe) {
+TEST_F(ZipExpanding, namesThatOnlyLookLikeAWayOutAreSafe) {
   for (const std::string inside : {"...", "..a", "a..", "a/../b", "/etc/passwd", "a//b", "./a", ".hidden/..b",
                                    "line\nfeed", "-x", "~"}) {
     EXPECT_EQ(expandedAs({inside}).domain, "none") << inside;
   }
 }
 
-TEST(ZipExpander, hiddenItemsAreLookedAt) {
+TEST_F(ZipExpanding, hiddenItemsAreLookedAt) {
   struct Hiding : doubles::FakeTree {
     using FakeTree::FakeTree;
     void walk(const Path& root, Hidden hidden, WalkVisitor& visitor) const override {
@@ -197,7 +208,7 @@ TEST(ZipExpander, hiddenItemsAreLookedAt) {
   EXPECT_EQ(failure(platform).description, unsafe);
 }
 
-TEST(ZipExpander, aFolderThatCannotBeListedIsNotUnsafe) {
+TEST_F(ZipExpanding, aFolderThatCannotBeListedIsNotUnsafe) {
   struct Unlistable : FileSystemDecorator {
     using FileSystemDecorator::FileSystemDecorator;
     void walk(const Path& root, Hidden, WalkVisitor& visitor) const override {
@@ -209,7 +220,7 @@ TEST(ZipExpander, aFolderThatCannotBeListedIsNotUnsafe) {
   EXPECT_EQ(failure(platform).domain, "none");
 }
 
-TEST(ZipExpander, anArchivedLinkThatLeadsOutIsKeptAndNothingBehindItTouched) {
+TEST_F(ZipExpanding, anArchivedLinkThatLeadsOutIsKeptAndNothingBehindItTouched) {
   scene::write("/Users/me/precious", "mine");
   ditto("ln -s /Users/me \"$4/out\"; ln -s ../../Users/me/precious \"$4/up\"; ln -s nowhere \"$4/dangling\"");
   const Path folder = ZipExpander::expand(hostPlatform(), Path(archive));
@@ -221,19 +232,19 @@ TEST(ZipExpander, anArchivedLinkThatLeadsOutIsKeptAndNothingBehindItTouched) {
   EXPECT_EQ(scene::target(trash + "/" + nameIn(trash) + "/out"), "/Users/me");
 }
 
-TEST(ZipExpander, aTemporaryFolderBehindALinkOrWithDotsIsNoUnsafePath) {
+TEST_F(ZipExpanding, aTemporaryFolderBehindALinkOrWithDotsIsNoUnsafePath) {
   ditto("mkdir -p \"$4/a/b\"; : >\"$4/a/b/c\"");
   scene::makeFolder("/Users/me/real/inner");
   scene::link("/Users/me/linked", "/Users/me/real/inner");
   doubles::FakePlaces places;
   Platform platform = replacing({.places = &places});
-  for (const std::string temporary : {"/Users/me/linked", "/Users/me/linked/../sub", "/Users/me//./real"}) {
-    places.temporary = Path(temporary);
-    EXPECT_EQ(failure(platform).domain, "none") << temporary;
+  for (const std::string elsewhere : {"/Users/me/linked", "/Users/me/linked/../sub", "/Users/me//./real"}) {
+    places.temporary = Path(elsewhere);
+    EXPECT_EQ(failure(platform).domain, "none") << elsewhere;
   }
 }
 
-TEST(ZipExpander, aBombEndsWithTheVolumeAndNothingBesideItIsLost) {
+TEST_F(ZipExpanding, aBombEndsWithTheVolumeAndNothingBesideItIsLost) {
   if (!scene::hasMounts()) GTEST_SKIP() << "needs a small volume of its own";
   scene::plug("Tiny", "1m");
   scene::write("/Volumes/Tiny/precious", "mine");
@@ -250,7 +261,7 @@ TEST(ZipExpander, aBombEndsWithTheVolumeAndNothingBesideItIsLost) {
 /// How many changing operations an expansion takes whose tool fails, when the `refused`-th of them is
 /// refused, alone or with all that follow.
 int stepsWithRefusal(int refused, bool forGood) {
-  scene::shell("rm -rf /tmp/* /tmp/.QuarnTrash " + trash);
+  scene::shell("rm -rf " + temporary + "/* " + temporary + "/.QuarnTrash " + trash);
   int steps = 0;
   bool started = false;
   GatedPlatform gated([&](const std::string& operation) -> Result<void> {
@@ -260,12 +271,13 @@ int stepsWithRefusal(int refused, bool forGood) {
     return {};
   });
   EXPECT_NE(failure(gated.platform()).domain, "none") << refused;
-  const std::string found = scene::shell("find /tmp " + trash + " -name a 2>/dev/null | wc -l").out;
+  const std::string found =
+      scene::shell("find " + temporary + " " + trash + " -name a 2>/dev/null | wc -l").out;
   EXPECT_EQ(found, started ? "1\n" : "0\n") << refused << (forGood ? " for good" : " once");
   return steps;
 }
 
-TEST(ZipExpander, whateverStepFailsNothingThatWasExpandedIsLost) {
+TEST_F(ZipExpanding, whateverStepFailsNothingThatWasExpandedIsLost) {
   ditto("echo half >\"$4/a\"; exit 1");
   for (const bool forGood : {false, true}) {
     int refused = 1;
