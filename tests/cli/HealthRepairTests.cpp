@@ -240,6 +240,7 @@ TEST(HealthRepair, whatAnyoneWroteIntoTheManifestReachesNothing) {
   scene::makeApp("/Users/me/Documents/Foo.app");
   scene::link(apps + "/lnk", "/Users/me/Documents");
   scene::link("/Volumes/X9/ExternalQuarn/vol", "/Volumes/X9");
+  scene::write("/Volumes/X9/ExternalQuarn/Data/Other/file", "of another item");
   scene::write("/etc/zz/file", "of the system");
   scene::write("/Users/me/Projects/x/file", "a project");
   const std::pair<std::string, std::string> records[] = {
@@ -257,6 +258,7 @@ TEST(HealthRepair, whatAnyoneWroteIntoTheManifestReachesNothing) {
       {"/Applications/Foo.app", "ExternalQuarn/Apps/Seed.app"},
       {"/Applications/Foo.app", "/Volumes/None/ExternalQuarn/Apps/Foo.app"},
       {"/Applications/Foo.app", apps + "/Seed.app"},
+      {"/Applications/Foo.app", "/Volumes/X9/ExternalQuarn/Data/Other"},
       {"/Applications/Foo.app/Contents/../../Foo.app", apps + "/Seed.app"},
       {"/etc/zz", apps + "/zz"},
       {"/Users/me/Projects/x", apps + "/x"},
