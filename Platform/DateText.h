@@ -13,6 +13,10 @@ std::string iso8601(Moment moment);
 /// Returns a text such as "2026-01-31 09:05:00 +0000", as a Mac describes a date by default: UTC, whole
 /// seconds, the fraction cut off.
 std::string plain(Moment moment);
+/// Returns a text such as "20260131_090500" in the local time zone. On a Mac its form follows the user's
+/// settings: another calendar gives other years, another region other digits, and a forced 12-hour clock adds
+/// a space and letters (NSDateFormatter).
+std::string compactLocal(Moment moment);
 /// Parses exactly the form that `iso8601` writes. Returns nothing for any other text (one with a fraction of
 /// a second included), for a day or time that doesn't exist, and for one outside the range of `Moment`.
 std::optional<Moment> parsingISO8601(std::string_view text);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -38,6 +39,7 @@ struct FileAttributes {
   std::optional<std::int64_t> allocatedSize;       ///< the data fork; absent if unknown
   std::int64_t blockBytes = 0;                     ///< `st_blocks` times 512
   FileIdentity identity;
+  std::uint32_t permissions = 0;  ///< the permission bits, as chmod(2) takes them
   bool operator==(const FileAttributes&) const = default;
 };
 
@@ -118,6 +120,9 @@ class FileSystem {
   /// Returns all bytes of a regular file; follows links. Missing: `fileReadNoSuchFile`. Not a regular file,
   /// such as a folder or a FIFO: `fileReadUnknown`. Larger than 256 MB: `fileReadTooLarge`.
   virtual Result<std::string> read(const Path& file) const = 0;
+  /// Returns the first bytes of a regular file, at most `count`, without reading the rest; follows links.
+  /// Fails as `read` does, but a file may have any size.
+  virtual Result<std::string> readStart(const Path& file, std::size_t count) const = 0;
   /// Returns the error that `remove` would meet at this item, as far as that can be known without trying: the
   /// item is locked, a volume is mounted on it, its folder doesn't let it go, or it is a folder that has
   /// contents and may not be changed. Doesn't look at what lies below the item. Returns nothing for an item

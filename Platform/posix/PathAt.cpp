@@ -67,31 +67,62 @@ std::optional<std::string> linkText(int folder, const char* name) {
   }
 }
 
-int readWhole(const PathAt& file, std::string& content) {
+namespace {
+
+/// Opens a regular file and describes it. Returns 0 or the error number.
+int openRegular(const PathAt& file, Descriptor& opened, struct stat& status) {
   if (file.error()) return file.error();
   // Without O_NONBLOCK, opening a FIFO would wait for a writer.
-  const Descriptor opened(::openat(file.folder(), file.name(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
-  struct stat status;
+  opened = Descriptor(::openat(file.folder(), file.name(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
   if (!opened.isOpen() || ::fstat(opened.number(), &status) != 0) return errno;
   if (S_ISDIR(status.st_mode)) return EISDIR;
   // Anything but a regular file may never end, or wait for a writer that never comes.
-  if (!S_ISREG(status.st_mode)) return ESPIPE;
-  if (status.st_size > longestFile) return EFBIG;
-  // One byte more than expected, so that one more read reports the end of the file instead of filling the
-  // buffer. The size is only a first guess: files below /proc report 0.
-  std::size_t filled = 0;
-  for (content.resize(static_cast<std::size_t>(status.st_size) + 1);;) {
-    const ssize_t count = ::read(opened.number(), content.data() + filled, content.size() - filled);
+  return S_ISREG(status.st_mode) ? 0 : ESPIPE;
+}
+
+/// Reads until the buffer is full or the file ends, and adds what was read to `filled`. Returns 0 or the
+/// error number.
+int fill(const Descriptor& file, std::string& buffer, std::size_t& filled) {
+  while (filled < buffer.size()) {
+    const ssize_t count = ::read(file.number(), buffer.data() + filled, buffer.size() - filled);
     if (count < 0 && errno == EINTR) continue;
     if (count < 0) return errno;
     if (count == 0) break;
     filled += static_cast<std::size_t>(count);
-    // A file can grow while it is read.
+  }
+  return 0;
+}
+
+}  // namespace
+
+int readWhole(const PathAt& file, std::string& content) {
+  Descriptor opened;
+  struct stat status;
+  int error = openRegular(file, opened, status);
+  if (error == 0 && status.st_size > longestFile) error = EFBIG;
+  if (error != 0) return error;
+  // One byte more than expected, so that one more read reports the end of the file instead of filling the
+  // buffer. The size is only a first guess: files below /proc report 0, and a file can grow while it is read.
+  content.resize(static_cast<std::size_t>(status.st_size) + 1);
+  std::size_t filled = 0;
+  while ((error = fill(opened, content, filled)) == 0 && filled == content.size()) {
     if (filled > static_cast<std::size_t>(longestFile)) return EFBIG;
-    if (filled == content.size()) content.resize(content.size() * 2);
+    content.resize(content.size() * 2);
   }
   content.resize(filled);
-  return 0;
+  return error;
+}
+
+int readStart(const PathAt& file, std::size_t count, std::string& content) {
+  Descriptor opened;
+  struct stat status;
+  int error = openRegular(file, opened, status);
+  if (error != 0) return error;
+  content.resize(count);
+  std::size_t filled = 0;
+  error = fill(opened, content, filled);
+  content.resize(filled);
+  return error;
 }
 
 }  // namespace quarn

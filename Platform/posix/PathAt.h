@@ -46,5 +46,7 @@ std::optional<std::string> linkText(int folder, const char* name);
 
 /// Reads all bytes of a file; follows links. Returns 0 or the error number.
 int readWhole(const PathAt& file, std::string& content);
+/// Does the same for the first bytes, at most `count`.
+int readStart(const PathAt& file, std::size_t count, std::string& content);
 
 }  // namespace quarn

@@ -105,6 +105,13 @@ Result<std::string> PosixFileSystem::read(const Path& file) const {
   return content;
 }
 
+Result<std::string> PosixFileSystem::readStart(const Path& file, std::size_t count) const {
+  std::string content;
+  const int error = quarn::readStart(PathAt(file), count, content);
+  if (error != 0) return CocoaError::fromErrno(Operation::readFile, error, file);
+  return content;
+}
+
 std::optional<PlatformError> PosixFileSystem::obstacleToRemoval(const Path& item) const {
   const int error = removalObstacle(item);
   if (error == 0) return std::nullopt;

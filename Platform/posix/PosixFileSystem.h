@@ -15,6 +15,7 @@ class PosixFileSystem : public FileSystem {
   Result<std::vector<std::string>> list(const Path& folder, Hidden hidden) const override;
   void walk(const Path& root, Hidden hidden, WalkVisitor& visitor) const override;
   Result<std::string> read(const Path& file) const override;
+  Result<std::string> readStart(const Path& file, std::size_t count) const override;
   std::optional<PlatformError> obstacleToRemoval(const Path& item) const override;
 
   Result<void> createFolder(const Path& folder) override;

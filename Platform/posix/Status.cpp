@@ -33,6 +33,8 @@ FileAttributes attributesFrom(const struct stat& status) {
   attributes.totalAllocatedSize = attributes.blockBytes;
   attributes.allocatedSize = attributes.blockBytes;
   attributes.identity = {static_cast<std::int32_t>(status.st_dev), static_cast<std::uint64_t>(status.st_ino)};
+  // Without the bits for the kind (inode(7)).
+  attributes.permissions = static_cast<std::uint32_t>(status.st_mode & 07777);
   return attributes;
 }
 

@@ -52,6 +52,22 @@ TEST(DateText, theTextForPeopleIsInUTCWithTheFractionCutOff) {
   EXPECT_EQ(DateText::plain(at(-1ms)), "1969-12-31 23:59:59 +0000");
 }
 
+TEST(DateText, theCompactTextIsInTheLocalZone) {
+  {
+    const LocalZone zone("Asia/Tokyo");
+    EXPECT_EQ(DateText::compactLocal(at(1769850300999ms)), "20260131_180500");
+  }
+  {
+    const LocalZone zone("UTC");
+    EXPECT_EQ(DateText::compactLocal(at(1769850300s)), "20260131_090500");
+    EXPECT_EQ(DateText::compactLocal(at(-1ms)), "19691231_235959");
+  }
+  // The hour that is shown twice in autumn has one text for both.
+  const LocalZone zone("Europe/Berlin");
+  EXPECT_EQ(DateText::compactLocal(at(1761438600s)), "20251026_023000");
+  EXPECT_EQ(DateText::compactLocal(at(1761442200s)), "20251026_023000");
+}
+
 TEST(DateText, whatWasWrittenIsReadBack) {
   const LocalZone zone("Asia/Tokyo");
   EXPECT_EQ(DateText::parsingISO8601("2026-01-31T09:05:00Z"), at(1769850300s));

@@ -231,6 +231,43 @@ TEST_P(Looking, readOfWhatHoldsNoBytesFails) {
   EXPECT_EQ(code(files().read(scratch / "none")), 260);
 }
 
+TEST_P(Looking, readStartGivesTheFirstBytesOfAFileOfAnySize) {
+  ScratchFolder scratch;
+  scratch.write("file", "0123456789");
+  scratch.write("empty", "");
+  scratch.write("huge", "start");
+  // Larger than `read` takes; the rest is a hole.
+  ASSERT_EQ(::truncate(scratch.at("huge").c_str(), off_t{300} << 20), 0);
+  scratch.link("link", "file");
+  EXPECT_EQ(*files().readStart(scratch / "file", 4), "0123");
+  EXPECT_EQ(*files().readStart(scratch / "file", 10), "0123456789");
+  EXPECT_EQ(*files().readStart(scratch / "file", 256), "0123456789");
+  EXPECT_EQ(*files().readStart(scratch / "link", 4), "0123");
+  EXPECT_EQ(*files().readStart(scratch / "empty", 256), "");
+  EXPECT_EQ(*files().readStart(scratch / "huge", 5), "start");
+}
+
+TEST_P(Looking, readStartOfWhatHoldsNoBytesFails) {
+  ScratchFolder scratch;
+  scratch.folder("folder");
+  ASSERT_EQ(::mkfifo(scratch.at("fifo").c_str(), 0600), 0);
+  EXPECT_EQ(code(files().readStart(scratch / "folder", 256)), 256);
+  EXPECT_EQ(code(files().readStart(scratch / "fifo", 256)), 256);
+  EXPECT_EQ(code(files().readStart(scratch / "none", 256)), 260);
+}
+
+TEST_P(Looking, attributesTellThePermissionsOfTheItemItself) {
+  ScratchFolder scratch;
+  scratch.write("file");
+  ::chmod(scratch.at("file").c_str(), 0640);
+  scratch.folder("folder");
+  ::chmod(scratch.at("folder").c_str(), 01755);
+  scratch.link("link", "file");
+  EXPECT_EQ(files().attributes(scratch / "file")->permissions, 0640u);
+  EXPECT_EQ(files().attributes(scratch / "folder")->permissions, 01755u);
+  EXPECT_NE(files().attributes(scratch / "link")->permissions, 0640u);
+}
+
 TEST_P(Looking, aZeroByteInAPathNamesNothing) {
   ScratchFolder scratch;
   scratch.write("file");

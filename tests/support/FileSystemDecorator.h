@@ -24,6 +24,9 @@ class FileSystemDecorator : public FileSystem {
     inner_.walk(root, hidden, visitor);
   }
   Result<std::string> read(const Path& file) const override { return inner_.read(file); }
+  Result<std::string> readStart(const Path& file, std::size_t count) const override {
+    return inner_.readStart(file, count);
+  }
   std::optional<PlatformError> obstacleToRemoval(const Path& item) const override {
     return inner_.obstacleToRemoval(item);
   }
