@@ -19,6 +19,10 @@ class RoomCase : public testing::TestWithParam<Way> {
 
   /// Runs a script that may say
   ///   app PATH           an application with a main executable, a resource and a link
+  ///   package PATH [ID]  a flat package of the folders `payload` and `scripts`, as far as they are there
+  ///   product PATH PACKAGE…  a product archive of such packages, with `Resources`, if there is such a folder
+  ///   pack PATH          the same, or the package, once more, from what is in the folder `members` by now
+  ///   sign PATH KIND     signs a package
   ///   told TOOL LINE…    orders for a stand-in
   ///   status COMMAND…    the same, followed by a line with its exit status on standard output
   Finished play(const std::string& script) const { return room(prelude + script); }

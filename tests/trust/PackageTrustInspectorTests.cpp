@@ -2,6 +2,7 @@
 
 #include "QuarnCore/trust/TrustSummary.h"
 #include "tests/support/FakeTools.h"
+#include "tests/support/Packages.h"
 #include "tests/support/Scene.h"
 
 namespace quarn {
@@ -151,6 +152,79 @@ TEST(RealPkgutil, toolsThatAreKilledOrPrintNoTextYieldTheWeakestAnswer) {
   const TrustSummary nothing{"untrusted", {}, false, false};
   EXPECT_EQ(reallyInspected("kill -KILL $$", "echo Scripts; kill -KILL $$"), nothing);
   EXPECT_EQ(reallyInspected("printf 'Status: signed \\377'", "printf 'Scripts\\n\\377'"), nothing);
+}
+
+/// Packages that ordinary tools made, looked at with the tools that the room has for a Mac's.
+struct RealPackage : testing::Test {
+  const std::string path = "/tmp/A package.pkg";
+
+  void SetUp() override {
+    if (!packages::canBeMade()) GTEST_SKIP() << "there is no bsdtar";
+    scene::makeApp("/tmp/payload/Applications/Foo.app");
+    scene::write("/tmp/scripts/postinstall", "#!/bin/sh\n");
+  }
+  void make(const std::string& scripts = "") const {
+    packages::component(path, {.payload = "/tmp/payload", .scripts = scripts});
+  }
+  TrustSummary inspected() const { return PackageTrustInspector::inspect(hostPlatform(), Path(path)); }
+};
+
+const std::string heading = "Package \"A package.pkg\":";
+
+TEST_F(RealPackage, thatNobodySignedIsUntrusted) {
+  make();
+  EXPECT_EQ(inspected(), (TrustSummary{"untrusted", {heading, "   Status: no signature"}, false, false}));
+}
+
+TEST_F(RealPackage, thatSomebodySignedIsTrustedByWhateverCertificate) {
+  const std::pair<std::string, std::string> lines[] = {
+      {"notarized", "by a developer certificate issued by Apple for distribution"},
+      {"developer-id", "by a developer certificate issued by Apple for distribution"},
+      {"apple", "Apple Software"},
+      {"app-store", "by a certificate trusted by macOS"},
+      {"untrusted", "by untrusted certificate"},
+      {"expired", "by a certificate that has since expired"},
+  };
+  make();
+  for (const auto& [kind, line] : lines) {
+    packages::sign(path, kind);
+    const TrustSummary found = inspected();
+    EXPECT_EQ(found.status, "trusted") << kind;
+    ASSERT_GT(found.details.size(), 2u) << kind;
+    EXPECT_EQ(found.details[1], "   Status: signed " + line);
+  }
+}
+
+TEST_F(RealPackage, thatGotAnotherPayloadAfterItWasSignedIsUntrusted) {
+  make();
+  packages::sign(path);
+  const std::string bytes = scene::read(path);
+  const std::string signature = bytes.substr(bytes.rfind('\n', bytes.size() - 2));
+  scene::write("/tmp/payload/Applications/Foo.app/Contents/MacOS/Other", "other");
+  make();
+  scene::write(path, scene::read(path) + signature);
+  EXPECT_EQ(
+      inspected(),
+      (TrustSummary{
+          "untrusted", {heading, "   Status: package is invalid (checksum did not verify)"}, false, false}));
+}
+
+TEST_F(RealPackage, tellsByItsTableOfContentsWhetherItHasScripts) {
+  make();
+  EXPECT_FALSE(inspected().hasScripts);
+  make("/tmp/scripts");
+  EXPECT_TRUE(inspected().hasScripts);
+  packages::product(path, {{.payload = "/tmp/payload", .name = "One.pkg"},
+                           {.identifier = "com.example.two", .scripts = "/tmp/scripts", .name = "Two.pkg"}});
+  EXPECT_TRUE(inspected().hasScripts);
+}
+
+TEST_F(RealPackage, hidesWhatItsPayloadHoldsUnlessAComponentIsNamedSo) {
+  scene::write("/tmp/payload/Library/LaunchDaemons/com.example.plist", "");
+  make();
+  EXPECT_FALSE(inspected().hasPrivilegedPayload) << "the payload is one member of the archive";
+  packages::product(path, {{.payload = "/tmp/payload", .name = "Library/Extensions.pkg"}});
+  EXPECT_TRUE(inspected().hasPrivilegedPayload);
 }
 
 }  // namespace
