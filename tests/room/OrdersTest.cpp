@@ -17,20 +17,25 @@ class Orders : public RoomCase {
   Finished eachTool(const std::string& before) const {
     return play(
         "cd /tmp; bsdtar -cf A.zip --format zip /etc/passwd; cp A.zip A.dmg; echo a >a; app A.app\n"
-        "codesign -s 'Developer ID Application: Foo' A.app; echo t >A.app/Contents/CodeResources\n" +
+        "codesign -s 'Developer ID Application: Foo' A.app; echo t >A.app/Contents/CodeResources\n"
+        "mkdir payload; package A.pkg; sign A.pkg apple\n" +
         before +
         "\nrun() { before \"${1##*/}\"; \"$@\" >out 2>err; echo \"${1##*/} $?\"; }\n"
         "run codesign -dv A.app; run ditto a b; run ditto -x -k A.zip d; run hdiutil attach A.dmg -plist\n"
         "run /System/Library/Frameworks/CoreServices.framework/Frameworks/LaunchServices.framework/Support/"
         "lsregister -f A.app\n"
         "run mdutil -s /; run spctl -a -vv A.app; run tmutil localsnapshot; run xcrun stapler validate "
-        "A.app");
+        "A.app; run gantrix true; run installer -pkg A.pkg -target /; run pkgutil --check-signature A.pkg; "
+        "run "
+        "pkgutil --forget com.example.foo; run xar -xf A.pkg; run /usr/libexec/quarn-room/sign-package A.pkg "
+        "apple");
   }
 
   static std::string eachWith(const std::string& status) {
     std::string lines;
     for (const std::string tool :
-         {"codesign", "ditto", "ditto", "hdiutil", "lsregister", "mdutil", "spctl", "tmutil", "xcrun"})
+         {"codesign", "ditto", "ditto", "hdiutil", "lsregister", "mdutil", "spctl", "tmutil", "xcrun",
+          "gantrix", "installer", "pkgutil", "pkgutil", "xar", "sign-package"})
       lines += tool + " " + status + "\n";
     return lines;
   }
