@@ -3,6 +3,7 @@
 #include "Platform/Applications.h"
 #include "Platform/Clock.h"
 #include "Platform/Databases.h"
+#include "Platform/FileEvents.h"
 #include "Platform/FileSystem.h"
 #include "Platform/Locks.h"
 #include "Platform/Places.h"
@@ -25,6 +26,7 @@ struct Platform {
   Places& places;
   Locks& locks;
   Databases& databases;
+  FileEvents& events;
 };
 
 /// The same for code that only looks: files, databases and applications can't be changed through it, and it
@@ -41,7 +43,8 @@ struct ReadOnlyPlatform {
         applications(whole.applications),
         clock(whole.clock),
         places(whole.places),
-        databases(whole.databases) {}
+        databases(whole.databases),
+        events(whole.events) {}
 
   const FileSystem& files;
   Processes& processes;
@@ -50,6 +53,7 @@ struct ReadOnlyPlatform {
   Clock& clock;
   const Places& places;
   const Databases& databases;
+  const FileEvents& events;
 };
 
 }  // namespace quarn

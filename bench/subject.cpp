@@ -42,7 +42,7 @@ class NoProcesses : public quarn::Processes {
 bool allHealthy(const quarn::Platform& host, int expected) {
   NoProcesses processes;
   const quarn::Platform platform{host.files, processes,   host.volumes, host.applications, host.trash,
-                                 host.clock, host.places, host.locks,   host.databases};
+                                 host.clock, host.places, host.locks,   host.databases,    host.events};
   const auto report = quarn::HealthCheck::run(platform, {quarn::Path("/Applications")});
   return report.healthyCount == expected && report.problems().empty();
 }

@@ -20,7 +20,8 @@ struct Host {
   SystemClock clock;
   FolderLocks locks;
   SQLiteDatabases databases;
-  Platform platform{files, processes, volumes, applications, trash, clock, places, locks, databases};
+  LinuxFileEvents events;
+  Platform platform{files, processes, volumes, applications, trash, clock, places, locks, databases, events};
 };
 
 }  // namespace

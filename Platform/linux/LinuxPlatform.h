@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/Applications.h"
+#include "Platform/FileEvents.h"
 #include "Platform/Trash.h"
 #include "Platform/Volumes.h"
 #include "Platform/posix/PosixFileSystem.h"
@@ -45,6 +46,11 @@ class LinuxTrash : public Trash {
 
  private:
   const Places& places_;
+};
+
+class LinuxFileEvents : public FileEvents {
+ public:
+  std::unique_ptr<FileEventStream> watch(const std::vector<Path>& roots, FileEventSink sink) const override;
 };
 
 }  // namespace quarn

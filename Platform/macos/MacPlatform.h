@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/Applications.h"
+#include "Platform/FileEvents.h"
 #include "Platform/Trash.h"
 #include "Platform/Volumes.h"
 #include "Platform/posix/PosixFileSystem.h"
@@ -41,6 +42,11 @@ class MacPlaces : public PosixPlaces {
 class MacTrash : public Trash {
  public:
   Result<Path> moveToTrash(const Path& item) override;
+};
+
+class MacFileEvents : public FileEvents {
+ public:
+  std::unique_ptr<FileEventStream> watch(const std::vector<Path>& roots, FileEventSink sink) const override;
 };
 
 }  // namespace quarn

@@ -16,6 +16,7 @@ struct Replacement {
   Places* places = nullptr;
   Locks* locks = nullptr;
   Databases* databases = nullptr;
+  FileEvents* events = nullptr;
 };
 
 /// `platform` with those parts in place of its own.
@@ -28,7 +29,8 @@ inline Platform replacing(const Replacement& part, const Platform& platform = ho
           .clock = part.clock ? *part.clock : platform.clock,
           .places = part.places ? *part.places : platform.places,
           .locks = part.locks ? *part.locks : platform.locks,
-          .databases = part.databases ? *part.databases : platform.databases};
+          .databases = part.databases ? *part.databases : platform.databases,
+          .events = part.events ? *part.events : platform.events};
 }
 
 /// What a person would be told; "nothing" if nothing was thrown.

@@ -30,6 +30,10 @@ bool mountMemory(const std::string& folder, const std::string& options) {
   return ::mount("memory", folder.c_str(), "tmpfs", 0, options.c_str()) == 0;
 }
 
+bool unmount(const std::string& folder) {
+  return ::umount(folder.c_str()) == 0;
+}
+
 bool makeReadOnly(const std::string& folder) {
   return ::mount("memory", folder.c_str(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr) == 0;
 }

@@ -11,6 +11,7 @@ std::string failuresWithOwnMounts(const std::function<void()>& body);
 bool canMount();
 /// Mounts an empty memory file system on a folder; `options` such as "size=1m".
 bool mountMemory(const std::string& folder, const std::string& options);
+bool unmount(const std::string& folder);
 bool makeReadOnly(const std::string& folder);
 
 }  // namespace child
