@@ -87,7 +87,7 @@ class WatchedTree::Scan : public TreeWork {
 WatchedTree::WatchedTree(const std::vector<Path>& roots, FileEventSink sink)
     : sink_(std::move(sink)), beginning_(now() - coarsestStep) {
   for (const Path& root : roots) {
-    if (root.isAbsolute()) roots_.push_back({root, "", std::nullopt});
+    if (root.isAbsolute()) roots_.push_back({root, std::nullopt});
   }
   if (isOpen()) checkRoots(Reports::nothing);
 }
@@ -118,21 +118,18 @@ void WatchedTree::handle(const InotifyQueue::Event& event) {
   if (event.mask & IN_IGNORED) return folders_.forget(event.watch);
   const std::string path = event.name.empty() ? *folder : pathIn(*folder, event.name);
   report(path);
-  if (event.mask & (IN_DELETE | IN_MOVED_FROM | IN_UNMOUNT)) giveUp(path);
-  // Whatever the event says, the disk may be ahead of it, and what stands there now is what has to be
-  // watched.
+  // Whatever has come or gone, the disk may be ahead of the event, and what is there now has to be watched.
   if (event.mask & (IN_ISDIR | IN_UNMOUNT)) takeUp(path, Reports::everything);
 }
 
 void WatchedTree::checkRoots(Reports reports) {
   for (Root& root : roots_) {
-    watchAbove(root.given);
-    root.real = real(root.given).text();
-    watchAbove(Path(root.real));
-    takeUp(root.real, reports);
-    const auto watch = folders_.watch(root.real);
+    const std::string path = real(root.given).text();
+    watchAbove(Path(path));
+    takeUp(path, reports);
+    const auto watch = folders_.watch(path);
     const bool mayHaveChanged = watch != root.watch || (watch && reports == Reports::changes);
-    if (mayHaveChanged && reports != Reports::nothing) report(root.real);
+    if (mayHaveChanged && reports != Reports::nothing) report(path);
     root.watch = watch;
   }
 }

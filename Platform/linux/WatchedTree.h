@@ -28,7 +28,6 @@ class WatchedTree {
   class Scan;
   struct Root {
     Path given;
-    std::string real;          ///< with links resolved, as far as it exists
     std::optional<int> watch;  ///< absent if the root doesn't exist
   };
   /// What a scan of a folder reports, besides watching each folder in it.

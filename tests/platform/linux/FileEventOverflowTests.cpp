@@ -1,11 +1,11 @@
 #include <condition_variable>
-#include <cstdio>
 #include <gtest/gtest.h>
 #include <sys/syscall.h>
 #include <thread>
 
 #include "tests/support/HeardEvents.h"
 #include "tests/support/ScratchFolder.h"
+#include "tests/support/linux/Inotify.h"
 #include "tests/support/linux/RefusedCalls.h"
 
 namespace quarn {
@@ -51,24 +51,8 @@ class HeldSink {
   Paths paths_;
 };
 
-int numberIn(const char* file) {
-  std::ifstream stream(file);
-  int number = 0;
-  return stream >> number ? number : 0;
-}
-
-/// Makes more events than the queue holds, without leaving anything.
-void overflow(const ScratchFolder& scratch, int limit) {
-  const std::string one = scratch.at("burst1"), other = scratch.at("burst2");
-  std::ofstream(one) << "content";
-  // Two events each, and never two equal ones in a row, which would be merged.
-  for (int i = 0; i < limit; i += 2) {
-    if (::rename((i % 4 == 0 ? one : other).c_str(), (i % 4 == 0 ? other : one).c_str()) != 0) FAIL();
-  }
-}
-
 TEST(FileEventOverflow, anOverflowIsMadeGoodByLookingAgain) {
-  const int limit = numberIn("/proc/sys/fs/inotify/max_queued_events");
+  const int limit = inotifyQueueLimit();
   if (limit < 16 || limit > 1'000'000) GTEST_SKIP() << "the queue holds " << limit << " events";
   const ScratchFolder scratch, outside;
   for (const char* file : {"kept/inner/old", "removed/inner/old", "renamed/inner/old", "replaced/old"})
@@ -79,7 +63,7 @@ TEST(FileEventOverflow, anOverflowIsMadeGoodByLookingAgain) {
   auto stream = hostPlatform().events.watch({scratch.path(), scratch / "late"}, std::ref(sink));
   scratch.write("first");
   sink.waitUntilHeld();
-  overflow(scratch, limit);
+  ASSERT_TRUE(overflowInotify(scratch.text()));
   // Nobody is told of any of this.
   scratch.write("kept/inner/file");
   scratch.write("made/inner/file");

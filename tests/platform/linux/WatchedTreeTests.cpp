@@ -8,6 +8,7 @@
 #include "Platform/linux/WatchedTree.h"
 #include "tests/support/HeardEvents.h"
 #include "tests/support/ScratchFolder.h"
+#include "tests/support/linux/Inotify.h"
 #include "tests/support/linux/RefusedCalls.h"
 
 namespace quarn {
@@ -67,11 +68,10 @@ FileEventSink into(Paths& heard) {
   };
 }
 
-/// As the kernel tells (proc(5), on fdinfo).
-std::size_t watchesOf(int queue) {
-  std::ifstream stream("/proc/self/fdinfo/" + std::to_string(queue));
-  std::size_t count = 0;
-  for (std::string line; std::getline(stream, line);) count += line.starts_with("inotify ");
+std::size_t foldersIn(const ScratchFolder& scratch) {
+  std::size_t count = 1;
+  for (const auto& item : std::filesystem::recursive_directory_iterator(scratch.text()))
+    count += item.symlink_status().type() == std::filesystem::file_type::directory;
   return count;
 }
 
@@ -85,12 +85,64 @@ TEST(WatchedTree, hasOneWatchForEachFolderThatIsLeft) {
       meddle(scratch, 1000 * step + round, 20);
       tree.reportWaiting();
     }
-    std::size_t folders = 1;
-    for (const auto& item : std::filesystem::recursive_directory_iterator(scratch.text()))
-      folders += item.is_directory();
-    ASSERT_GT(folders, 5u);
-    EXPECT_EQ(watchesOf(tree.descriptors().front()), folders) << "in round " << round;
+    ASSERT_GT(foldersIn(scratch), 5u);
+    EXPECT_EQ(inotifyWatches(tree.descriptors().front()), foldersIn(scratch)) << "in round " << round;
   }
+}
+
+TEST(WatchedTree, hasOneWatchForEachFolderThatIsLeftAfterAnOverflow) {
+  const int limit = inotifyQueueLimit();
+  if (limit < 16 || limit > 1'000'000) GTEST_SKIP() << "the queue holds " << limit << " events";
+  const ScratchFolder scratch, outside;
+  for (const char* folder : {"kept/inner", "out/inner", "removed/inner", "renamed/inner"})
+    scratch.folder(folder);
+  Paths heard;
+  WatchedTree tree({scratch.path()}, into(heard));
+  ASSERT_TRUE(overflowInotify(scratch.text()));
+  std::filesystem::rename(scratch.at("out"), outside.at("out"));
+  std::filesystem::rename(scratch.at("renamed"), scratch.at("other"));
+  std::filesystem::remove_all(scratch.at("removed"));
+  scratch.folder("made/inner");
+  tree.reportWaiting();
+  EXPECT_TRUE(heard.contains(scratch.at("made/inner")));
+  EXPECT_EQ(inotifyWatches(tree.descriptors().front()), foldersIn(scratch));
+}
+
+TEST(WatchedTree, leavesWhatIsInAFolderWhenAnotherTakesItsPlace) {
+  const ScratchFolder scratch, outside;
+  scratch.folder("folder/inner");
+  scratch.folder("other");
+  Paths heard;
+  WatchedTree tree({scratch.path()}, into(heard));
+  std::filesystem::rename(scratch.at("folder"), outside.at("folder"));
+  std::filesystem::rename(scratch.at("other"), scratch.at("folder"));
+  tree.reportWaiting();
+  outside.write("folder/inner/file");
+  tree.reportWaiting();
+  EXPECT_EQ(heard, (Paths{scratch.at("folder"), scratch.at("other")}));
+}
+
+TEST(WatchedTree, tellsOfAFolderWithoutItsContentsIfTheyStay) {
+  const ScratchFolder scratch;
+  scratch.write("folder/inner/file");
+  Paths heard;
+  WatchedTree tree({scratch.path()}, into(heard));
+  ASSERT_EQ(::chmod(scratch.at("folder").c_str(), 0711), 0);
+  tree.reportWaiting();
+  EXPECT_EQ(heard, Paths{scratch.at("folder")});
+}
+
+TEST(WatchedTree, findsARootAgainThatALinkLeadsTo) {
+  const ScratchFolder scratch, aside;
+  scratch.folder("target/root");
+  aside.link("link", scratch.at("target/root"));
+  Paths heard;
+  WatchedTree tree({aside / "link"}, into(heard));
+  std::filesystem::remove(scratch.at("target/root"));
+  tree.reportWaiting();
+  scratch.write("target/root/file");
+  tree.reportWaiting();
+  EXPECT_TRUE(heard.contains(scratch.at("target/root/file")));
 }
 
 TEST(WatchedTree, tellsWhatHappenedInARootBeforeTheRootWent) {
