@@ -120,6 +120,7 @@ TEST(WatchedTree, leavesWhatIsInAFolderWhenAnotherTakesItsPlace) {
   outside.write("folder/inner/file");
   tree.reportWaiting();
   EXPECT_EQ(heard, (Paths{scratch.at("folder"), scratch.at("other")}));
+  EXPECT_EQ(inotifyWatches(tree.descriptors().front()), foldersIn(scratch));
 }
 
 TEST(WatchedTree, tellsOfAFolderWithoutItsContentsIfTheyStay) {
