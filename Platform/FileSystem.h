@@ -117,6 +117,10 @@ class FileSystem {
   /// `root` itself is not visited. Links are visited and never entered, but `root` may be a link, which is
   /// followed. For a missing root `failed` is called once; a root that isn't a folder has nothing below it.
   virtual void walk(const Path& root, Hidden hidden, WalkVisitor& visitor) const = 0;
+  /// The same in path order: the items of a folder by the bytes of their names, and each folder directly
+  /// followed by its contents, as in "Foo", "Foo/x", "Foo bar", "Foo.app". Each name of a folder is visited
+  /// once, even if the folder changes while it is read. Keeps the names of the folders on the way down.
+  virtual void walkSorted(const Path& root, Hidden hidden, WalkVisitor& visitor) const = 0;
   /// Returns all bytes of a regular file; follows links. Missing: `fileReadNoSuchFile`. Not a regular file,
   /// such as a folder or a FIFO: `fileReadUnknown`. Larger than 256 MB: `fileReadTooLarge`.
   virtual Result<std::string> read(const Path& file) const = 0;

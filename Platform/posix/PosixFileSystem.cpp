@@ -98,6 +98,10 @@ void PosixFileSystem::walk(const Path& root, Hidden hidden, WalkVisitor& visitor
   walkTree(root, hidden, visitor);
 }
 
+void PosixFileSystem::walkSorted(const Path& root, Hidden hidden, WalkVisitor& visitor) const {
+  walkTreeSorted(root, hidden, visitor);
+}
+
 Result<std::string> PosixFileSystem::read(const Path& file) const {
   std::string content;
   const int error = readWhole(PathAt(file), content);

@@ -14,6 +14,7 @@ class PosixFileSystem : public FileSystem {
   Result<std::string> readSymbolicLink(const Path& path) const override;
   Result<std::vector<std::string>> list(const Path& folder, Hidden hidden) const override;
   void walk(const Path& root, Hidden hidden, WalkVisitor& visitor) const override;
+  void walkSorted(const Path& root, Hidden hidden, WalkVisitor& visitor) const override;
   Result<std::string> read(const Path& file) const override;
   Result<std::string> readStart(const Path& file, std::size_t count) const override;
   std::optional<PlatformError> obstacleToRemoval(const Path& item) const override;

@@ -3,6 +3,8 @@
 #include <string>
 #include <vector>
 
+#include "Platform/posix/SortedNames.h"
+
 namespace quarn {
 namespace {
 
@@ -30,34 +32,42 @@ class PendingFolders {
   std::vector<std::size_t> begins_;
 };
 
+/// The way down and up again, whatever the order.
 class Descent {
  public:
   Descent(Descriptor root, TreeWork& work) : stack_(std::move(root)), work_(work) {}
+  virtual ~Descent() = default;
 
   void run() {
     bool goesOn = readFolder();
     while (goesOn) {
-      if (pending_.take(name_))
+      const TreeWork::Next next = findChild();
+      if (next == TreeWork::Next::enter)
         goesOn = goDown();
-      else if (stack_.depth() == 0)
+      else if (next == TreeWork::Next::stop || stack_.depth() == 0)
         return;
       else
         goesOn = goUp();
     }
   }
 
- private:
-  bool readFolder() {
-    pending_.beginLevel();
-    reader_.begin(stack_.folder());
-    while (const auto entry = reader_.next()) {
-      const TreeWork::Next next = work_.entry(stack_, *entry);
-      if (next == TreeWork::Next::stop) return false;
-      if (next == TreeWork::Next::enter) pending_.add(entry->name);
-    }
-    return reader_.error() == 0 || work_.failed(stack_, "", reader_.error());
-  }
+ protected:
+  /// Reads the folder that has just been entered. Returning false stops the descent.
+  virtual bool readFolder() = 0;
+  /// Returns `enter` if a child of the innermost folder is to be entered next, whose name is then in `name_`,
+  /// and `goOn` if the folder is done.
+  virtual TreeWork::Next findChild() = 0;
+  /// Drops what is left of the innermost folder.
+  virtual void dropFolder() = 0;
 
+  bool goesOnAfterReading() { return reader_.error() == 0 || work_.failed(stack_, "", reader_.error()); }
+
+  FolderStack stack_;
+  TreeWork& work_;
+  FolderReader reader_;
+  std::string name_;
+
+ private:
   bool goDown() {
     if (const int error = stack_.enter(name_.c_str())) return work_.failed(stack_, name_, error);
     return work_.entered(stack_) && readFolder();
@@ -71,28 +81,81 @@ class Descent {
     return error == 0 ? work_.left(stack_, name_.c_str()) : leaveLost(error);
   }
 
-  /// Gives up a folder that can't be opened again, together with its pending children. Reports it once.
+  /// Gives up a folder that can't be opened again, together with what is left of it. Reports it once.
   bool leaveLost(int error) {
     while (error != 0) {
       if (!work_.failed(stack_, "", error)) return false;
-      while (pending_.take(name_)) {
-      }
+      dropFolder();
       error = stack_.leave();
     }
     return true;
   }
+};
 
-  FolderStack stack_;
-  TreeWork& work_;
+/// Shows a whole folder before it enters any of its children.
+class UnsortedDescent : public Descent {
+  using Descent::Descent;
+
+  bool readFolder() override {
+    pending_.beginLevel();
+    reader_.begin(stack_.folder());
+    while (const auto entry = reader_.next()) {
+      const TreeWork::Next next = work_.entry(stack_, *entry);
+      if (next == TreeWork::Next::stop) return false;
+      if (next == TreeWork::Next::enter) pending_.add(entry->name);
+    }
+    return goesOnAfterReading();
+  }
+
+  TreeWork::Next findChild() override {
+    return pending_.take(name_) ? TreeWork::Next::enter : TreeWork::Next::goOn;
+  }
+
+  void dropFolder() override {
+    while (pending_.take(name_)) {
+    }
+  }
+
   PendingFolders pending_;
-  FolderReader reader_;
-  std::string name_;
+};
+
+/// Reads a whole folder, and enters each child when it is its turn to be shown.
+class SortedDescent : public Descent {
+  using Descent::Descent;
+
+  bool readFolder() override {
+    pending_.beginLevel();
+    reader_.begin(stack_.folder());
+    while (const auto entry = reader_.next()) pending_.add(*entry);
+    pending_.sortLevel();
+    return goesOnAfterReading();
+  }
+
+  TreeWork::Next findChild() override {
+    while (const auto entry = pending_.take()) {
+      const TreeWork::Next next = work_.entry(stack_, *entry);
+      if (next == TreeWork::Next::enter) name_ = entry->name;
+      if (next != TreeWork::Next::goOn) return next;
+    }
+    return TreeWork::Next::goOn;
+  }
+
+  void dropFolder() override {
+    while (pending_.take()) {
+    }
+  }
+
+  SortedNames pending_;
 };
 
 }  // namespace
 
 void descend(Descriptor root, TreeWork& work) {
-  Descent(std::move(root), work).run();
+  UnsortedDescent(std::move(root), work).run();
+}
+
+void descendSorted(Descriptor root, TreeWork& work) {
+  SortedDescent(std::move(root), work).run();
 }
 
 }  // namespace quarn

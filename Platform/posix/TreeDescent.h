@@ -10,7 +10,7 @@ class TreeWork {
  public:
   enum class Next {
     goOn,
-    enter,  ///< enters the entry once its folder has been read to the end
+    enter,  ///< enters the entry, in any case after its folder has been read to the end
     stop,
   };
 
@@ -34,5 +34,9 @@ class TreeWork {
 /// before any of its children is entered. So no position in it has to be kept while the descent is deeper,
 /// and the work may remove what it is shown. There is no recursion, so the depth doesn't matter.
 void descend(Descriptor root, TreeWork& work);
+
+/// Descends in the order of `FileSystem::walkSorted`: a child is entered right after it has been shown, and
+/// its siblings are shown after everything below it. The work mustn't move or remove what it is shown.
+void descendSorted(Descriptor root, TreeWork& work);
 
 }  // namespace quarn

@@ -117,9 +117,7 @@ bool isNoFolder(const PathAt& at, int errnoValue) {
   return errnoValue == ENOTDIR && ::fstatat(at.folder(), at.name(), &status, 0) == 0;
 }
 
-}  // namespace
-
-void walkTree(const Path& root, Hidden hidden, WalkVisitor& visitor) {
+void walkBy(void (*descend)(Descriptor, TreeWork&), const Path& root, Hidden hidden, WalkVisitor& visitor) {
   Walk walk(root, hidden, visitor);
   const PathAt at(root);
   // Without O_NOFOLLOW: a link given as the root is followed.
@@ -129,6 +127,16 @@ void walkTree(const Path& root, Hidden hidden, WalkVisitor& visitor) {
     descend(std::move(folder), walk);
   else if (at.error() || !isNoFolder(at, error))
     walk.tell(root, error);
+}
+
+}  // namespace
+
+void walkTree(const Path& root, Hidden hidden, WalkVisitor& visitor) {
+  walkBy(descend, root, hidden, visitor);
+}
+
+void walkTreeSorted(const Path& root, Hidden hidden, WalkVisitor& visitor) {
+  walkBy(descendSorted, root, hidden, visitor);
 }
 
 }  // namespace quarn

@@ -16,6 +16,9 @@ inline bool isLeftOut(Hidden hidden, int folder, const char* name) {
 /// item whose attributes are asked for.
 void walkTree(const Path& root, Hidden hidden, WalkVisitor& visitor);
 
+/// See `FileSystem::walkSorted`. Needs the same system calls.
+void walkTreeSorted(const Path& root, Hidden hidden, WalkVisitor& visitor);
+
 /// Copies an item and everything below it to a path where nothing exists. Returns 0 or the error number;
 /// after a failure it has removed what it made, and nothing else. An item that contains its own destination
 /// or a mounted volume can't be copied.

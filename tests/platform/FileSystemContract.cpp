@@ -28,7 +28,22 @@ std::shared_ptr<FileSystem> fakeTree() {
   return std::make_shared<doubles::FakeTree>(host());
 }
 
+class AlwaysSorted : public FileSystemDecorator {
+ public:
+  using FileSystemDecorator::FileSystemDecorator;
+  void walk(const Path& root, Hidden hidden, WalkVisitor& visitor) const override {
+    walkSorted(root, hidden, visitor);
+  }
+};
+std::shared_ptr<FileSystem> sorted() {
+  return std::make_shared<AlwaysSorted>(host());
+}
+
 }  // namespace
+
+Subject<FileSystem> alwaysSorted() {
+  return {"Sorted", sorted};
+}
 
 std::vector<Subject<FileSystem>> fileSystemsThatWalkTheDisk() {
   return {{"Host", theHosts}, {"Forwarding", forwarding}, {"Recording", recording}, {"Gated", gated}};

@@ -11,6 +11,8 @@ namespace quarn::contract {
 std::vector<Subject<FileSystem>> fileSystems();
 /// Without those whose walks meet a list of the test's own.
 std::vector<Subject<FileSystem>> fileSystemsThatWalkTheDisk();
+/// The host's, which walks in path order even if it isn't asked to: that, too, is a walk.
+Subject<FileSystem> alwaysSorted();
 
 class FileSystemContract : public testing::TestWithParam<Subject<FileSystem>> {
  protected:

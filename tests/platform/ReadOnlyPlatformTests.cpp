@@ -66,6 +66,7 @@ template <class P>
 concept CanLook = requires(P& platform, const Path& item, WalkVisitor& visitor) {
   platform.files.attributes(item);
   platform.files.walk(item, Hidden::included, visitor);
+  platform.files.walkSorted(item, Hidden::included, visitor);
   platform.files.read(item);
   platform.volumes.mounted();
   platform.applications.running();

@@ -17,6 +17,7 @@ namespace {
 class Walk : public FileSystemContract {};
 INSTANTIATE_TEST_SUITE_P(, Walk, testing::ValuesIn(fileSystemsThatWalkTheDisk()),
                          nameOf<Subject<FileSystem>>);
+INSTANTIATE_TEST_SUITE_P(InOrder, Walk, testing::Values(alwaysSorted()), nameOf<Subject<FileSystem>>);
 
 /// Keeps what it is shown and answers as told.
 class Collector : public WalkVisitor {

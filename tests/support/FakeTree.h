@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <filesystem>
 #include <functional>
 #include <string>
 #include <vector>
@@ -20,15 +22,13 @@ class FakeTree : public FileSystemDecorator {
 
   using FileSystemDecorator::FileSystemDecorator;
 
-  void walk(const Path&, Hidden, WalkVisitor& visitor) const override {
-    std::string skipped;
-    for (const Item& item : items) {
-      if (!skipped.empty() && item.path.rfind(skipped, 0) == 0) continue;
-      const WalkStep step = visitor.visit(Visited(item));
-      if (step == WalkStep::stop) return;
-      if (step == WalkStep::skipDescendants) skipped = item.path + "/";
-      if (afterEach) afterEach(item);
-    }
+  void walk(const Path&, Hidden, WalkVisitor& visitor) const override { show(items, visitor); }
+  void walkSorted(const Path&, Hidden, WalkVisitor& visitor) const override {
+    std::vector<Item> sorted = items;
+    std::sort(sorted.begin(), sorted.end(), [](const Item& a, const Item& b) {
+      return std::filesystem::path(a.path) < std::filesystem::path(b.path);
+    });
+    show(sorted, visitor);
   }
 
   std::vector<Item> items;
@@ -49,6 +49,17 @@ class FakeTree : public FileSystemDecorator {
   }
 
  private:
+  void show(const std::vector<Item>& shown, WalkVisitor& visitor) const {
+    std::string skipped;
+    for (const Item& item : shown) {
+      if (!skipped.empty() && item.path.rfind(skipped, 0) == 0) continue;
+      const WalkStep step = visitor.visit(Visited(item));
+      if (step == WalkStep::stop) return;
+      if (step == WalkStep::skipDescendants) skipped = item.path + "/";
+      if (afterEach) afterEach(item);
+    }
+  }
+
   class Visited : public WalkItem {
    public:
     explicit Visited(const Item& item) : item_(item) {}

@@ -23,6 +23,9 @@ class FileSystemDecorator : public FileSystem {
   void walk(const Path& root, Hidden hidden, WalkVisitor& visitor) const override {
     inner_.walk(root, hidden, visitor);
   }
+  void walkSorted(const Path& root, Hidden hidden, WalkVisitor& visitor) const override {
+    inner_.walkSorted(root, hidden, visitor);
+  }
   Result<std::string> read(const Path& file) const override { return inner_.read(file); }
   Result<std::string> readStart(const Path& file, std::size_t count) const override {
     return inner_.readStart(file, count);
