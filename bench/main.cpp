@@ -8,6 +8,7 @@
 #include "bench/Contest.h"
 #include "bench/HealthRows.h"
 #include "bench/Programs.h"
+#include "bench/SnapshotRows.h"
 #include "bench/Table.h"
 #include "bench/Trees.h"
 
@@ -127,6 +128,7 @@ int main(int count, char** values) {
   if (count != 2) return 2;
   bench::printHeading();
   walks(values[1]);
+  bench::printSnapshotRows(values[1]);
   // Before the first move, which leaves a record.
   bench::printHealthRows(values[1]);
   oneMove();

@@ -1,6 +1,7 @@
 // One service in a process of its own, so that its time and its peak of memory can be told from outside:
 // bench-subject measure|size|measure-each PATH, bench-subject verify SOURCE COPY, bench-subject running,
-// bench-subject healthy|dead-links EXPECTED.
+// bench-subject healthy|dead-links EXPECTED, bench-subject snapshot TREE EXPECTED,
+// bench-subject snapshot-difference|list-difference COUNT.
 
 #include <cstdio>
 #include <cstdlib>
@@ -14,6 +15,7 @@
 #include "QuarnCore/health/DataLinkDetection.h"
 #include "QuarnCore/health/HealthCheck.h"
 #include "QuarnCore/move/MoveVerifier.h"
+#include "bench/SnapshotTasks.h"
 
 namespace {
 
@@ -85,6 +87,15 @@ int main(int count, char** values) {
   }
   if (count == 3 && std::strcmp(values[1], "dead-links") == 0) {
     return findsDeadLinks(platform, std::strtoul(values[2], nullptr, 10)) ? 0 : 1;
+  }
+  if (count == 4 && std::strcmp(values[1], "snapshot") == 0) {
+    return bench::capturesAll(platform, values[2], std::strtoul(values[3], nullptr, 10)) ? 0 : 1;
+  }
+  if (count == 3 && std::strcmp(values[1], "snapshot-difference") == 0) {
+    return bench::timesDifference(std::strtoul(values[2], nullptr, 10)) ? 0 : 1;
+  }
+  if (count == 3 && std::strcmp(values[1], "list-difference") == 0) {
+    return bench::timesMergeOfLists(std::strtoul(values[2], nullptr, 10)) ? 0 : 1;
   }
   return 2;
 }
