@@ -36,17 +36,51 @@ void moveAside(Platform& platform, const Path& launcher) {
     throw CocoaError::fromCode(CocoaError::Operation::save, CocoaErrorCode::fileWriteFileExists, launcher);
 }
 
-/// Builds the launcher under a hidden name and renames it when it is complete. So a run that is killed leaves
-/// nothing at the launcher's path, and the next check finds that the launcher is missing.
-void build(Platform& platform, const Path& sourceApp, const Path& launcher, const Path& target) {
+constexpr const char* unfinishedName = ".quarn-new-launcher-";
+
+/// The permissions of a launcher, which it gets last: until then it is accessible only to its owner.
+constexpr std::uint32_t whenComplete = 0755;
+
+bool isComplete(const ReadOnlyPlatform& platform, const Path& bundle) {
+  const auto attributes = platform.files.attributes(bundle);
+  return attributes && attributes->permissions == whenComplete;
+}
+
+/// Returns a complete launcher for the target that a killed run left under its hidden name.
+std::optional<Path> leftBehind(const ReadOnlyPlatform& platform, const Path& folder, const Path& target) {
+  for (const std::string& name : platform.files.list(folder, Hidden::included).valueOr({})) {
+    const Path bundle = folder.appending(name);
+    if (name.starts_with(unfinishedName) && opens(platform, bundle, target) && isComplete(platform, bundle))
+      return bundle;
+  }
+  return std::nullopt;
+}
+
+/// Builds the launcher under a hidden name. So a run that is killed leaves nothing half-built at the
+/// launcher's path, and what stands there is moved aside only when there is something to take its place.
+Path build(Platform& platform, const Path& sourceApp, const Path& launcher, const Path& target) {
   const Path folder = launcher.parent();
   platform.files.createFolder(folder).orThrow();
-  const Path unfinished = folder.appending(".quarn-new-launcher-" + UUID::make().substr(0, 8));
+  const Path unfinished = folder.appending(unfinishedName + UUID::make().substr(0, 8));
   platform.files.claim(unfinished, FileKind::folder).orThrow();
   try {
     LauncherBundle::fill(platform, unfinished, sourceApp, launcher.nameWithoutExtension(), target);
-    // Until now it was accessible only to its owner.
-    platform.files.setPermissions(unfinished, 0755).orThrow();
+    platform.files.setPermissions(unfinished, whenComplete).orThrow();
+    return unfinished;
+  } catch (const LocalizedError&) {
+    FileStash::moveAside(platform, unfinished, "launcher-unfinished");
+    throw;
+  }
+}
+
+/// Puts a complete launcher in its place. What stands there is moved aside.
+void takePlace(Platform& platform, const Path& unfinished, const Path& launcher,
+               const InstallerRunReporter& reporter) {
+  try {
+    if (stands(platform, launcher)) {
+      reporter.log("stash-existing-launcher\t" + launcher.text());
+      moveAside(platform, launcher);
+    }
     platform.files.rename(unfinished, launcher).orThrow();
   } catch (const LocalizedError&) {
     FileStash::moveAside(platform, unfinished, "launcher-unfinished");
@@ -77,19 +111,21 @@ void registerLauncher(Platform& platform, const Path& launcher, const InstallerR
 void install(Platform& platform, const Path& sourceApp, const Path& launcher, const Path& target,
              const InstallerRunReporter& reporter) {
   const Turn turn(platform);
-  if (stands(platform, launcher)) {
-    if (opens(platform, launcher, target)) {
-      reporter.log("reuse-launcher\t" + launcher.text());
-      registerLauncher(platform, launcher, reporter);
-      return;
-    }
-    reporter.log("stash-existing-launcher\t" + launcher.text());
-    moveAside(platform, launcher);
+  if (stands(platform, launcher) && opens(platform, launcher, target)) {
+    reporter.log("reuse-launcher\t" + launcher.text());
+    registerLauncher(platform, launcher, reporter);
+    return;
   }
-  build(platform, sourceApp, launcher, target);
+  const auto finishedBefore = leftBehind(platform, launcher.parent(), target);
+  const Path unfinished = finishedBefore ? *finishedBefore : build(platform, sourceApp, launcher, target);
+  takePlace(platform, unfinished, launcher, reporter);
   reporter.log("launcher-app\t" + launcher.text() + "\t" + target.text());
   sign(platform, launcher, reporter);
   registerLauncher(platform, launcher, reporter);
+}
+
+bool wasBrokenOff(const ReadOnlyPlatform& platform, const Path& launcher, const Path& target) {
+  return !stands(platform, launcher) && leftBehind(platform, launcher.parent(), target);
 }
 
 }  // namespace quarn::LauncherAppBuilder

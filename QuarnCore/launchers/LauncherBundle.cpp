@@ -97,7 +97,40 @@ void copyProgram(Platform& platform, const Path& bundle) {
   platform.files.setPermissions(copy, 0755).orThrow();
 }
 
+/// Looks for an item that isn't part of a launcher. The icon keeps the name that it has in the application.
+class ForeignItemVisitor : public WalkVisitor {
+ public:
+  WalkStep visit(const WalkItem& item) override {
+    found = !isPart(item.relativePath());
+    return found ? WalkStep::stop : WalkStep::proceed;
+  }
+  WalkStep failed(const Path&, const PlatformError&) override {
+    found = true;
+    return WalkStep::stop;
+  }
+
+  bool found = false;
+
+ private:
+  static bool isPart(std::string_view path) {
+    for (const char* part : {"Contents", "Contents/Info.plist", "Contents/PkgInfo", "Contents/MacOS",
+                             "Contents/MacOS/ExternalAppLauncher", "Contents/Resources",
+                             "Contents/Resources/ExternalAppTarget.txt", "Contents/_CodeSignature",
+                             "Contents/_CodeSignature/CodeResources"}) {
+      if (path == part) return true;
+    }
+    const Path item(path);
+    return item.parent() == Path("Contents/Resources") && item.extension() == "icns";
+  }
+};
+
 }  // namespace
+
+bool isAllThatIsIn(const ReadOnlyPlatform& platform, const Path& bundle) {
+  ForeignItemVisitor visitor;
+  platform.files.walk(bundle, Hidden::included, visitor);
+  return !visitor.found;
+}
 
 void fill(Platform& platform, const Path& bundle, const Path& sourceApp, const std::string& name,
           const Path& target) {

@@ -12,4 +12,8 @@ namespace quarn::LauncherBundle {
 void fill(Platform& platform, const Path& bundle, const Path& sourceApp, const std::string& name,
           const Path& target);
 
+/// Returns whether a bundle holds nothing but what a launcher consists of. An installer that takes a launcher
+/// for the application itself adds the application's files to it.
+bool isAllThatIsIn(const ReadOnlyPlatform& platform, const Path& bundle);
+
 }  // namespace quarn::LauncherBundle

@@ -6,6 +6,7 @@
 #include "QuarnCore/discovery/ProtectedPlaces.h"
 #include "QuarnCore/foundation/FileStash.h"
 #include "QuarnCore/foundation/Sighting.h"
+#include "QuarnCore/launchers/LauncherBundle.h"
 #include "QuarnCore/move/ItemMover.h"
 #include "QuarnCore/move/MountPoints.h"
 #include "QuarnCore/move/MoverError.h"
@@ -71,8 +72,10 @@ class LauncherAside {
   /// Renames the launcher back. Replaces nothing that has appeared there meanwhile.
   void putBack() { platform_.files.rename(aside_, place_).orIgnore(); }
   void discard() {
+    // Somebody may have taken the launcher for the application, and installed a new version into it.
+    const bool isOurs = LauncherBundle::isAllThatIsIn(platform_, aside_);
     // By now the application is back, so a launcher that can't be removed must not fail the run.
-    if (!platform_.files.remove(aside_)) MoverStasher::stash(platform_, aside_);
+    if (!isOurs || !platform_.files.remove(aside_)) MoverStasher::stash(platform_, aside_);
   }
 
  private:

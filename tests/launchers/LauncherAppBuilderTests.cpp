@@ -1,10 +1,12 @@
 #include <algorithm>
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include "Platform/PropertyList.h"
 #include "tests/launchers/Building.h"
 #include "tests/support/Child.h"
+#include "tests/support/GatedPlatform.h"
 
 namespace quarn {
 namespace {
@@ -266,15 +268,52 @@ TEST_F(LauncherBuilder, aLinkAtThePathIsMovedAsideAndNeverWrittenThrough) {
 TEST_F(LauncherBuilder, anItemThatCantBeMovedAsideIsLeftAlone) {
   scene::makeApp(launcher);
   const Lines old = scene::tree(launcher);
-  fs::permissions("/Applications", fs::perms(0555));
-  EXPECT_EQ(child::failuresWithoutRights([&] {
-              EXPECT_EQ(install(), (Lines{"stash-existing-launcher\t" + launcher,
-                                          "error: The file “Foo.app” couldn’t be saved in the folder "
-                                          "“Applications” because a file with the same name already "
-                                          "exists."}));
-            }),
-            "");
+  GatedPlatform gated(
+      [](const std::string& operation) {
+        const bool isOfTheOld =
+            operation.starts_with("trash " + launcher) || operation.starts_with("rename " + launcher + " ");
+        return isOfTheOld ? Result<void>(PlatformError("test", 1, "It broke.")) : Result<void>();
+      },
+      platform());
+  EXPECT_EQ(building::install(gated.platform()),
+            (Lines{"stash-existing-launcher\t" + launcher,
+                   "error: The file “Foo.app” couldn’t be saved in the folder “Applications” because a file "
+                   "with the same name already exists."}));
   EXPECT_EQ(scene::tree(launcher), old);
+  for (const std::string& name : namesIn("/Applications")) EXPECT_FALSE(name.starts_with(".quarn-new"));
+}
+
+/// Ends the run where the old item has been moved aside and the launcher is complete under its hidden name.
+TEST_F(LauncherBuilder, aLauncherThatAKilledRunLeftIsUsed) {
+  scene::makeApp(launcher);
+  EXPECT_FALSE(LauncherAppBuilder::wasBrokenOff(platform(), Path(launcher), Path(app)));
+  EXPECT_FALSE(child::succeeds([&] {
+    GatedPlatform gated(
+        [](const std::string& operation) {
+          if (operation.starts_with("rename /Applications/.quarn-new-launcher-")) ::_exit(9);
+          return Result<void>();
+        },
+        platform());
+    building::install(gated.platform());
+    return true;
+  }));
+  EXPECT_FALSE(scene::exists(launcher));
+  EXPECT_TRUE(LauncherAppBuilder::wasBrokenOff(platform(), Path(launcher), Path(app)));
+  EXPECT_FALSE(LauncherAppBuilder::wasBrokenOff(platform(), Path(launcher), Path("/Volumes/X9/Other.app")));
+  install();
+  EXPECT_EQ(scene::read(launcher + targetFile), app);
+  EXPECT_FALSE(LauncherAppBuilder::wasBrokenOff(platform(), Path(launcher), Path(app)));
+  for (const std::string& name : namesIn("/Applications")) EXPECT_FALSE(name.starts_with(".quarn-new"));
+}
+
+TEST_F(LauncherBuilder, aLauncherThatAKilledRunDidNotCompleteIsNotUsed) {
+  const std::string unfinished = "/Applications/.quarn-new-launcher-00000000";
+  scene::makeLauncher(unfinished, app);
+  scene::write(unfinished + executable, "half");
+  fs::permissions(unfinished, fs::perms(0700));
+  EXPECT_FALSE(LauncherAppBuilder::wasBrokenOff(platform(), Path(launcher), Path(app)));
+  install();
+  EXPECT_NE(scene::read(launcher + executable), "half");
 }
 
 TEST_F(LauncherBuilder, aReadOnlyFolderIsAnErrorAndNothingChanges) {

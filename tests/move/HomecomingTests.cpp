@@ -291,6 +291,18 @@ TEST_F(LauncherHomecoming, thatLeadsToNoApplicationCarriesNothingOff) {
   }
 }
 
+TEST_F(LauncherHomecoming, intoWhichSomethingWasInstalledGoesToTheTrash) {
+  // An installer took it for the application.
+  scene::write(app + "/Contents/MacOS/Foo", "a new version");
+  const Lines mixed = scene::tree(app);
+  EXPECT_EQ(restore(hostPlatform()), "nothing");
+  EXPECT_EQ(scene::tree(app), whole);
+  EXPECT_EQ(hidden(), Lines{});
+  Lines trashed;
+  for (const auto& item : fs::directory_iterator("/Users/me/.Trash")) trashed = scene::tree(item.path());
+  EXPECT_EQ(trashed, mixed);
+}
+
 TEST_F(LauncherHomecoming, thatCannotBeRemovedInTheEndGoesToTheTrash) {
   GatedPlatform gated([](const std::string& operation) {
     const bool isLauncher = operation.starts_with("remove /Applications/.quarn-launcher-");

@@ -98,6 +98,8 @@ void makeLauncher(const std::string& bundle, const std::string& target) {
            .version = "1.0",
            .executable = "ExternalAppLauncher"},
           100);
+  // A launcher holds nothing else.
+  fs::remove(bundle + "/Contents/Resources/data.bin");
   write(bundle + "/Contents/Resources/ExternalAppTarget.txt", target + "\n");
 }
 
