@@ -26,6 +26,10 @@ void print(std::string_view line) {
   write(stdout, std::string(line) + "\n");
 }
 
+void printText(std::string_view text) {
+  write(stdout, text);
+}
+
 void printNow(std::string_view line) {
   print(line);
   std::fflush(stdout);

@@ -8,6 +8,8 @@ namespace quarn::Console {
 
 /// A line on standard output.
 void print(std::string_view line);
+/// Text on standard output as it is, such as a report of many lines.
+void printText(std::string_view text);
 /// A line on standard output that is seen at once, for progress.
 void printNow(std::string_view line);
 /// Text on standard error as it is, in one write.

@@ -41,4 +41,10 @@ std::optional<std::string> CLIArgs::positional() const {
   return *found;
 }
 
+std::optional<std::string> CLIArgs::first() const {
+  if (!row.operand) askedWrongly(row, "an operand");
+  if (values.empty()) return std::nullopt;
+  return values.front();
+}
+
 }  // namespace quarn

@@ -6,6 +6,7 @@
 
 #include "Platform/Platform.h"
 #include "QuarnCLI/Command.h"
+#include "QuarnCore/foundation/TemporaryFolders.h"
 
 namespace quarn {
 
@@ -26,6 +27,8 @@ struct CLIArgs {
   /// The operand: the first argument that doesn't begin with "--". It is looked for without regard to which
   /// flags take a value, so it has to stand before these.
   std::optional<std::string> positional() const;
+  /// The operand where it has to come first: the first argument, even if it looks like a flag.
+  std::optional<std::string> first() const;
 };
 
 /// What a command that changes something is handed.
@@ -35,9 +38,11 @@ struct Invocation {
   CLIArgs args;
 };
 
-/// What a command that only looks is handed.
+/// What a command that only looks is handed. It can change nothing but folders of its own among the temporary
+/// files.
 struct ReadOnlyInvocation {
   ReadOnlyPlatform platform;
+  TemporaryFolders& temporaryFolders;
   CLIArgs args;
 };
 

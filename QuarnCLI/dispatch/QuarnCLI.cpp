@@ -13,7 +13,8 @@ bool asksForHelp(const std::vector<std::string>& arguments) {
 
 ExitStatus carryOut(const Command& command, const Invocation& invocation) {
   if (const auto* looking = std::get_if<LookingHandler>(&command.handler)) {
-    return (*looking)({invocation.platform, invocation.args});
+    TemporaryFolders temporaryFolders(invocation.platform);
+    return (*looking)({invocation.platform, temporaryFolders, invocation.args});
   }
   return std::get<ChangingHandler>(command.handler)(invocation);
 }

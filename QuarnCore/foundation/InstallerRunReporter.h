@@ -9,6 +9,8 @@ namespace quarn {
 /// The first field is the word of the step.
 struct InstallerRunReporter {
   std::function<void(const std::string& line)> sink = {};  ///< if empty, the reporter is silent
+  /// Called once if another run has to end first (see `Turn`).
+  std::function<void()> waiting = [] {};
 
   static InstallerRunReporter silent() { return {}; }
   void log(const std::string& line) const {

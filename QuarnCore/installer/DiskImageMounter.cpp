@@ -46,14 +46,14 @@ Result<DiskImageMount> parse(const Path& image, std::string_view propertyList) {
   return mount;
 }
 
-DiskImageMount attach(Platform& platform, const Path& image) {
+DiskImageMount attach(const ReadOnlyPlatform& platform, const Path& image) {
   const CommandResult result =
       CommandRunner::run(platform, hdiutil, {"attach", image.text(), "-plist", "-nobrowse", "-readonly"});
   if (!result.succeeded()) throw InstallerError::ofTool("hdiutil", result.status, result.standardError);
   return parse(image, result.standardOutput).orThrow();
 }
 
-void detach(Platform& platform, const DiskImageMount& mount) {
+void detach(const ReadOnlyPlatform& platform, const DiskImageMount& mount) {
   std::vector<std::string> targets;
   for (const Path& mountPoint : mount.mountPoints) targets.push_back(mountPoint.text());
   targets.insert(targets.end(), mount.devicePaths.begin(), mount.devicePaths.end());

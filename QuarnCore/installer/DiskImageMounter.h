@@ -28,10 +28,10 @@ namespace DiskImageMounter {
 /// question isn't shown. Standard input that ends cancels the attaching, which is a failure as above. At a
 /// terminal `hdiutil` waits without limit. After a "y" the licence stands before the property list, so the
 /// answer can't be read and the image stays attached.
-DiskImageMount attach(Platform& platform, const Path& image);
+DiskImageMount attach(const ReadOnlyPlatform& platform, const Path& image);
 
 /// Detaches an image by the first of its mount points and devices for which that succeeds. Never throws.
-void detach(Platform& platform, const DiskImageMount& mount);
+void detach(const ReadOnlyPlatform& platform, const DiskImageMount& mount);
 
 /// Reads what `hdiutil attach -plist` printed. A property list of another shape has no volumes and no
 /// devices.

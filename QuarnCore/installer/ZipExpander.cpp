@@ -1,8 +1,6 @@
 #include "QuarnCore/installer/ZipExpander.h"
 
-#include "Platform/UUID.h"
 #include "QuarnCore/foundation/CommandRunner.h"
-#include "QuarnCore/foundation/FileStash.h"
 #include "QuarnCore/installer/InstallerError.h"
 
 namespace quarn::ZipExpander {
@@ -41,17 +39,16 @@ bool holdsUnsafePath(const FileSystem& files, const Path& folder) {
 
 }  // namespace
 
-Path expand(Platform& platform, const Path& archive) {
-  const Path folder = platform.places.temporaryFolder().appending("QuarnZip-" + UUID::make());
-  platform.files.createFolder(folder).orThrow();
+Path expand(const ReadOnlyPlatform& platform, TemporaryFolders& temporaryFolders, const Path& archive) {
+  const Path folder = temporaryFolders.make("QuarnZip-");
   const CommandResult result =
       CommandRunner::run(platform, "/usr/bin/ditto", {"-x", "-k", archive.text(), folder.text()});
   if (!result.succeeded()) {
-    FileStash::moveAside(platform, folder, "zip-failed");
+    temporaryFolders.setAside(folder, "zip-failed");
     throw InstallerError::ofTool(errorDomain, result.status, result.standardError);
   }
   if (holdsUnsafePath(platform.files, folder)) {
-    FileStash::moveAside(platform, folder, "zip-unsafe");
+    temporaryFolders.setAside(folder, "zip-unsafe");
     throw PlatformError(errorDomain, unsafePathsCode, "Archive contains unsafe paths.");
   }
   return folder;

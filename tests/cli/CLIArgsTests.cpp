@@ -53,6 +53,13 @@ TEST(CLIArgs, thePositionalArgumentIsTheFirstWithoutTwoDashes) {
   EXPECT_EQ(args({"--yes", "--"}).positional(), std::nullopt);
 }
 
+TEST(CLIArgs, theFirstArgumentIsTakenWhateverItLooksLike) {
+  EXPECT_EQ(args({"Foo", "--yes"}).first(), "Foo");
+  EXPECT_EQ(args({"--yes", "Foo"}).first(), "--yes");
+  EXPECT_EQ(args({""}).first(), "");
+  EXPECT_EQ(args({}).first(), std::nullopt);
+}
+
 TEST(CLIArgs, theValueOfAFlagInFrontIsTakenForThePositionalArgument) {
   EXPECT_EQ(args({"--drive", "X9", "/Applications/Foo.app"}).positional(), "X9");
 }
@@ -63,6 +70,7 @@ TEST(CLIArgs, whatTheRowOfACommandDoesNotListCannotBeAskedFor) {
   EXPECT_THROW(args({"--other"}).contains(other), std::logic_error);
   EXPECT_THROW((CLIArgs{{"--yes"}, bare}.contains(yes)), std::logic_error);
   EXPECT_THROW((CLIArgs{{"word"}, bare}.positional()), std::logic_error);
+  EXPECT_THROW((CLIArgs{{"word"}, bare}.first()), std::logic_error);
 }
 
 TEST(CLIArgs, aFlagIsAskedForAsItsRowTells) {

@@ -39,7 +39,8 @@ std::vector<const Command*> availableCommands() {
 void carryOut(const Command& row) {
   const CLIArgs args{{}, row};
   if (const auto* looking = std::get_if<LookingHandler>(&row.handler)) {
-    (*looking)({hostPlatform(), args});
+    TemporaryFolders temporaryFolders(hostPlatform());
+    (*looking)({hostPlatform(), temporaryFolders, args});
   } else {
     std::get<ChangingHandler>(row.handler)({hostPlatform(), "quarn", args});
   }

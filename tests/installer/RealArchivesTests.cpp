@@ -11,6 +11,11 @@
 namespace quarn {
 namespace {
 
+Path expanded(Platform& platform, const Path& archive) {
+  TemporaryFolders temporaryFolders(platform);
+  return ZipExpander::expand(platform, temporaryFolders, archive);
+}
+
 namespace fs = std::filesystem;
 
 void orders(const std::string& tool, const std::string& text) {
@@ -109,7 +114,7 @@ Path zipOf(const std::string& folder, const std::string& name = "An archive.zip"
 TEST_F(RealImage, asAnArchiveIsExpandedWhole) {
   scene::write("/tmp/content/__MACOSX/._Foo.app", "resource fork");
   scene::link("/tmp/content/out", "/Users/me");
-  const Path folder = ZipExpander::expand(hostPlatform(), zipOf("/tmp/content"));
+  const Path folder = expanded(hostPlatform(), zipOf("/tmp/content"));
   EXPECT_TRUE(folder.lastComponent().starts_with("QuarnZip-"));
   EXPECT_TRUE(fs::exists(folder.text() + "/Foo.app/Contents/Info.plist"));
   EXPECT_FALSE(fs::exists(folder.text() + "/__MACOSX"));
@@ -122,7 +127,7 @@ TEST_F(RealImage, asATruncatedArchiveIsSetAside) {
   const Path whole = zipOf("/tmp/content");
   const std::string bytes = scene::read(whole.text());
   scene::write("/tmp/cut.zip", bytes.substr(0, bytes.size() / 2));
-  EXPECT_NE(errorOf([] { ZipExpander::expand(hostPlatform(), Path("/tmp/cut.zip")); }), "nothing");
+  EXPECT_NE(errorOf([] { expanded(hostPlatform(), Path("/tmp/cut.zip")); }), "nothing");
   for (const auto& item : fs::directory_iterator("/tmp"))
     EXPECT_FALSE(item.path().filename().string().starts_with("QuarnZip-")) << item.path();
 }

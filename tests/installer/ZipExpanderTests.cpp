@@ -12,6 +12,11 @@
 namespace quarn {
 namespace {
 
+Path expanded(Platform& platform, const Path& archive) {
+  TemporaryFolders temporaryFolders(platform);
+  return ZipExpander::expand(platform, temporaryFolders, archive);
+}
+
 using Words = std::vector<std::string>;
 
 const std::string archive = "/Users/me/Foo.zip";
@@ -51,7 +56,7 @@ std::string nameIn(const std::string& folder) {
 
 PlatformError failure(Platform& platform) {
   try {
-    ZipExpander::expand(platform, Path(archive));
+    expanded(platform, Path(archive));
   } catch (const PlatformError& error) {
     return error;
   }
@@ -67,12 +72,12 @@ void expectFailure(Platform& platform, int code, const std::string& description)
 
 TEST_F(ZipExpanding, expandsIntoAFreshFolderOfItsOwn) {
   ditto("mkdir \"$4/Foo.app\"; echo precious >\"$4/Foo.app/a\"");
-  const Path folder = ZipExpander::expand(hostPlatform(), Path(archive));
+  const Path folder = expanded(hostPlatform(), Path(archive));
   EXPECT_TRUE(std::regex_match(folder.text(),
                                std::regex(temporary + "/QuarnZip-[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}")))
       << folder.text();
   EXPECT_EQ(scene::read(folder.text() + "/Foo.app/a"), "precious\n");
-  EXPECT_NE(ZipExpander::expand(hostPlatform(), Path(archive)), folder);
+  EXPECT_NE(expanded(hostPlatform(), Path(archive)), folder);
   EXPECT_EQ(namesIn(temporary).size(), 2u);
   EXPECT_FALSE(scene::exists(trash));
 }
@@ -82,7 +87,7 @@ TEST_F(ZipExpanding, theToolGetsTheseWords) {
   for (const std::string odd :
        {"/Users/me/Foo.zip", "/Users/me/a b \"c\" 'd' $e;*.zip", "/Users/me/line\nfeed.zip", "/Users/me/-x",
         "/Users/me/Caf\u00E9.zip", "/Users/me/Cafe\u0301.zip"}) {
-    const Path folder = ZipExpander::expand(hostPlatform(), Path(odd));
+    const Path folder = expanded(hostPlatform(), Path(odd));
     EXPECT_EQ(scene::read("/Users/me/told"), "<4><-x><-k><" + odd + "><" + folder.text() + ">");
   }
 }
@@ -90,7 +95,7 @@ TEST_F(ZipExpanding, theToolGetsTheseWords) {
 TEST_F(ZipExpanding, theToolHasNoTimeLimit) {
   doubles::FakeTools tools;
   tools.answers["/usr/bin/ditto "] = {.hangs = true};
-  ZipExpander::expand(tools.platform(), Path(archive));
+  expanded(tools.platform(), Path(archive));
   EXPECT_EQ(tools.secondsWaited(), 0) << "nobody looked at the clock";
 }
 
@@ -99,7 +104,7 @@ TEST_F(ZipExpanding, theTemporaryFolderIsMadeIfItIsMissing) {
   doubles::FakePlaces places;
   places.temporary = Path("/Users/me/made/here/");
   Platform platform = replacing({.places = &places});
-  EXPECT_EQ(ZipExpander::expand(platform, Path(archive)).parent(), Path("/Users/me/made/here"));
+  EXPECT_EQ(expanded(platform, Path(archive)).parent(), Path("/Users/me/made/here"));
 }
 
 TEST_F(ZipExpanding, aTemporaryFolderThatCannotBeUsedIsTheError) {
@@ -223,7 +228,7 @@ TEST_F(ZipExpanding, aFolderThatCannotBeListedIsNotUnsafe) {
 TEST_F(ZipExpanding, anArchivedLinkThatLeadsOutIsKeptAndNothingBehindItTouched) {
   scene::write("/Users/me/precious", "mine");
   ditto("ln -s /Users/me \"$4/out\"; ln -s ../../Users/me/precious \"$4/up\"; ln -s nowhere \"$4/dangling\"");
-  const Path folder = ZipExpander::expand(hostPlatform(), Path(archive));
+  const Path folder = expanded(hostPlatform(), Path(archive));
   EXPECT_EQ(scene::target(folder.text() + "/out"), "/Users/me");
   EXPECT_EQ(scene::target(folder.text() + "/up"), "../../Users/me/precious");
   ditto("ln -s /Users/me \"$4/out\"; exit 1");
