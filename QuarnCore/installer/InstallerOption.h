@@ -3,27 +3,13 @@
 #include <string>
 #include <vector>
 
-#include "QuarnCore/foundation/RawValues.h"
+#include "QuarnCore/installer/InstallerKind.h"
 
 namespace toml {
 class Decoding;
 }
 
 namespace quarn {
-
-/// The kinds of source that can be installed from.
-enum class InstallerKind { app, dmg, zip, pkg, mpkg, script, unknown };
-
-template <>
-inline constexpr auto rawValueRows<InstallerKind> = std::to_array<RawValueRow<InstallerKind>>({
-    {InstallerKind::app, "app"},
-    {InstallerKind::dmg, "dmg"},
-    {InstallerKind::zip, "zip"},
-    {InstallerKind::pkg, "pkg"},
-    {InstallerKind::mpkg, "mpkg"},
-    {InstallerKind::script, "script"},
-    {InstallerKind::unknown, "unknown"},
-});
 
 /// A named policy for an installation: where things go, and what may be installed. The keys in its file are
 /// the names of the fields.

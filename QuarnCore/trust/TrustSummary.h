@@ -14,6 +14,7 @@ struct TrustSummary {
   std::vector<std::string> details;   ///< lines that explain the status; may be empty
   bool hasScripts = false;            ///< a package carries install scripts; a script isn't empty
   bool hasPrivilegedPayload = false;  ///< it may write to the system's own places
+  bool isTrusted() const { return status == "trusted"; }
   bool operator==(const TrustSummary&) const = default;
 };
 

@@ -1,0 +1,180 @@
+#include "QuarnCore/installer/AppInstallEngine.h"
+
+#include "Platform/CocoaError.h"
+#include "QuarnCore/discovery/ProtectedPlaces.h"
+#include "QuarnCore/foundation/AppStorageNames.h"
+#include "QuarnCore/foundation/FileStash.h"
+#include "QuarnCore/foundation/Turn.h"
+#include "QuarnCore/installer/InstallAction.h"
+#include "QuarnCore/launchers/LauncherAppBuilder.h"
+#include "QuarnCore/move/ChosenVolume.h"
+#include "QuarnCore/move/MountPoints.h"
+#include "QuarnCore/move/MoveVerifier.h"
+#include "QuarnCore/move/MoverError.h"
+
+namespace quarn::AppInstallEngine {
+namespace {
+
+constexpr const char* errorDomain = "install-app";
+constexpr int notLikeItsSource = 2;
+
+/// Where everything is for one application.
+struct Places {
+  Path source;
+  Path appsFolder;
+  Path destination;
+  Path launcher;
+};
+
+Path appsFolder(const InstallerOption& option, const Path& targetDrive) {
+  return targetDrive.appending(option.externalRootName).appending(AppStorageNames::apps);
+}
+
+Places placesOf(const Path& source, const InstallerOption& option, const Path& targetDrive) {
+  const Path linkRoot(option.applicationLinkRoot);
+  return {.source = source,
+          .appsFolder = appsFolder(option, targetDrive),
+          .destination = destination(source, option, targetDrive),
+          .launcher = linkRoot.appending(source.lastComponent())};
+}
+
+/// Refuses a drive that isn't mounted: the folders made in its place would be on the startup disk.
+ChosenVolume mountedVolume(const ReadOnlyPlatform& platform, const Path& targetDrive) {
+  if (!targetDrive.isAbsolute()) throw MoveRefused("It isn’t known which drive to install onto.");
+  const auto volume = ChosenVolume::holding(platform, targetDrive);
+  if (volume && platform.files.isFolder(targetDrive)) return *volume;
+  throw MoveRefused("No drive is mounted there: " + targetDrive.text());
+}
+
+/// Found before anything is set aside for its copy.
+void requireSource(const ReadOnlyPlatform& platform, const Places& places) {
+  if (platform.files.exists(places.source) || platform.files.isSymbolicLink(places.source)) return;
+  throw CocoaError::fromCode(CocoaError::Operation::copy, CocoaErrorCode::fileNoSuchFile, places.source,
+                             places.destination);
+}
+
+/// A relative folder in an option would be another one for each current folder, and "~" isn't expanded.
+void requireLinkRoot(const InstallerOption& option) {
+  if (!Path(option.applicationLinkRoot).isAbsolute())
+    throw MoveRefused("The folder for launchers isn’t an absolute path: " + option.applicationLinkRoot);
+}
+
+/// The name of the folder on the drive comes from a file that anyone may have written.
+void requireOnDrive(const ReadOnlyPlatform& platform, const Path& folder, const Path& targetDrive) {
+  const Path leadsTo = sight(platform.files, folder).leadsTo;
+  if (!isAtOrInByText(leadsTo, sight(platform.files, targetDrive).leadsTo))
+    throw MoveRefused("The folder for applications isn’t on the drive: " + leadsTo.text());
+}
+
+void requireApart(const Sighting& one, const Sighting& other) {
+  if (one.isAtOrIn(other))
+    throw MoveRefused("“" + one.spelled.text() + "” lies in “" + other.spelled.text() + "”.");
+}
+
+/// What is set aside takes everything in it along.
+void requireApart(const ReadOnlyPlatform& platform, const Places& places) {
+  const Sighting source = sightItself(platform.files, places.source);
+  const Sighting destination = sightItself(platform.files, places.destination);
+  const Sighting launcher = sightItself(platform.files, places.launcher);
+  requireApart(launcher, destination);
+  requireApart(destination, launcher);
+  // An application that is on the drive already is only given a launcher.
+  if (source.leadsTo == destination.leadsTo) return;
+  requireApart(source, destination);
+  requireApart(destination, source);
+}
+
+void requireNothingElseInside(const ReadOnlyPlatform& platform, const Places& places) {
+  const ProtectedPlaces protectedPlaces(platform);
+  for (const Path& place : {places.source, places.destination, places.launcher}) {
+    // A link is taken by itself, whatever it leads to.
+    if (platform.files.isSymbolicLink(place) || !platform.files.exists(place)) continue;
+    MountPoints::refuseInside(platform, place);
+    if (protectedPlaces.isOneOrAroundOne(sight(platform.files, place)))
+      throw MoveRefused("“" + place.text() + "” belongs where it is.");
+  }
+}
+
+/// Returns why what stands at the destination can't be used; nothing if it is a good copy.
+std::optional<std::string> reasonToReplace(const ReadOnlyPlatform& platform, const Places& places) {
+  if (platform.files.isSymbolicLink(places.destination)) return "symlink destination";
+  return MoveVerifier::failureReason(platform, places.source, places.destination);
+}
+
+/// Returns whether a good copy is there already. Otherwise the path is free, if what stood there could be
+/// moved.
+bool reuses(Platform& platform, const Places& places, const InstallerRunReporter& reporter) {
+  const Path& destination = places.destination;
+  if (!platform.files.exists(destination) && !platform.files.isSymbolicLink(destination)) return false;
+  const auto reason = reasonToReplace(platform, places);
+  if (!reason) {
+    reporter.log(InstallAction::line("reuse-app", {destination.text()}));
+    return true;
+  }
+  reporter.log(InstallAction::line("stash-existing-app", {destination.text(), *reason}));
+  FileStash::moveAside(platform, destination, "install-conflict");
+  return false;
+}
+
+/// Returns what is wrong with the copy, after it has reached the drive: writing out can take minutes, and
+/// what changes meanwhile is noticed.
+std::optional<std::string> faultOf(Platform& platform, const Places& places) {
+  const auto flushed = platform.files.flush(places.destination);
+  if (auto reason = MoveVerifier::failureReason(platform, places.source, places.destination)) return reason;
+  if (!flushed) return flushed.error().localizedDescription();
+  return std::nullopt;
+}
+
+/// Another user's run may meanwhile have put its own copy there.
+bool isStill(const ReadOnlyPlatform& platform, const Path& item, const Result<FileAttributes>& made) {
+  const auto found = platform.files.attributes(item);
+  return found && made && found->identity == made->identity;
+}
+
+void copy(Platform& platform, const Places& places, const InstallerRunReporter& reporter) {
+  const Path& destination = places.destination;
+  reporter.log(InstallAction::line("copy-app", {places.source.text(), destination.text()}));
+  platform.files.copy(places.source, destination).orThrow();
+  const auto made = platform.files.attributes(destination);
+  reporter.log(InstallAction::line("verify-app", {destination.text()}));
+  const auto fault = faultOf(platform, places);
+  if (!fault) return;
+  if (isStill(platform, destination, made)) FileStash::moveAside(platform, destination, "verify-failed");
+  throw PlatformError(errorDomain, notLikeItsSource, *fault);
+}
+
+}  // namespace
+
+Path destination(const Path& source, const InstallerOption& option, const Path& targetDrive) {
+  return appsFolder(option, targetDrive).appending(source.lastComponent());
+}
+
+std::string install(Platform& platform, const Path& source, const InstallerOption& option,
+                    const Path& targetDrive, const InstallerRunReporter& reporter) {
+  const Turn turn(platform, reporter.waiting);
+  requireLinkRoot(option);
+  const Places places = placesOf(source, option, targetDrive);
+  requireSource(platform, places);
+  const ChosenVolume volume = mountedVolume(platform, targetDrive);
+  requireOnDrive(platform, places.appsFolder, targetDrive);
+  requireApart(platform, places);
+  requireNothingElseInside(platform, places);
+  platform.files.createFolder(places.appsFolder).orThrow();
+  volume.requireHolds(platform, places.appsFolder);
+  if (!reuses(platform, places, reporter)) copy(platform, places, reporter);
+  // Once more, directly before the launcher takes a place: copying and comparing may have taken minutes.
+  volume.requireHolds(platform, places.appsFolder);
+  LauncherAppBuilder::install(platform, places.destination, places.launcher, places.destination, reporter);
+  const std::string action = InstallAction::installedApp(places.launcher, places.destination);
+  reporter.log(action);
+  return action;
+}
+
+bool wasBrokenOff(const ReadOnlyPlatform& platform, const Path& source, const InstallerOption& option,
+                  const Path& targetDrive) {
+  const Places places = placesOf(source, option, targetDrive);
+  return platform.files.isFolder(places.destination) && places.launcher == source &&
+         LauncherAppBuilder::wasBrokenOff(platform, places.launcher, places.destination);
+}
+
+}  // namespace quarn::AppInstallEngine

@@ -1,0 +1,65 @@
+#include "QuarnCore/installer/ChangedPathGuard.h"
+
+#include <algorithm>
+
+#include "QuarnCore/discovery/LauncherShim.h"
+#include "QuarnCore/foundation/AppStorageNames.h"
+#include "QuarnCore/installer/InstallerOptionLoader.h"
+#include "QuarnCore/installer/Snapshotter.h"
+#include "QuarnCore/move/MountPoints.h"
+#include "QuarnCore/move/MoverError.h"
+
+namespace quarn {
+namespace {
+
+/// The option may be gone since; then it had the usual name.
+std::string externalRootName(const ReadOnlyPlatform& platform, const InstallerSession& session) {
+  const auto option = InstallerOptionLoader::find(platform, session.optionID);
+  return option ? option->externalRootName : std::string(AppStorageNames::externalRoot);
+}
+
+bool isIn(const Path& item, const Path& folder) {
+  return item != folder && isAtOrInByText(item, folder);
+}
+
+bool isWhole(const Path& path) {
+  return path.isAbsolute() && !path.holdsNul() && path.simplified() == path;
+}
+
+bool isFreeOfVolumes(const ReadOnlyPlatform& platform, const Path& item) {
+  try {
+    MountPoints::refuseInside(platform, item);
+    return true;
+  } catch (const MoveRefused&) {
+    return false;
+  }
+}
+
+}  // namespace
+
+ChangedPathGuard::ChangedPathGuard(const ReadOnlyPlatform& platform, const InstallerSession& session)
+    : platform_(platform), protected_(platform) {
+  std::vector<Path> roots = Snapshotter::defaultRoots(platform.places);
+  const Path drive(session.targetDrivePath);
+  const Path apps = drive.appending(externalRootName(platform, session)).appending(AppStorageNames::apps);
+  if (isWhole(apps) && MountPoints::contains(platform, drive)) roots.push_back(apps);
+  for (const Path& root : roots) folders_.push_back(sight(platform.files, root).leadsTo);
+}
+
+bool ChangedPathGuard::isRecordOrBackup(const Sighting& item) const {
+  if (item.isAtOrIn(sight(platform_.files, AppStorageNames::supportRoot(platform_.places)))) return true;
+  const Path mountPoint = MountPoints::holding(platform_, item.leadsTo);
+  return isAtOrInByText(item.leadsTo, mountPoint.appending(AppStorageNames::backupsRoot));
+}
+
+bool ChangedPathGuard::allows(const Path& path) const {
+  if (!isWhole(path)) return false;
+  const Sighting item = sightItself(platform_.files, path);
+  if (protected_.isOneOrAroundOne(item) || isRecordOrBackup(item)) return false;
+  const bool isBrought = std::any_of(folders_.begin(), folders_.end(),
+                                     [&item](const Path& folder) { return isIn(item.leadsTo, folder); }) ||
+                         (!item.isLink && LauncherShim::recordedTarget(platform_, path));
+  return isBrought && isFreeOfVolumes(platform_, path);
+}
+
+}  // namespace quarn

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Platform/Platform.h"
+#include "QuarnCore/foundation/InstallerRunReporter.h"
+
+/// Installs packages with the system's `installer`.
+namespace quarn::PackageInstaller {
+
+/// Installs a package onto the startup volume, and returns the action that a session keeps. Throws what
+/// `installer` wrote (domain "pkg-install", its exit status as the code). The tool has no time limit.
+///
+/// Before that, an application in /Applications that the package names, and that is a link to another volume,
+/// makes room: the link is removed and the copy that it leads to is moved to the Trash, or removed for good
+/// by `gantrix`. Only a copy that is an application is touched; other links are left alone. None of this is
+/// an error if it fails.
+std::string install(Platform& platform, const Path& package, bool useGantrix,
+                    const InstallerRunReporter& reporter);
+
+/// Returns the applications directly in /Applications that the lines of a package's description name: of each
+/// line the first one.
+std::vector<Path> targetsNamedIn(std::string_view description);
+
+}  // namespace quarn::PackageInstaller
