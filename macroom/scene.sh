@@ -1,5 +1,6 @@
 # shellcheck shell=sh
-# The scene of ./try and ./room: two applications with some data, and a folder of one's own. Sourced in a room.
+# The scene of ./try and ./room: two applications with some data, a folder of one's own, and something to install from.
+# Sourced in a room.
 
 # put_up NAME IDENTIFIER EXECUTABLE MEGABYTES
 put_up() {
@@ -33,4 +34,33 @@ furnish() {
   head -c 3000000 /dev/urandom >"$HOME/Library/Application Support/Paper Garden/drawings.db"
   head -c 1500000 /dev/urandom >"$HOME/Library/Caches/com.example.tapeloft/waveforms"
   head -c 5000000 /dev/urandom >"$HOME/Samples/drums.wav"
+}
+
+# pack PACKAGE IDENTIFIER FOLDER: a package that installs what is in the folder, and whose signature the room trusts.
+pack() {
+  members=$(mktemp -d)
+  bsdtar --format odc --uid 0 --gid 0 -czf "$members/Payload" -C "$3" .
+  cat >"$members/PackageInfo" <<INFO
+<pkg-info format-version="2" identifier="$2" version="2.1" install-location="/" auth="root">
+  $(cd "$3" && find ./Applications -maxdepth 1 -name '*.app' -printf '<bundle path="%p"/>')
+</pkg-info>
+INFO
+  bsdtar --format xar -cnf "$1" -C "$members" PackageInfo Payload
+  rm -r "$members"
+  /usr/libexec/quarn-room/sign-package "$1" notarized
+}
+
+# Puts an application into the user's downloads, as it is, as a zip archive and as a package.
+download() {
+  downloads="$HOME/Downloads"
+  put_up Lantern com.example.lantern Lantern 2
+  mkdir -p "$downloads"
+  mv /Applications/Lantern.app "$downloads/"
+  bsdtar --format zip -cf "$downloads/Lantern.zip" -C "$downloads" Lantern.app
+  payload=$(mktemp -d)
+  mkdir -p "$payload/Applications" "$payload/Library/LaunchAgents"
+  cp -a "$downloads/Lantern.app" "$payload/Applications/"
+  echo '<plist version="1.0"><dict/></plist>' >"$payload/Library/LaunchAgents/com.example.lantern.plist"
+  pack "$downloads/Lantern.pkg" com.example.lantern "$payload"
+  rm -r "$payload"
 }

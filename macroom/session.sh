@@ -16,9 +16,16 @@ show() {
   "$@"
 }
 
+# type_in LINE: for a line that only a shell understands.
+type_in() {
+  printf '\n$ %s\n' "$1"
+  eval "$1"
+}
+
 # shellcheck source=macroom/scene.sh
 . "$(dirname "$0")/scene.sh"
 furnish
+download
 
 show quarn move drives
 show quarn move apps
@@ -35,3 +42,13 @@ show quarn health repair --no-snapshot --yes
 show quarn health check
 show quarn move back "Paper Garden"
 show find /Applications -maxdepth 1 -name '*.app' -type d
+show quarn install run "$HOME/Downloads/Lantern.pkg" --option trusted-external --target-drive /Volumes/X9 --progress
+show /Applications/Lantern.app/Contents/MacOS/ExternalAppLauncher
+# shellcheck disable=SC2016  # for the shell that it is typed into
+{
+  type_in 'session=$(quarn install sessions | head -n 1 | cut -f 2)'
+  type_in 'quarn install uninstall-plan "$session"'
+  type_in 'quarn install uninstall "$session"'
+}
+show ls /Applications /Volumes/X9/ExternalQuarn/Apps
+type_in 'quarn health repair --no-snapshot --yes | tail -n 1'

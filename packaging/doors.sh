@@ -28,7 +28,7 @@ say_building() {
 
 # Builds the program and the room, quietly unless something is wrong.
 build_release() {
-  packaging/prepare build
+  packaging/prepare try
   say_building "$release/bin/quarn"
   build_log=$(mktemp)
   if ! { cmake --preset "$shown" && cmake --build --preset "$shown"; } >"$build_log" 2>&1; then

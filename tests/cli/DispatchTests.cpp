@@ -95,15 +95,6 @@ TEST(Dispatch, anUnknownActionIsNamed) {
 
 TEST(Dispatch, aCommandThatThisVersionLacksSaysSo) {
   const Words rows[] = {
-      {"install", "options"},
-      {"install", "inspect"},
-      {"install", "plan"},
-      {"install", "run"},
-      {"install", "sessions"},
-      {"install", "pending"},
-      {"install", "resume"},
-      {"install", "uninstall-plan"},
-      {"install", "uninstall"},
       {"install", "plugins", "inspect"},
       {"install", "plugins", "install"},
       {"uninstall", "apps"},

@@ -145,6 +145,35 @@ TEST(TellingLines, arePrintedByHealthRepairAsItsRowSays) {
   expectTold("health repair", told);
 }
 
+TEST(TellingLines, arePrintedByTheInstallCommandsAsTheirRowsSay) {
+  const std::string sessions = "/Users/me/Library/Application Support/Quarn/InstallerSessions/";
+  const auto session = [&](const std::string& id, const std::string& status) {
+    scene::write(
+        sessions + id + "/session.json",
+        "{\"id\":\"" + id +
+            "\",\"sourcePath\":\"\",\"optionID\":\"trusted-external\",\"createdAt\":1,\"actions\":[],"
+            "\"changedPaths\":[],\"newReceipts\":[],\"status\":\"" +
+            status +
+            "\",\"targetDrivePath\":\"/Volumes/None\","
+            "\"pendingExternalizeApps\":[\"/Applications/Foo.app\"]}");
+  };
+  Told inspected, pending, resumed, installed;
+  inspected.run({"install", "inspect", "/Users/me/none.txt"});
+  expectTold("install inspect", inspected);
+  pending.run({"install", "pending"});
+  expectTold("install pending", pending);
+  scene::makeApp("/Applications/Foo.app");
+  session("a", "failed");
+  session("b", "pendingExternalize");
+  resumed.run({"install", "resume", "a"});
+  resumed.run({"install", "resume", "b"});
+  expectTold("install resume", resumed);
+  scene::makeApp("/Users/me/Bar.app");
+  installed.run({"install", "run", "/Users/me/Bar.app", "--option", "trusted-external", "--target-drive",
+                 "/Volumes/X9"});
+  expectTold("install run", installed);
+}
+
 TEST(TellingLines, areAllShownByACaseHere) {
   Lines telling;
   for (const auto* group : CommandTable::groups()) {
@@ -152,7 +181,8 @@ TEST(TellingLines, areAllShownByACaseHere) {
       if (command->isAvailable() && !command->tellingLines.empty()) telling.emplace(command->words);
     }
   }
-  EXPECT_EQ(telling, (Lines{"health repair", "move all", "move next", "move one", "move path", "move plan",
+  EXPECT_EQ(telling, (Lines{"health repair", "install inspect", "install pending", "install resume",
+                            "install run", "move all", "move next", "move one", "move path", "move plan",
                             "snapshot create", "snapshot list"}));
 }
 

@@ -1,7 +1,7 @@
 # shellcheck shell=bash disable=SC2034,SC2154  # shares its names with ../scenes.sh
 # The scenes of the README. Sourced by scenes.sh.
 
-scene_session() { furnished; }
+scene_session() { furnished && download; }
 after_session() { expect_app "$app"; expect_data "$dataCopy"; }
 
 scene_know() { furnished; }

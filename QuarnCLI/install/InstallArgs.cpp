@@ -1,0 +1,53 @@
+#include "QuarnCLI/install/InstallArgs.h"
+
+#include "Platform/PathText.h"
+#include "QuarnCLI/CLIError.h"
+#include "QuarnCLI/install/InstallFlags.h"
+#include "QuarnCore/foundation/AppStorageNames.h"
+#include "QuarnCore/installer/InstallerOptionLoader.h"
+#include "QuarnCore/installer/SessionStore.h"
+
+namespace quarn::InstallArgs {
+namespace {
+
+/// An empty text comes from a variable that isn't set, and would mean the current folder.
+std::optional<std::string> givenPath(const CLIArgs& args, const Flag& flag) {
+  const auto given = args.value(flag);
+  return given && given->empty() ? std::nullopt : given;
+}
+
+InstallerOption knownOption(const ReadOnlyPlatform& platform, const std::optional<std::string>& id) {
+  if (!id) throw CLIError("Missing --option.");
+  auto option = InstallerOptionLoader::find(platform, *id);
+  if (!option) throw CLIError("Unknown option: " + *id);
+  return *std::move(option);
+}
+
+}  // namespace
+
+Choice choiceOf(const ReadOnlyPlatform& platform, const CLIArgs& args) {
+  const auto id = args.value(InstallFlags::option);
+  const auto targetDrive = givenPath(args, InstallFlags::targetDrive);
+  const auto linkRoot = givenPath(args, InstallFlags::applicationLinkRoot);
+  Choice choice{.source = sourceOf(platform, args), .option = knownOption(platform, id), .targetDrive = {}};
+  if (!targetDrive) throw CLIError("Missing --target-drive.");
+  choice.targetDrive = PathText::fileURL(platform.places, *targetDrive);
+  if (linkRoot) choice.option.applicationLinkRoot = PathText::fileURL(platform.places, *linkRoot).text();
+  return choice;
+}
+
+InstallerSource sourceOf(const ReadOnlyPlatform& platform, const CLIArgs& args) {
+  const auto given = args.first();
+  if (!given || given->empty() || given->starts_with("--")) throw CLIError("Missing source.");
+  return InstallerSource::of(platform.places, *given);
+}
+
+InstallerSession sessionOf(const ReadOnlyPlatform& platform, const CLIArgs& args) {
+  const auto id = args.first();
+  if (!id) throw CLIError("Missing session id.");
+  auto session = SessionStore::find(platform, *id, AppStorageNames::sessionRoot(platform.places));
+  if (!session) throw CLIError("Session not found.");
+  return *std::move(session);
+}
+
+}  // namespace quarn::InstallArgs
