@@ -37,7 +37,7 @@ struct InstallProgress::State {
 
   const std::string prefix;
   std::mutex lock;
-  std::string step = "inspect";
+  std::string step = "start";
   int seconds = 0;  ///< since the step began
   // The last member, and so the first to go.
   RepeatingTimer timer{1s, [this] { aSecondPassed(); }};

@@ -7,8 +7,8 @@
 
 namespace quarn {
 
-/// Tells the steps of an installation on standard error as they come. After two seconds without a new step,
-/// and each further second, it tells which one is still going on: a copy, a tool or a script can take long.
+/// Tells the steps of an installation on standard error as they come. After two seconds without a new line,
+/// and each further second, it tells how long ago the last one was: a copy, a tool or a script can take long.
 class InstallProgress {
  public:
   /// Each line begins with `prefix`.

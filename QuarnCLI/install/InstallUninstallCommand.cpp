@@ -8,6 +8,8 @@ namespace quarn::InstallCommands {
 namespace {
 
 ExitStatus run(const Invocation& invocation) {
+  // What can't be found isn't waited for. What was found may have changed when the turn comes.
+  InstallArgs::sessionOf(invocation.platform, invocation.args);
   const Turn turn(invocation.platform, Console::tellOfWaiting);
   const InstallerSession session = InstallArgs::sessionOf(invocation.platform, invocation.args);
   SessionUninstaller::carryOut(invocation.platform, session);

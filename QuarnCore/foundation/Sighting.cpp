@@ -29,6 +29,12 @@ bool isAtOrInByText(const Path& item, const Path& folder) {
   return Text::hasPrefix(item.text(), folder.text() == "/" ? "/" : folder.text() + "/");
 }
 
+bool isInsideAnyByText(const Path& item, const std::vector<Path>& folders) {
+  return std::any_of(folders.begin(), folders.end(), [&item](const Path& folder) {
+    return isAtOrInByText(item, folder) && !Text::equal(item.text(), folder.text());
+  });
+}
+
 bool Sighting::isAtOrIn(const Sighting& folder) const {
   if (isAtOrInByText(spelled, folder.spelled) || isAtOrInByText(leadsTo, folder.leadsTo)) return true;
   // Two different paths of one folder have the same identity. The folders around the item are compared too,

@@ -25,6 +25,8 @@ struct Sighting {
 /// Returns whether a path is `folder` or lies anywhere in it, judged by the text alone. Letter case matters;
 /// canonically equivalent spellings are equal.
 bool isAtOrInByText(const Path& item, const Path& folder);
+/// Returns whether a path lies inside one of the folders, judged in the same way.
+bool isInsideAnyByText(const Path& item, const std::vector<Path>& folders);
 
 /// Looks at an item, following links. Changes nothing and never throws.
 Sighting sight(const FileSystem& files, const Path& item);

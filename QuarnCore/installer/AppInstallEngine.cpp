@@ -1,10 +1,13 @@
 #include "QuarnCore/installer/AppInstallEngine.h"
 
+#include <vector>
+
 #include "Platform/CocoaError.h"
 #include "QuarnCore/discovery/ProtectedPlaces.h"
-#include "QuarnCore/foundation/AppStorageNames.h"
 #include "QuarnCore/foundation/FileStash.h"
+#include "QuarnCore/foundation/Sighting.h"
 #include "QuarnCore/foundation/Turn.h"
+#include "QuarnCore/installer/AppsFolder.h"
 #include "QuarnCore/installer/InstallAction.h"
 #include "QuarnCore/launchers/LauncherAppBuilder.h"
 #include "QuarnCore/move/ChosenVolume.h"
@@ -26,14 +29,10 @@ struct Places {
   Path launcher;
 };
 
-Path appsFolder(const InstallerOption& option, const Path& targetDrive) {
-  return targetDrive.appending(option.externalRootName).appending(AppStorageNames::apps);
-}
-
 Places placesOf(const Path& source, const InstallerOption& option, const Path& targetDrive) {
   const Path linkRoot(option.applicationLinkRoot);
   return {.source = source,
-          .appsFolder = appsFolder(option, targetDrive),
+          .appsFolder = AppsFolder::on(targetDrive, option.externalRootName),
           .destination = destination(source, option, targetDrive),
           .launcher = linkRoot.appending(source.lastComponent())};
 }
@@ -53,17 +52,25 @@ void requireSource(const ReadOnlyPlatform& platform, const Places& places) {
                              places.destination);
 }
 
+/// Another run may have moved the application to the drive: its link or launcher isn't what was to be
+/// installed.
+void requireUnchanged(const ReadOnlyPlatform& platform, const Path& source,
+                      const Result<FileAttributes>& seen) {
+  const auto found = platform.files.attributes(source);
+  if (found && seen && found->identity != seen->identity)
+    throw MoveRefused("“" + source.lastComponent() + "” was replaced by another run meanwhile.");
+}
+
 /// A relative folder in an option would be another one for each current folder, and "~" isn't expanded.
 void requireLinkRoot(const InstallerOption& option) {
   if (!Path(option.applicationLinkRoot).isAbsolute())
     throw MoveRefused("The folder for launchers isn’t an absolute path: " + option.applicationLinkRoot);
 }
 
-/// The name of the folder on the drive comes from a file that anyone may have written.
 void requireOnDrive(const ReadOnlyPlatform& platform, const Path& folder, const Path& targetDrive) {
-  const Path leadsTo = sight(platform.files, folder).leadsTo;
-  if (!isAtOrInByText(leadsTo, sight(platform.files, targetDrive).leadsTo))
-    throw MoveRefused("The folder for applications isn’t on the drive: " + leadsTo.text());
+  if (AppsFolder::isOn(platform, folder, targetDrive)) return;
+  throw MoveRefused("The folder for applications isn’t on the drive: " +
+                    sight(platform.files, folder).leadsTo.text());
 }
 
 void requireApart(const Sighting& one, const Sighting& other) {
@@ -95,10 +102,44 @@ void requireNothingElseInside(const ReadOnlyPlatform& platform, const Places& pl
   }
 }
 
-/// Returns why what stands at the destination can't be used; nothing if it is a good copy.
-std::optional<std::string> reasonToReplace(const ReadOnlyPlatform& platform, const Places& places) {
+/// Collects the folders and files of an item, each behind the folder that holds it.
+class ItemsWithAttributes : public WalkVisitor {
+ public:
+  WalkStep visit(const WalkItem& item) override {
+    if (item.kind() == FileKind::folder || item.kind() == FileKind::regular)
+      paths.emplace_back(item.relativePath());
+    return WalkStep::proceed;
+  }
+  WalkStep failed(const Path&, const PlatformError&) override { return WalkStep::proceed; }
+
+  std::vector<std::string> paths;
+};
+
+/// A run that was killed may have left a copy that lacks nothing but modes and times, which a copy gets last,
+/// and that hasn't reached the drive.
+Result<void> finish(Platform& platform, const Places& places) {
+  if (sight(platform.files, places.source).leadsTo == sight(platform.files, places.destination).leadsTo)
+    return {};
+  ItemsWithAttributes items;
+  platform.files.walk(places.source, Hidden::included, items);
+  // From the innermost out: a folder may forbid what is still to be done inside it.
+  for (auto path = items.paths.rbegin(); path != items.paths.rend(); ++path) {
+    const Path copy = places.destination.appending(*path);
+    if (auto copied = platform.files.copyAttributes(places.source.appending(*path), copy); !copied)
+      return copied;
+  }
+  if (auto copied = platform.files.copyAttributes(places.source, places.destination); !copied) return copied;
+  return platform.files.flush(places.destination);
+}
+
+/// Returns why what stands at the destination can't be used; nothing if it is a good copy, which is like its
+/// source then.
+std::optional<std::string> reasonToReplace(Platform& platform, const Places& places) {
   if (platform.files.isSymbolicLink(places.destination)) return "symlink destination";
-  return MoveVerifier::failureReason(platform, places.source, places.destination);
+  if (auto reason = MoveVerifier::failureReason(platform, places.source, places.destination)) return reason;
+  if (const auto finished = finish(platform, places); !finished)
+    return finished.error().localizedDescription();
+  return std::nullopt;
 }
 
 /// Returns whether a good copy is there already. Otherwise the path is free, if what stood there could be
@@ -146,12 +187,14 @@ void copy(Platform& platform, const Places& places, const InstallerRunReporter& 
 }  // namespace
 
 Path destination(const Path& source, const InstallerOption& option, const Path& targetDrive) {
-  return appsFolder(option, targetDrive).appending(source.lastComponent());
+  return AppsFolder::on(targetDrive, option.externalRootName).appending(source.lastComponent());
 }
 
 std::string install(Platform& platform, const Path& source, const InstallerOption& option,
                     const Path& targetDrive, const InstallerRunReporter& reporter) {
+  const auto seen = platform.files.attributes(source);
   const Turn turn(platform, reporter.waiting);
+  if (turn.hadToWait()) requireUnchanged(platform, source, seen);
   requireLinkRoot(option);
   const Places places = placesOf(source, option, targetDrive);
   requireSource(platform, places);

@@ -13,9 +13,9 @@ namespace quarn::AppInstallEngine {
 Path destination(const Path& source, const InstallerOption& option, const Path& targetDrive);
 
 /// Copies an application to the drive and makes a launcher for the copy. Returns the action that a session
-/// keeps. A good copy that is there already is used; anything else in its place is set aside. The source is
-/// left alone, unless the launcher takes its place: then it is moved to the Trash, once the drive holds the
-/// copy and the copy was compared.
+/// keeps. A good copy that is there already is used, and gets the modes and times of its source; anything
+/// else in its place is set aside. The source is left alone, unless the launcher takes its place: then it is
+/// moved to the Trash, once the drive holds the copy and the copy was compared.
 ///
 /// Throws `MoveRefused` if no drive is mounted at the target, if the option leads out of it or has a relative
 /// folder for launchers, if a volume is mounted inside what would be moved, or if two of the paths lie inside

@@ -1,13 +1,12 @@
 #include "QuarnCore/installer/ChangedPathGuard.h"
 
-#include <algorithm>
-
 #include "QuarnCore/discovery/LauncherShim.h"
 #include "QuarnCore/foundation/AppStorageNames.h"
+#include "QuarnCore/installer/AppsFolder.h"
 #include "QuarnCore/installer/InstallerOptionLoader.h"
 #include "QuarnCore/installer/Snapshotter.h"
+#include "QuarnCore/move/ChosenVolume.h"
 #include "QuarnCore/move/MountPoints.h"
-#include "QuarnCore/move/MoverError.h"
 
 namespace quarn {
 namespace {
@@ -18,21 +17,8 @@ std::string externalRootName(const ReadOnlyPlatform& platform, const InstallerSe
   return option ? option->externalRootName : std::string(AppStorageNames::externalRoot);
 }
 
-bool isIn(const Path& item, const Path& folder) {
-  return item != folder && isAtOrInByText(item, folder);
-}
-
 bool isWhole(const Path& path) {
   return path.isAbsolute() && !path.holdsNul() && path.simplified() == path;
-}
-
-bool isFreeOfVolumes(const ReadOnlyPlatform& platform, const Path& item) {
-  try {
-    MountPoints::refuseInside(platform, item);
-    return true;
-  } catch (const MoveRefused&) {
-    return false;
-  }
 }
 
 }  // namespace
@@ -41,8 +27,9 @@ ChangedPathGuard::ChangedPathGuard(const ReadOnlyPlatform& platform, const Insta
     : platform_(platform), protected_(platform) {
   std::vector<Path> roots = Snapshotter::defaultRoots(platform.places);
   const Path drive(session.targetDrivePath);
-  const Path apps = drive.appending(externalRootName(platform, session)).appending(AppStorageNames::apps);
-  if (isWhole(apps) && MountPoints::contains(platform, drive)) roots.push_back(apps);
+  const Path apps = AppsFolder::on(drive, externalRootName(platform, session));
+  if (isWhole(apps) && ChosenVolume::holding(platform, drive) && AppsFolder::isOn(platform, apps, drive))
+    roots.push_back(apps);
   for (const Path& root : roots) folders_.push_back(sight(platform.files, root).leadsTo);
 }
 
@@ -56,10 +43,9 @@ bool ChangedPathGuard::allows(const Path& path) const {
   if (!isWhole(path)) return false;
   const Sighting item = sightItself(platform_.files, path);
   if (protected_.isOneOrAroundOne(item) || isRecordOrBackup(item)) return false;
-  const bool isBrought = std::any_of(folders_.begin(), folders_.end(),
-                                     [&item](const Path& folder) { return isIn(item.leadsTo, folder); }) ||
+  const bool isBrought = isInsideAnyByText(item.leadsTo, folders_) ||
                          (!item.isLink && LauncherShim::recordedTarget(platform_, path));
-  return isBrought && isFreeOfVolumes(platform_, path);
+  return isBrought && MountPoints::areNoneInside(platform_, path);
 }
 
 }  // namespace quarn

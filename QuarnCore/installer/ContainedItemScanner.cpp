@@ -1,6 +1,7 @@
 #include "QuarnCore/installer/ContainedItemScanner.h"
 
 #include <algorithm>
+#include <optional>
 
 #include "Platform/Text.h"
 #include "QuarnCore/foundation/SizingService.h"
@@ -15,6 +16,8 @@ class ItemVisitor : public WalkVisitor {
   explicit ItemVisitor(const Path& root) : root_(root) {}
 
   WalkStep visit(const WalkItem& item) override {
+    // A link can lead anywhere, also out of the image or the archive.
+    if (item.kind() == FileKind::symbolicLink) return WalkStep::proceed;
     const Path path = root_.appending(item.relativePath());
     const auto kind = InstallerKinds::ofExtension(path);
     if (kind != InstallerKind::app && kind != InstallerKind::pkg && kind != InstallerKind::mpkg)
@@ -22,9 +25,13 @@ class ItemVisitor : public WalkVisitor {
     found.emplace_back(path, *kind);
     return WalkStep::skipDescendants;
   }
-  WalkStep failed(const Path&, const PlatformError&) override { return WalkStep::proceed; }
+  WalkStep failed(const Path& folder, const PlatformError& error) override {
+    if (folder == root_) ofTheRoot = error;
+    return WalkStep::proceed;
+  }
 
   std::vector<std::pair<Path, InstallerKind>> found;
+  std::optional<PlatformError> ofTheRoot;
 
  private:
   const Path root_;
@@ -43,6 +50,7 @@ InstallableItem itemAt(const ReadOnlyPlatform& platform, const Path& path, Insta
 std::vector<InstallableItem> scan(const ReadOnlyPlatform& platform, const Path& root) {
   ItemVisitor visitor(root);
   platform.files.walk(root, Hidden::skipped, visitor);
+  if (visitor.ofTheRoot) throw *visitor.ofTheRoot;
   std::vector<InstallableItem> items;
   for (const auto& [path, kind] : visitor.found) items.push_back(itemAt(platform, path, kind));
   std::stable_sort(items.begin(), items.end(), [](const InstallableItem& a, const InstallableItem& b) {

@@ -4,6 +4,7 @@
 #include "Platform/PropertyList.h"
 #include "QuarnCore/foundation/CommandRunner.h"
 #include "QuarnCore/installer/InstallerError.h"
+#include "QuarnCore/move/MoverError.h"
 
 namespace quarn::DiskImageMounter {
 namespace {
@@ -51,6 +52,12 @@ DiskImageMount attach(const ReadOnlyPlatform& platform, const Path& image) {
       CommandRunner::run(platform, hdiutil, {"attach", image.text(), "-plist", "-nobrowse", "-readonly"});
   if (!result.succeeded()) throw InstallerError::ofTool("hdiutil", result.status, result.standardError);
   return parse(image, result.standardOutput).orThrow();
+}
+
+void Attached::requireAttached() const {
+  for (const Path& place : mount_.mountPoints) {
+    if (!platform_.files.isFolder(place)) throw MoveRefused("The source is no longer there: " + place.text());
+  }
 }
 
 void detach(const ReadOnlyPlatform& platform, const DiskImageMount& mount) {

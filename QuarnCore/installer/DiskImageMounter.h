@@ -30,8 +30,29 @@ namespace DiskImageMounter {
 /// answer can't be read and the image stays attached.
 DiskImageMount attach(const ReadOnlyPlatform& platform, const Path& image);
 
-/// Detaches an image by the first of its mount points and devices for which that succeeds. Never throws.
+/// Detaches an image by the first of its mount points and devices for which that
+/// succeeds. Never throws.
 void detach(const ReadOnlyPlatform& platform, const DiskImageMount& mount);
+
+/// Attaches an image and detaches it at the end of the scope.
+class Attached {
+ public:
+  /// Throws what `attach` throws.
+  Attached(const ReadOnlyPlatform& platform, const Path& image)
+      : platform_(platform), mount_(attach(platform, image)) {}
+  ~Attached() { detach(platform_, mount_); }
+  Attached(const Attached&) = delete;
+  Attached& operator=(const Attached&) = delete;
+
+  const std::vector<Path>& mountPoints() const { return mount_.mountPoints; }
+  /// Throws `MoveRefused` if somebody else has detached it meanwhile: what isn't there any more shows
+  /// no items, but isn't an empty volume.
+  void requireAttached() const;
+
+ private:
+  const ReadOnlyPlatform platform_;
+  const DiskImageMount mount_;
+};
 
 /// Reads what `hdiutil attach -plist` printed. A property list of another shape has no volumes and no
 /// devices.

@@ -29,6 +29,10 @@ InstallerInspection opened(const InstallerSource& source, InstallerKind kind, It
   return inspection;
 }
 
+InstallerInspection unsupported(const InstallerSource& source, InstallerKind kind) {
+  return {source.given, kind, {}, {"Unsupported source type."}, status("unsupported")};
+}
+
 void append(Items& items, Items more) {
   for (InstallableItem& item : more) items.push_back(std::move(item));
 }
@@ -51,11 +55,11 @@ InstallerInspection AppSourceInspector::inspect(const ReadOnlyPlatform& platform
 InstallerInspection DmgSourceInspector::inspect(const ReadOnlyPlatform& platform,
                                                 const InstallerSource& source) {
   try {
-    const DiskImageMount mount = DiskImageMounter::attach(platform, source.path);
+    const DiskImageMounter::Attached image(platform, source.path);
     Items items;
-    for (const Path& mountPoint : mount.mountPoints)
+    for (const Path& mountPoint : image.mountPoints())
       append(items, ContainedItemScanner::scan(platform, mountPoint));
-    DiskImageMounter::detach(platform, mount);
+    image.requireAttached();
     return opened(source, InstallerKind::dmg, std::move(items), "disk-image");
   } catch (const LocalizedError& error) {
     return failed(source, InstallerKind::dmg, error);
@@ -106,7 +110,9 @@ InstallerInspection ScriptSourceInspector::inspect(const ReadOnlyPlatform& platf
 InstallerInspection InstallerInspector::inspect(const ReadOnlyPlatform& platform,
                                                 TemporaryFolders& temporaryFolders,
                                                 const InstallerSource& source) {
-  switch (InstallerKinds::detect(platform, source.path)) {
+  const InstallerKind kind = InstallerKinds::detect(platform, source.path);
+  if (InstallerKinds::isSpecial(platform, source.path)) return unsupported(source, kind);
+  switch (kind) {
     case InstallerKind::app:
       return AppSourceInspector::inspect(platform, source);
     case InstallerKind::dmg:
@@ -121,7 +127,7 @@ InstallerInspection InstallerInspector::inspect(const ReadOnlyPlatform& platform
     case InstallerKind::unknown:
       break;
   }
-  return {source.given, InstallerKind::unknown, {}, {"Unsupported source type."}, status("unsupported")};
+  return unsupported(source, kind);
 }
 
 }  // namespace quarn

@@ -39,5 +39,12 @@ InstallerKind detect(const ReadOnlyPlatform& platform, const Path& source) {
   return ContentKindSniffer::sniff(platform, source).value_or(InstallerKind::unknown);
 }
 
+bool isSpecial(const ReadOnlyPlatform& platform, const Path& source) {
+  const auto found = platform.files.attributes(platform.files.resolvingLinks(source));
+  if (!found) return false;
+  const FileKind kind = found->kind;
+  return kind != FileKind::regular && kind != FileKind::folder && kind != FileKind::symbolicLink;
+}
+
 }  // namespace InstallerKinds
 }  // namespace quarn

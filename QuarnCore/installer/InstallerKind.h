@@ -28,6 +28,10 @@ namespace InstallerKinds {
 InstallerKind detect(const ReadOnlyPlatform& platform, const Path& source);
 /// Does the same by the extension alone; nothing for any other extension.
 std::optional<InstallerKind> ofExtension(const Path& source);
+/// Returns whether something stands at the path, or where its link leads, that is neither a file nor a
+/// folder. Whatever its extension says, nothing can be installed from it, and a tool could wait at it for
+/// ever.
+bool isSpecial(const ReadOnlyPlatform& platform, const Path& source);
 }  // namespace InstallerKinds
 
 namespace ContentKindSniffer {

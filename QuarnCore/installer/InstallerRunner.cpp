@@ -120,12 +120,15 @@ InstallerSession conclude(Platform& platform, InstallerSession session, const In
 InstallerSession run(Platform& platform, const InstallerSource& source, const InstallRequest& request) {
   const InstallerRunReporter& reporter = request.reporter;
   TemporaryFolders temporaryFolders(platform);
+  std::optional<Turn> turn;
+  // An image is attached once for all: a run that is done with it would take it away from another one.
+  if (InstallerKinds::detect(platform, source.path) == InstallerKind::dmg)
+    turn.emplace(platform, reporter.waiting);
   const auto inspection = InstallerInspector::inspect(platform, temporaryFolders, source);
   reporter.log(InstallAction::line("inspect", {std::string(rawValue(inspection.kind)), source.given}));
   const Scope scope = scopeOf(platform.places, inspection, request);
   // What a package changed is found by comparing the disk before and after: what another run does meanwhile
   // would be taken for the package's.
-  std::optional<Turn> turn;
   if (holds(inspection, {InstallerKind::pkg, InstallerKind::mpkg})) turn.emplace(platform, reporter.waiting);
   const Snapshot before = capture(platform, scope, "snapshot-before", reporter);
   FilesystemEventRecorder recorder(platform, scope.isDeep ? scope.roots : std::vector<Path>{});

@@ -6,6 +6,7 @@
 #include <set>
 
 #include "Platform/Text.h"
+#include "Platform/UUID.h"
 #include "QuarnCore/discovery/ProtectedPlaces.h"
 #include "QuarnCore/foundation/CommandRunner.h"
 #include "QuarnCore/foundation/FileStash.h"
@@ -15,7 +16,6 @@
 #include "QuarnCore/installer/InstallAction.h"
 #include "QuarnCore/installer/InstallerError.h"
 #include "QuarnCore/move/MountPoints.h"
-#include "QuarnCore/move/MoverError.h"
 
 namespace quarn::PackageInstaller {
 namespace {
@@ -101,43 +101,87 @@ std::vector<Path> pkgAppTargets(Platform& platform, const Path& package) {
 /// on another volume makes room.
 bool mayMakeRoom(const ReadOnlyPlatform& platform, const Path& copy) {
   const Sighting sighting = sight(platform.files, copy);
-  if (copy.extension() != "app" || !sighting.leadsTo.text().starts_with(otherVolumes) ||
-      ProtectedPlaces(platform).isOneOrAroundOne(sighting))
-    return false;
-  try {
-    MountPoints::refuseInside(platform, copy);
-    return true;
-  } catch (const MoveRefused&) {
-    return false;
-  }
+  return copy.extension() == "app" && sighting.leadsTo.text().starts_with(otherVolumes) &&
+         !ProtectedPlaces(platform).isOneOrAroundOne(sighting) && MountPoints::areNoneInside(platform, copy);
 }
 
-void makeRoom(Platform& platform, const Path& link, const Path& copy, bool useGantrix) {
+/// A link that was removed, and the copy that it led to, which waits under a hidden name until it is known
+/// whether the package was installed: if not, it is the only copy.
+class RoomMade {
+ public:
+  /// Returns nothing, with nothing changed, if one of the two can't be moved.
+  static std::optional<RoomMade> by(Platform& platform, const Path& link, const std::string& text) {
+    RoomMade room(link, text);
+    const bool isThere = platform.files.exists(room.copy_);
+    if (isThere && !platform.files.rename(room.copy_, room.aside_).asOptional().value_or(false))
+      return std::nullopt;
+    if (platform.files.removeSymbolicLink(link)) return room;
+    if (isThere) platform.files.rename(room.aside_, room.copy_).orIgnore();
+    return std::nullopt;
+  }
+
+  void putBack(Platform& platform) const {
+    platform.files.rename(aside_, copy_).orIgnore();
+    platform.files.createSymbolicLink(link_, text_).orIgnore();
+  }
+  void discard(Platform& platform) const {
+    // Under its own name in the Trash.
+    const bool isBack = platform.files.rename(aside_, copy_).asOptional().value_or(false);
+    FileStash::moveAside(platform, isBack ? copy_ : aside_, "pkg-install");
+  }
+
+ private:
+  RoomMade(const Path& link, const std::string& text)
+      : link_(link),
+        text_(text),
+        copy_(text),
+        aside_(copy_.parent().appending(".quarn-replaced-" + UUID::make().substr(0, 8))) {}
+
+  Path link_;
+  std::string text_;
+  Path copy_;
+  Path aside_;
+};
+
+void removeForGood(const ReadOnlyPlatform& platform, const Path& link, const std::string& copy) {
+  const std::string gantrix = Gantrix::path(platform).text();
+  CommandRunner::run(platform, gantrix, {"rm", "-f", link.text()}, secondsToRemoveLink);
+  CommandRunner::run(platform, gantrix, {"rm", "-rf", copy}, secondsToRemoveCopy);
+}
+
+/// Returns whether a link makes room, which is done then.
+bool makesRoom(Platform& platform, const Path& link, const std::string& text, bool useGantrix,
+               std::vector<RoomMade>& rooms) {
+  if (!mayMakeRoom(platform, Path(text))) return false;
   if (useGantrix) {
-    const std::string gantrix = Gantrix::path(platform).text();
-    CommandRunner::run(platform, gantrix, {"rm", "-f", link.text()}, secondsToRemoveLink);
-    CommandRunner::run(platform, gantrix, {"rm", "-rf", copy.text()}, secondsToRemoveCopy);
-  } else {
-    platform.files.removeSymbolicLink(link).orIgnore();
-    // Not removed: if the package then can't be installed, this is the only copy.
-    FileStash::moveAside(platform, copy, "pkg-install");
+    removeForGood(platform, link, text);
+    return true;
   }
+  auto room = RoomMade::by(platform, link, text);
+  if (room) rooms.push_back(*std::move(room));
+  return room.has_value();
 }
 
-void clearBlockingSymlinks(Platform& platform, const Path& package, bool useGantrix,
-                           const InstallerRunReporter& reporter) {
-  const std::vector<Path> targets = pkgAppTargets(platform, package);
-  if (targets.empty()) return;
-  const Turn turn(platform, reporter.waiting);
-  for (const Path& target : targets) {
+std::vector<RoomMade> clearBlockingSymlinks(Platform& platform, const Path& package, bool useGantrix,
+                                            const InstallerRunReporter& reporter) {
+  std::vector<RoomMade> rooms;
+  for (const Path& target : pkgAppTargets(platform, package)) {
     const auto text = platform.files.readSymbolicLink(target);
     if (!text || !text->starts_with(otherVolumes)) continue;
-    const Path copy(*text);
-    const bool makesRoom = mayMakeRoom(platform, copy);
-    reporter.log(InstallAction::line(makesRoom ? "pre-install-clear-symlink" : "pre-install-keep-symlink",
+    const bool isCleared = makesRoom(platform, target, *text, useGantrix, rooms);
+    reporter.log(InstallAction::line(isCleared ? "pre-install-clear-symlink" : "pre-install-keep-symlink",
                                      {target.text(), "-> " + *text}));
-    if (makesRoom) makeRoom(platform, target, copy, useGantrix);
   }
+  return rooms;
+}
+
+CommandResult runInstaller(const ReadOnlyPlatform& platform, const Path& package, bool useGantrix,
+                           const InstallerRunReporter& reporter) {
+  const std::string executable = useGantrix ? Gantrix::path(platform).text() : "/usr/sbin/installer";
+  std::vector<std::string> arguments = {"-pkg", package.text(), "-target", "/"};
+  if (useGantrix) arguments.insert(arguments.begin(), "installer");
+  reporter.log(InstallAction::line("run-pkg", {executable, package.text()}));
+  return CommandRunner::run(platform, executable, arguments);
 }
 
 }  // namespace
@@ -152,12 +196,10 @@ std::vector<Path> targetsNamedIn(std::string_view description) {
 
 std::string install(Platform& platform, const Path& package, bool useGantrix,
                     const InstallerRunReporter& reporter) {
-  clearBlockingSymlinks(platform, package, useGantrix, reporter);
-  const std::string executable = useGantrix ? Gantrix::path(platform).text() : "/usr/sbin/installer";
-  std::vector<std::string> arguments = {"-pkg", package.text(), "-target", "/"};
-  if (useGantrix) arguments.insert(arguments.begin(), "installer");
-  reporter.log(InstallAction::line("run-pkg", {executable, package.text()}));
-  const CommandResult result = CommandRunner::run(platform, executable, arguments);
+  const Turn turn(platform, reporter.waiting);
+  const auto rooms = clearBlockingSymlinks(platform, package, useGantrix, reporter);
+  const CommandResult result = runInstaller(platform, package, useGantrix, reporter);
+  for (const RoomMade& room : rooms) result.succeeded() ? room.discard(platform) : room.putBack(platform);
   if (!result.succeeded())
     throw InstallerError::ofTool("pkg-install", result.status, result.standardError + result.standardOutput);
   const std::string action = InstallAction::installedPackage(package);

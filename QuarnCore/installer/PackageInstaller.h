@@ -14,9 +14,10 @@ namespace quarn::PackageInstaller {
 /// `installer` wrote (domain "pkg-install", its exit status as the code). The tool has no time limit.
 ///
 /// Before that, an application in /Applications that the package names, and that is a link to another volume,
-/// makes room: the link is removed and the copy that it leads to is moved to the Trash, or removed for good
-/// by `gantrix`. Only a copy that is an application is touched; other links are left alone. None of this is
-/// an error if it fails.
+/// makes room. The link is removed, and the copy that it leads to waits beside its place under a hidden name
+/// (".quarn-replaced-<8 digits>"): it goes to the Trash when the package is installed, and both are put back
+/// if it isn't. `gantrix` removes both for good. Only a copy that is an application is touched; other links
+/// are left alone, as is one of which either part can't be moved.
 std::string install(Platform& platform, const Path& package, bool useGantrix,
                     const InstallerRunReporter& reporter);
 

@@ -19,12 +19,6 @@ constexpr const char* errorDomain = "install-resume";
 constexpr int noSession = 1;
 constexpr int unknownOption = 2;
 
-/// An application inside another one goes to the drive along with it.
-bool liesInAny(const Path& app, const std::vector<Path>& others) {
-  return std::any_of(others.begin(), others.end(),
-                     [&](const Path& other) { return app != other && isAtOrInByText(app, other); });
-}
-
 std::vector<Path> stillPending(const ReadOnlyPlatform& platform, const InstallerSession& session,
                                const InstallerOption& option, const Path& targetDrive) {
   std::vector<Path> present;
@@ -33,9 +27,10 @@ std::vector<Path> stillPending(const ReadOnlyPlatform& platform, const Installer
     const bool isThere = platform.files.exists(app) && !platform.files.isSymbolicLink(app);
     if (isThere || AppInstallEngine::wasBrokenOff(platform, app, option, targetDrive)) present.push_back(app);
   }
+  // An application inside another one goes to the drive along with it.
   std::vector<Path> apps;
   std::copy_if(present.begin(), present.end(), std::back_inserter(apps),
-               [&present](const Path& app) { return !liesInAny(app, present); });
+               [&present](const Path& app) { return !isInsideAnyByText(app, present); });
   return apps;
 }
 

@@ -1,7 +1,6 @@
 #include "QuarnCore/installer/SafeAppExternalizer.h"
 
-#include <algorithm>
-
+#include "Platform/CocoaError.h"
 #include "QuarnCore/discovery/AppScanner.h"
 #include "QuarnCore/discovery/LauncherShim.h"
 #include "QuarnCore/foundation/Sighting.h"
@@ -16,15 +15,17 @@ bool isBelowApplications(const std::string& path) {
   return path.starts_with("/Applications/") && path.ends_with(".app");
 }
 
-bool isSafe(const ReadOnlyPlatform& platform, const Path& app) {
-  if (platform.files.isSymbolicLink(app) || LauncherShim::recordedTarget(platform, app)) return false;
-  const auto entry = AppScanner::metadataEntry(platform, app);
-  return entry && !entry->isMacAppStore && !entry->hasSystemExtension && !entry->hasLoginItems;
+/// What can't be looked into may be anything.
+bool mayBeLauncher(const ReadOnlyPlatform& platform, const Path& app) {
+  const auto record = platform.files.attributes(LauncherShim::targetFile(app));
+  return record || record.error().code != CocoaErrorCode::fileReadNoSuchFile;
 }
 
-bool liesInAny(const Path& app, const std::vector<Path>& others) {
-  return std::any_of(others.begin(), others.end(),
-                     [&app](const Path& other) { return isAtOrInByText(app, other); });
+bool isSafe(const ReadOnlyPlatform& platform, const Path& app) {
+  if (platform.files.isSymbolicLink(app) || !platform.files.isFolder(app) || mayBeLauncher(platform, app))
+    return false;
+  const auto entry = AppScanner::metadataEntry(platform, app);
+  return entry && !entry->isMacAppStore && !entry->hasSystemExtension && !entry->hasLoginItems;
 }
 
 void requireInPlace(const ReadOnlyPlatform& platform, const Path& app) {
@@ -53,7 +54,7 @@ std::vector<Path> newApplications(const ReadOnlyPlatform& platform, const FileSn
   // Sorted, so what encloses an application comes before it.
   for (const std::string& added : Snapshotter::added(before, after)) {
     const Path app(added);
-    if (!isBelowApplications(added) || liesInAny(app, staying)) continue;
+    if (!isBelowApplications(added) || isInsideAnyByText(app, staying)) continue;
     (isSafe(platform, app) ? apps : staying).push_back(app);
   }
   return apps;

@@ -15,6 +15,10 @@
 namespace quarn {
 namespace {
 
+PlatformError unsupported() {
+  return {"install", 1, "Unsupported source type."};
+}
+
 void tellOfSource(const InstallRequest& request, const char* kind, const Path& source) {
   request.reporter.log(InstallAction::line("source", {kind, source.text()}));
 }
@@ -26,22 +30,6 @@ void installItemsIn(Platform& platform, const Path& folder, const InstallRequest
       actions.push_back(std::move(action));
   }
 }
-
-/// Detaches an image at the end of the scope, however it is left.
-class AttachedImage {
- public:
-  AttachedImage(Platform& platform, const Path& image)
-      : platform_(platform), mount_(DiskImageMounter::attach(platform, image)) {}
-  ~AttachedImage() { DiskImageMounter::detach(platform_, mount_); }
-  AttachedImage(const AttachedImage&) = delete;
-  AttachedImage& operator=(const AttachedImage&) = delete;
-
-  const std::vector<Path>& mountPoints() const { return mount_.mountPoints; }
-
- private:
-  Platform& platform_;
-  const DiskImageMount mount_;
-};
 
 /// Sets the folder of an archive aside at the end of the scope, however it is left.
 class ExpandedArchive {
@@ -75,6 +63,7 @@ InstallActions SourceInstaller::install(Platform& platform, const Path& source,
   if (!Text::isUTF8(source.text()))
     throw CocoaError::fromCode(CocoaError::Operation::readFile, CocoaErrorCode::fileReadInvalidFileName,
                                source);
+  if (InstallerKinds::isSpecial(platform, source)) throw unsupported();
   switch (InstallerKinds::detect(platform, source)) {
     case InstallerKind::app:
       return AppSourceInstaller::install(platform, source, request);
@@ -90,7 +79,7 @@ InstallActions SourceInstaller::install(Platform& platform, const Path& source,
     case InstallerKind::unknown:
       break;
   }
-  throw PlatformError("install", 1, "Unsupported source type.");
+  throw unsupported();
 }
 
 InstallActions AppSourceInstaller::install(Platform& platform, const Path& source,
@@ -102,10 +91,11 @@ InstallActions AppSourceInstaller::install(Platform& platform, const Path& sourc
 InstallActions DmgSourceInstaller::install(Platform& platform, const Path& source,
                                            const InstallRequest& request) {
   tellOfSource(request, "dmg", source);
-  const AttachedImage image(platform, source);
+  const DiskImageMounter::Attached image(platform, source);
   request.reporter.log(InstallAction::line("dmg-mounted", {std::to_string(image.mountPoints().size())}));
   InstallActions actions;
   for (const Path& mountPoint : image.mountPoints()) installItemsIn(platform, mountPoint, request, actions);
+  image.requireAttached();
   return actions;
 }
 

@@ -24,7 +24,8 @@ using InstallActions = std::vector<std::string>;
 
 namespace SourceInstaller {
 /// Installs from an item by its kind. Throws an error of the domain "install" with code 1 for an unknown
-/// kind, and `fileReadInvalidFileName` for a name that isn't text, which no session could record.
+/// kind and for what is neither a file nor a folder, and `fileReadInvalidFileName` for a name that isn't
+/// text, which no session could record.
 InstallActions install(Platform& platform, const Path& source, const InstallRequest& request);
 }  // namespace SourceInstaller
 

@@ -21,12 +21,14 @@ bool stands(const ReadOnlyPlatform& platform, const Path& item) {
   return platform.files.exists(item) || platform.files.isSymbolicLink(item);
 }
 
-/// Compares the whole file: one that ends with a line feed wasn't written here, and is replaced.
+/// Compares the whole file: one that ends with a line feed wasn't written here, and is replaced. So is a
+/// launcher into which something was installed.
 bool opens(const ReadOnlyPlatform& platform, const Path& launcher, const Path& target) {
   const auto bytes = platform.files.read(LauncherShim::targetFile(launcher));
   const auto text = bytes ? Text::decodingFile(*bytes) : std::nullopt;
   return text && Text::equal(*text, target.text()) &&
-         platform.files.exists(LauncherShim::executable(launcher));
+         platform.files.exists(LauncherShim::executable(launcher)) &&
+         LauncherBundle::isAllThatIsIn(platform, launcher);
 }
 
 /// An item that couldn't be moved aside is left alone.
@@ -83,7 +85,8 @@ void takePlace(Platform& platform, const Path& unfinished, const Path& launcher,
     }
     platform.files.rename(unfinished, launcher).orThrow();
   } catch (const LocalizedError&) {
-    FileStash::moveAside(platform, unfinished, "launcher-unfinished");
+    // Where nothing stands any more the launcher waits for the next run, as after a kill.
+    if (stands(platform, launcher)) FileStash::moveAside(platform, unfinished, "launcher-unfinished");
     throw;
   }
 }

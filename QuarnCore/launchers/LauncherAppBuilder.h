@@ -10,8 +10,9 @@ namespace quarn::LauncherAppBuilder {
 /// `sourceApp`. A launcher that opens `target` already is only registered again. Anything else at the path is
 /// moved aside, a link as a link, once the new launcher is complete under a hidden name beside it; a launcher
 /// that a killed run left there is used. The new one never replaces anything and is never written into a
-/// folder that was there. What a failure leaves of it is moved aside, too. Throws, but not if the launcher
-/// can't be signed or registered.
+/// folder that was there. What a failure leaves of it is moved aside, too, unless it is complete and its
+/// place is free: then it waits for the next run. Throws, but not if the launcher can't be signed or
+/// registered.
 void install(Platform& platform, const Path& sourceApp, const Path& launcher, const Path& target,
              const InstallerRunReporter& reporter);
 

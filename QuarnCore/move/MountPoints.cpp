@@ -46,4 +46,13 @@ void refuseInside(const ReadOnlyPlatform& platform, const Path& item) {
   }
 }
 
+bool areNoneInside(const ReadOnlyPlatform& platform, const Path& item) {
+  try {
+    refuseInside(platform, item);
+    return true;
+  } catch (const MoveRefused&) {
+    return false;
+  }
+}
+
 }  // namespace quarn::MountPoints

@@ -53,6 +53,46 @@ TEST_F(InstallingAnApp, usesAGoodCopyThatIsThere) {
   EXPECT_FALSE(scene::exists(scene::driveTrash()));
 }
 
+/// As a run leaves it that was killed when all of it was written.
+TEST_F(InstallingAnApp, finishesACopyThatLacksOnlyItsModes) {
+  scene::makeApp(destination);
+  ::chmod((destination + "/Contents/MacOS/Foo").c_str(), 0600);
+  ::chmod((destination + "/Contents").c_str(), 0700);
+  ::chmod(destination.c_str(), 0700);
+  Request request;
+  install(request);
+  EXPECT_EQ(withoutLauncher(request.lines), (Texts{"reuse-app\t" + destination, action}));
+  EXPECT_EQ(scene::tree(destination), original);
+}
+
+TEST_F(InstallingAnApp, writesACopyOutThatWasThereBeforeItsSourceGoesToTheTrash) {
+  scene::makeApp(destination);
+  scene::makeApp(launcher);
+  Texts operations;
+  GatedPlatform gated([&](const std::string& operation) -> Result<void> {
+    if (operation == "flush " + destination || operation == "trash " + launcher)
+      operations.push_back(operation);
+    return {};
+  });
+  Request request;
+  install(request, launcher, gated.platform());
+  EXPECT_EQ(operations, (Texts{"flush " + destination, "trash " + launcher}));
+}
+
+TEST_F(InstallingAnApp, makesANewCopyInPlaceOfOneThatCannotBeFinished) {
+  scene::makeApp(destination);
+  const Texts old = scene::tree(destination);
+  GatedPlatform gated([&](const std::string& operation) -> Result<void> {
+    if (operation.starts_with("copyAttributes ")) return PlatformError(cocoaErrorDomain, 513, "Not allowed.");
+    return {};
+  });
+  Request request;
+  install(request, source, gated.platform());
+  EXPECT_EQ(request.lines.at(0), "stash-existing-app\t" + destination + "\tNot allowed.");
+  EXPECT_EQ(scene::tree(scene::driveTrash() + "/Foo.app"), old);
+  EXPECT_EQ(scene::tree(destination), original);
+}
+
 TEST_F(InstallingAnApp, setsAnotherItemInItsPlaceAside) {
   scene::write(destination + "/Contents/old", "precious");
   Request request;

@@ -117,6 +117,23 @@ TEST_F(Inspecting, anImageHoldsItsApplicationsAndPackages) {
   EXPECT_FALSE(scene::exists(inspection.items[0].path)) << "detached";
 }
 
+TEST_F(Inspecting, aLinkIsNoItem) {
+  scene::link("/Users/me/content/Home.app", "/Users/me");
+  scene::link("/Users/me/content/Other.pkg", "/");
+  scene::makeApp("/Users/me/content/Foo.app");
+  EXPECT_EQ(itemsOf(inspected(zipOf("/Users/me/content"))), Texts{"app Foo.app"});
+}
+
+TEST_F(Inspecting, anImageThatIsDetachedMeanwhileIsNoEmptyOne) {
+  scene::makeApp("/Users/me/content/Foo.app");
+  scene::replaceTool("/usr/bin/hdiutil",
+                     "#!/bin/sh\n/usr/libexec/quarn-room/hdiutil \"$@\"\n"
+                     "[ $1 != attach ] || /usr/libexec/quarn-room/hdiutil detach /Volumes/CDROM -quiet\n");
+  const auto inspection = inspected(imageOf("/Users/me/content"));
+  EXPECT_EQ(inspection.trust.status, "inspect-failed");
+  EXPECT_EQ(inspection.warnings, Texts{"The folder “CDROM” doesn’t exist."});
+}
+
 TEST_F(Inspecting, whatIsHiddenInAnImageIsNoItem) {
   scene::write("/Users/me/content/.hidden/A.pkg", "x");
   scene::write("/Users/me/content/.B.pkg", "x");

@@ -3,6 +3,7 @@
 #include "QuarnCore/installer/PackageInstaller.h"
 #include "tests/installer/Installing.h"
 #include "tests/support/FakeTools.h"
+#include "tests/support/GatedPlatform.h"
 #include "tests/support/Packages.h"
 
 namespace quarn {
@@ -99,6 +100,54 @@ TEST_F(InstallingAPackage, aLinkToAnotherVolumeMakesRoomForIt) {
   EXPECT_FALSE(scene::exists(copy));
   EXPECT_EQ(scene::tree(scene::driveTrash() + "/Foo.app"), before) << "the copy can still be had";
   EXPECT_EQ(scene::read("/Users/me/told"), "installer\t-pkg\t" + package + "\t-target\t/\n");
+}
+
+TEST_F(InstallingAPackage, ifItFailsTheLinkAndTheCopyArePutBack) {
+  scene::makeApp(copy);
+  scene::link(link, copy);
+  const Texts before = scene::tree("/Volumes/X9");
+  orders("installer", "not-root\n");
+  EXPECT_EQ(thrown([&] { install(); }), "installer: Must be run as root to install this package.\n");
+  EXPECT_EQ(lines[0], "pre-install-clear-symlink\t" + link + "\t-> " + copy);
+  EXPECT_EQ(scene::target(link), copy);
+  EXPECT_EQ(scene::tree("/Volumes/X9"), before);
+}
+
+TEST_F(InstallingAPackage, ifItFailsHalfwayWhatItBroughtIsNotReplacedByTheLink) {
+  scene::makeApp(copy);
+  const Texts before = scene::tree(copy);
+  scene::link(link, copy);
+  scene::write("/Users/me/scripts/postinstall", "#!/bin/sh\nexit 1\n");
+  std::filesystem::permissions("/Users/me/scripts/postinstall", std::filesystem::perms(0755));
+  packages::component(package, {.payload = "/Users/me/payload",
+                                .scripts = "/Users/me/scripts",
+                                .packageInfoExtra = "<x>/Applications/Foo.app</x>"});
+  EXPECT_NE(thrown([&] { install(); }), "nothing");
+  EXPECT_EQ(scene::read(link + "/Contents/Info.plist"), "new");
+  EXPECT_EQ(scene::tree(copy), before);
+}
+
+TEST_F(InstallingAPackage, aLinkOrACopyThatCannotBeMovedMakesNoRoom) {
+  scene::makeApp(copy);
+  scene::link(link, copy);
+  const Texts before = scene::tree("/Volumes/X9");
+  for (const std::string& refused : {std::string("removeSymbolicLink "), "rename " + copy + " "}) {
+    GatedPlatform gated([&](const std::string& operation) -> Result<void> {
+      if (operation.starts_with(refused)) return PlatformError("test", 1, "It broke.");
+      return {};
+    });
+    lines.clear();
+    orders("installer", "fail 1\n");
+    EXPECT_NE(thrown([&] {
+                PackageInstaller::install(
+                    gated.platform(), Path(package), false,
+                    {.sink = [this](const std::string& line) { lines.push_back(line); }});
+              }),
+              "nothing");
+    EXPECT_EQ(lines[0], "pre-install-keep-symlink\t" + link + "\t-> " + copy) << refused;
+    EXPECT_EQ(scene::target(link), copy);
+    EXPECT_EQ(scene::tree("/Volumes/X9"), before);
+  }
 }
 
 TEST_F(InstallingAPackage, aLinkOfADriveThatIsAwayIsRemovedToo) {

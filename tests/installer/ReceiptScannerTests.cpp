@@ -36,8 +36,21 @@ TEST_F(Receipts, areWaitedForWithoutALimit) {
   EXPECT_EQ(tools.secondsWaited(), 0) << "nobody looked at the clock";
 }
 
+TEST_F(Receipts, areNotNewIfNobodyCouldBeAskedBefore) {
+  const ReceiptSnapshot unknown = ReceiptScanner::capture(tools.platform());
+  EXPECT_FALSE(unknown.isKnown) << "the tool is missing";
+  tools.answers["/usr/sbin/pkgutil "] = {.status = 1};
+  EXPECT_FALSE(ReceiptScanner::capture(tools.platform()).isKnown) << "it failed, and printed nothing";
+  tools.answers["/usr/sbin/pkgutil "] = {.status = 0};
+  const ReceiptSnapshot none = ReceiptScanner::capture(tools.platform());
+  EXPECT_TRUE(none.isKnown);
+  const ReceiptSnapshot after{{"com.example.a"}};
+  EXPECT_EQ(ReceiptScanner::added(unknown, after), List{});
+  EXPECT_EQ(ReceiptScanner::added(none, after), List{"com.example.a"});
+}
+
 TEST_F(Receipts, areNoneWithoutTheToolOrItsText) {
-  EXPECT_EQ(ReceiptScanner::capture(tools.platform()), ReceiptSnapshot());
+  EXPECT_EQ(ReceiptScanner::capture(tools.platform()).packageIDs, IDs());
   EXPECT_EQ(afterThePrintOf("com.example.a\n\xFF\n"), IDs{});
 }
 

@@ -60,9 +60,24 @@ TEST(NewApplications, leaveOutWhatIsNotSafeToMove) {
               scene::makeApp("/Applications/Extension.app");
               scene::makeFolder("/Applications/Extension.app/Contents/Library/SystemExtensions/x");
               scene::link("/Applications/Link.app", "/Volumes/X9/Link.app");
+              scene::write("/Applications/File.app", "no bundle");
               scene::makeApp(foo);
             }),
             Texts{foo});
+}
+
+TEST(NewApplications, leaveOutWhatCannotBeLookedInto) {
+  const std::string resources = foo + "/Contents/Resources";
+  EXPECT_EQ(child::failuresWithoutRights([&] {
+              EXPECT_EQ(newAfter([&] {
+                          scene::makeApp(bar);
+                          scene::makeApp(foo);
+                          ::chmod(resources.c_str(), 0);
+                        }),
+                        Texts{bar});
+            }),
+            "");
+  ::chmod(resources.c_str(), 0755);
 }
 
 TEST(NewApplications, leaveOutALauncherThatAnotherRunHasMade) {

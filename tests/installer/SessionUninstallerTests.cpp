@@ -45,11 +45,54 @@ TEST(Uninstalling, movesWhatWasInstalledToTheTrash) {
   const auto other = scene::tree("/Applications/Other.app");
   uninstall(
       sessionOf({"/Applications/Foo.app", apps + "/Foo.app", "/Library/LaunchAgents/com.example.foo.plist",
-                 "/Users/me/Library/Application Support/Foo", "/Applications/None.app"}));
-  EXPECT_EQ(namesIn("/Users/me/.Trash"), (Texts{"Foo", "Foo.app", "com.example.foo.plist"}));
+                 "/Users/me/Library/Application Support/Foo",
+                 "/Users/me/Library/Application Support/Foo/settings", "/Applications/None.app"}));
+  EXPECT_EQ(namesIn("/Users/me/.Trash"), (Texts{"Foo", "Foo.app", "com.example.foo.plist", "settings"}));
   EXPECT_EQ(namesIn(scene::driveTrash()), Texts{"Foo.app"});
   EXPECT_EQ(namesIn("/Applications"), (Texts{"Other.app", "Utilities"}));
   EXPECT_EQ(scene::tree("/Applications/Other.app"), other);
+}
+
+TEST(Uninstalling, leavesAFolderInWhichThereIsMoreThanTheSessionNames) {
+  // A package puts a file into the folder of a vendor whose other product was there before.
+  const std::string vendor = "/Library/Application Support/Vendor";
+  scene::write(vendor + "/licence of another product", "precious");
+  scene::write(vendor + "/mine/a", "x");
+  scene::write(vendor + "/mine/.DS_Store", "x");
+  scene::write(vendor + "/Tool.bundle/Contents/Info.plist", "x");
+  uninstall(sessionOf({vendor, vendor + "/mine", vendor + "/mine/a", vendor + "/Tool.bundle"}));
+  EXPECT_EQ(namesIn(vendor), Texts{"licence of another product"});
+  EXPECT_EQ(namesIn("/Users/me/.Trash"), (Texts{"Tool.bundle", "a", "mine"}));
+}
+
+TEST(Uninstalling, takesTheApplicationsOfTheSessionAsAWhole) {
+  const std::string copy = apps + "/Foo.app";
+  scene::makeApp(copy);
+  const auto whole = scene::tree(copy);
+  scene::makeLauncher("/Applications/Foo.app", copy);
+  InstallerSession session =
+      sessionOf({"/Applications/Foo.app", "/Applications/Foo.app/Contents/Info.plist", copy,
+                 copy + "/Contents", copy + "/Contents/Info.plist", "/Library/LaunchAgents/x.plist"});
+  session.actions = {"installed-pkg\t/a.pkg", "installed-app\t/Applications/Foo.app\t" + copy};
+  uninstall(session);
+  EXPECT_EQ(namesIn("/Users/me/.Trash"), Texts{"Foo.app"});
+  EXPECT_EQ(namesIn(scene::driveTrash()), Texts{"Foo.app"});
+  EXPECT_EQ(scene::tree(scene::driveTrash() + "/Foo.app"), whole);
+}
+
+TEST(Uninstalling, aFolderForApplicationsThatLeadsOffTheDriveIsNoneOfIt) {
+  scene::write("/Users/me/Documents/thesis", "precious");
+  scene::makeFolder("/Volumes/X9/ExternalQuarn");
+  scene::link(apps, "/Users/me/Documents");
+  EXPECT_FALSE(allows("/Users/me/Documents/thesis"));
+  EXPECT_FALSE(allows(apps + "/thesis"));
+}
+
+TEST(Uninstalling, theCopyInAFolderOnADriveIsKnown) {
+  scene::makeApp("/Volumes/X9/Stuff/ExternalQuarn/Apps/Foo.app");
+  InstallerSession session = sessionOf({});
+  session.targetDrivePath = "/Volumes/X9/Stuff";
+  EXPECT_TRUE(allows("/Volumes/X9/Stuff/ExternalQuarn/Apps/Foo.app", session));
 }
 
 TEST(Uninstalling, forgetsEachReceipt) {

@@ -113,6 +113,16 @@ TEST_F(Sources, anImageWithoutAMountPointIsDetachedByItsDevice) {
   EXPECT_NE(scene::read("/Users/me/told").find("hdiutil\tdetach\t/dev/disk"), std::string::npos);
 }
 
+TEST_F(Sources, anImageThatIsDetachedBeforeItIsLookedIntoIsNoEmptyOne) {
+  scene::makeApp("/Users/me/content/B.app");
+  scene::replaceTool("/usr/bin/hdiutil",
+                     "#!/bin/sh\n/usr/libexec/quarn-room/hdiutil \"$@\"\n"
+                     "[ $1 != attach ] || /usr/libexec/quarn-room/hdiutil detach /Volumes/CDROM -quiet\n");
+  Request request;
+  EXPECT_EQ(errorOf(request, image()).localizedDescription(), "The folder “CDROM” doesn’t exist.");
+  EXPECT_EQ(namesIn(apps), Texts{});
+}
+
 TEST_F(Sources, anImageThatCannotBeAttachedIsAnError) {
   orders("hdiutil", "fail 1 hdiutil: attach failed - image not recognized\n");
   Request request;

@@ -283,6 +283,15 @@ TEST_F(LauncherBuilder, anItemThatCantBeMovedAsideIsLeftAlone) {
   for (const std::string& name : namesIn("/Applications")) EXPECT_FALSE(name.starts_with(".quarn-new"));
 }
 
+TEST_F(LauncherBuilder, aLauncherIntoWhichSomethingWasInstalledIsReplaced) {
+  install();
+  scene::write(launcher + "/Contents/MacOS/Foo", "a new version");
+  const Lines mixed = scene::tree(launcher);
+  EXPECT_EQ(install(), replacedLines());
+  EXPECT_EQ(scene::tree("/Users/me/.Trash/Foo.app"), mixed);
+  EXPECT_FALSE(scene::exists(launcher + "/Contents/MacOS/Foo"));
+}
+
 /// Ends the run where the old item has been moved aside and the launcher is complete under its hidden name.
 TEST_F(LauncherBuilder, aLauncherThatAKilledRunLeftIsUsed) {
   scene::makeApp(launcher);

@@ -86,7 +86,10 @@ TEST(LauncherFault, inAnyOneOperationLosesNothing) {
     EXPECT_EQ(said.back() == "error: It broke.", !mayFail);
     EXPECT_EQ(scene::exists(launcher), failed.back() != "rename")
         << "the old item is set aside only when the new one is complete";
-    for (const std::string& name : namesIn("/Applications")) EXPECT_FALSE(name.starts_with(".quarn-new"));
+    EXPECT_EQ(LauncherAppBuilder::wasBrokenOff(building.platform(), Path(launcher), Path(app)),
+              failed.back() == "rename");
+    for (const std::string& name : namesIn("/Applications"))
+      EXPECT_FALSE(name.starts_with(".quarn-new") && failed.back() != "rename");
     expectWellAfter(oracle, building.platform());
   }
   EXPECT_EQ(failed, (Lines{"createFolder", "claim", "createFolder", "createFolder", "copy", "writeAtomically",

@@ -114,6 +114,23 @@ scene_failed_package() {
   mkdir -p /var/db/quarn-room-tools
   echo 'install-fails The disk is full.' >/var/db/quarn-room-tools/installer
 }
+is_room_made() { quietly ls -d "$drive"/ExternalQuarn/Apps/.quarn-replaced-* && is_free "$lantern"; }
+afresh_moved() {
+  rm -rf "$lantern" "$lanternCopy" "$drive"/ExternalQuarn/Apps/.quarn-replaced-* "$trash"
+  cp -R "$downloads/Lantern.app" /Applications/
+  move_app "$lantern"
+}
+scene_killed_making_room() {
+  downloaded
+  mkdir -p /var/db/quarn-room-tools
+  echo 'install-fails The disk is full.' >/var/db/quarn-room-tools/installer
+  killed_when is_room_made afresh_moved quarn install run "$downloads/Lantern.pkg" "${onto[@]}"
+}
+after_killed_making_room() {
+  expect_link "$lantern" "$lanternCopy"
+  expect_lantern "$lanternCopy"
+}
+
 after_failed_package() {
   expect_link "$lantern" "$lanternCopy"
   expect_lantern "$lanternCopy"
