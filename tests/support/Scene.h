@@ -73,6 +73,7 @@ struct RunOptions {
   std::optional<std::string> input = "";  ///< absent: standard input is closed
   std::string folder = home;
   std::vector<std::string> environment = {};  ///< "NAME=value", beside what is there
+  bool mayMount = false;  ///< as a Mac lets anyone attach an image; the room's tool has to mount it
 };
 
 /// Runs a program as an ordinary person, whom permissions bind.
@@ -98,8 +99,9 @@ class Background {
   std::optional<int> status_;
 };
 
-/// Takes from the calling process what lets it pass over permissions. For a child that does nothing else.
-void becomeOrdinary();
+/// Takes from the calling process what lets it pass over permissions, and mount. For a child that does
+/// nothing else.
+void becomeOrdinary(bool mayMount = false);
 
 // Looking.
 

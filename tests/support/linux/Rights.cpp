@@ -24,11 +24,12 @@ bool dropRights() {
 
 namespace scene {
 
-void becomeOrdinary() {
+void becomeOrdinary(bool mayMount) {
   // Off the bounding set, since a program started by root would get them back from there.
-  for (const int capability : {CAP_DAC_OVERRIDE, CAP_DAC_READ_SEARCH, CAP_FOWNER, CAP_SYS_ADMIN}) {
+  for (const int capability : {CAP_DAC_OVERRIDE, CAP_DAC_READ_SEARCH, CAP_FOWNER}) {
     ::prctl(PR_CAPBSET_DROP, capability, 0, 0, 0);
   }
+  if (!mayMount) ::prctl(PR_CAPBSET_DROP, CAP_SYS_ADMIN, 0, 0, 0);
 }
 
 }  // namespace scene

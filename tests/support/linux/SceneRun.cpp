@@ -26,7 +26,7 @@ int statusOf(int waitStatus) {
 }
 
 [[noreturn]] void become(std::vector<std::string> command, const RunOptions& options) {
-  becomeOrdinary();
+  becomeOrdinary(options.mayMount);
   for (const std::string& setting : options.environment) {
     const auto equals = setting.find('=');
     ::setenv(setting.substr(0, equals).c_str(), setting.substr(equals + 1).c_str(), 1);
