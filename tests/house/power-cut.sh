@@ -35,10 +35,15 @@ cleanup() {
 trap cleanup EXIT
 if ! { disk drive && disk home; }; then skip "disk images can't be mounted here"; fi
 
+hasPackages=yes
+command -v bsdtar >/dev/null 2>&1 || hasPackages=
+cp "$(dirname "$0")/../../macroom/scene.sh" "$work/furniture.sh"
+
 # Runs in the room. Each command is followed at once by a copy of the image that has to hold its result.
 cat >"$work/scene.sh" <<'SCENE'
 set -eu
-work=$1
+work=$1 hasPackages=$2
+. "$work/furniture.sh"
 mkdir -p /Volumes/E4 && mount --bind "$work/drive" /Volumes/E4
 mount --bind "$work/home" /Users/me
 exec 3>&1 >/dev/null
@@ -67,20 +72,37 @@ keep /Volumes/X9/Papers restore
 ln -s /Volumes/X9/Papers /Users/me/Papers
 quarn move restore /Users/me/Papers
 cut home restore
+
+[ -n "$hasPackages" ] || exit 0
+baz=/tmp/payload/Applications/Baz.app
+fill "$baz"
+cat >"$baz/Contents/Info.plist" <<'PLIST'
+<?xml version="1.0" encoding="UTF-8"?>
+<plist version="1.0"><dict>
+<key>CFBundleIdentifier</key><string>com.example.baz</string><key>CFBundleExecutable</key><string>Baz</string>
+</dict></plist>
+PLIST
+keep "$baz" install
+pack /Users/me/Baz.pkg com.example.baz /tmp/payload
+quarn install run /Users/me/Baz.pkg --option trusted-external --target-drive /Volumes/E4
+cut drive install
+cut home install-session
 SCENE
 
-"$room" --keep-rights --drive X9=16m --bind "$work" --quarn "$quarn" -- /bin/sh "$work/scene.sh" "$work" ||
+"$room" --keep-rights --drive X9=16m --bind "$work" --quarn "$quarn" -- /bin/bash "$work/scene.sh" "$work" "$hasPackages" ||
   { echo "the scene failed"; exit 1; }
+
+# look COMMAND: mounts the image that was copied after it.
+look() { mkdir -p "$work/seen" && mount -o loop "$work/cut-$1.img" "$work/seen"; }
 
 # survived COMMAND PLACE: the image that was copied after a command holds all that was expected.
 survived() {
-  mkdir -p "$work/seen"
-  mount -o loop "$work/cut-$1.img" "$work/seen" || return 1
+  look "$1" || return 1
   diff -r --no-dereference "$work/expected-$1" "$work/seen/$2" >"$work/differences" 2>&1
   status=$?
   umount "$work/seen"
   [ $status -eq 0 ] && return
-  echo "after the power cut that followed move $1:"
+  echo "after the power cut that followed $1:"
   head -n 5 "$work/differences"
   failed=1
 }
@@ -89,4 +111,13 @@ failed=0
 survived one ExternalQuarn/Apps/Foo.app
 survived path Movies
 survived restore Papers
+if [ -n "$hasPackages" ]; then
+  survived install ExternalQuarn/Apps/Baz.app
+  look install-session || exit 1
+  grep -qs '"status":"done"' "$work/seen/Library/Application Support/Quarn/InstallerSessions"/*/session.json ||
+    { echo "after the power cut the session isn't done" && failed=1; }
+  umount "$work/seen"
+else
+  echo "this system has no bsdtar, which makes packages: none was installed"
+fi
 exit $failed
