@@ -7,7 +7,9 @@
 
 #include "bench/Contest.h"
 #include "bench/HealthRows.h"
+#include "bench/InstallRows.h"
 #include "bench/Programs.h"
+#include "bench/ReplacedTool.h"
 #include "bench/SnapshotRows.h"
 #include "bench/Table.h"
 #include "bench/Trees.h"
@@ -63,25 +65,6 @@ void starts() {
         bench::compete({{quarn, "move", "drives"}, nothing, 401}));
 }
 
-/// A script in the place of a tool while it lives.
-class ReplacedTool {
- public:
-  ReplacedTool(const std::string& tool, const std::string& script) : tool_(tool) {
-    fs::copy(fs::canonical(tool), kept_);
-    fs::remove(tool);
-    std::ofstream(tool) << script;
-    fs::permissions(tool, fs::perms::owner_all);
-  }
-  ~ReplacedTool() {
-    fs::remove(tool_);
-    fs::copy(kept_, tool_);
-  }
-
- private:
-  const std::string tool_;
-  const std::string kept_ = "/tmp/kept tool";
-};
-
 /// A line of two million bytes, as a process with long arguments can have, and many ordinary ones.
 void processList(const std::string& subject) {
   std::ofstream list("/tmp/list");
@@ -90,7 +73,7 @@ void processList(const std::string& subject) {
     list << "\nhelper /Applications/App " << number << ".app/Contents/MacOS/helper --type=renderer";
   }
   list.close();
-  const ReplacedTool ps("/bin/ps", "#!/bin/sh\ncase $1 in -axo) exec cat /tmp/list ;; esac\n");
+  const bench::ReplacedTool ps("/bin/ps", "#!/bin/sh\ncase $1 in -axo) exec cat /tmp/list ;; esac\n");
   print({"`RunningAppsDetector.bundlePaths`, a list of 2 MB", "the same `ps` twice and `grep`", 1.8, 16},
         bench::compete({{subject, "running"},
                         {"sh", "-c", "/bin/ps -axo | grep -c '[.]app/Contents/'; exec /bin/ps"},
@@ -131,6 +114,7 @@ int main(int count, char** values) {
   bench::printSnapshotRows(values[1]);
   // Before the first move, which leaves a record.
   bench::printHealthRows(values[1]);
+  bench::printInstallRows(values[1]);
   oneMove();
   starts();
   processList(values[1]);

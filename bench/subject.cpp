@@ -1,5 +1,5 @@
 // One service in a process of its own, so that its time and its peak of memory can be told from outside:
-// bench-subject measure|size|measure-each PATH, bench-subject verify SOURCE COPY, bench-subject running,
+// bench-subject measure|size|measure-each PATH, bench-subject verify|copy SOURCE COPY, bench-subject running,
 // bench-subject healthy|dead-links EXPECTED, bench-subject snapshot TREE EXPECTED,
 // bench-subject snapshot-difference|list-difference COUNT.
 
@@ -78,6 +78,9 @@ int main(int count, char** values) {
         quarn::MoveVerifier::failureReason(platform, quarn::Path(values[2]), quarn::Path(values[3]));
     if (reason) std::fprintf(stderr, "%s\n", reason->c_str());
     return reason ? 1 : 0;
+  }
+  if (count == 4 && std::strcmp(values[1], "copy") == 0) {
+    return platform.files.copy(quarn::Path(values[2]), quarn::Path(values[3])) ? 0 : 1;
   }
   if (count == 2 && std::strcmp(values[1], "running") == 0) {
     return quarn::RunningAppsDetector::bundlePaths(platform).empty() ? 1 : 0;
