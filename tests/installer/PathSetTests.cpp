@@ -69,7 +69,8 @@ TEST(PathSets, takePathsOfAnyLength) {
   List paths;
   std::string path;
   // What two share, and what they don't, then takes one, two and three bytes to say.
-  for (const std::size_t length : {1, 126, 127, 128, 129, 255, 256, 16'383, 16'384, 16'385, 70'000}) {
+  for (const std::size_t length :
+       {1u, 126u, 127u, 128u, 129u, 255u, 256u, 16'383u, 16'384u, 16'385u, 70'000u}) {
     path = "/" + std::string(length - 1, 'a');
     paths.push_back(path);
     paths.push_back(path + "/b");
