@@ -129,7 +129,8 @@ InstallerSession run(Platform& platform, const InstallerSource& source, const In
   const Scope scope = scopeOf(platform.places, inspection, request);
   // What a package changed is found by comparing the disk before and after: what another run does meanwhile
   // would be taken for the package's.
-  if (holds(inspection, {InstallerKind::pkg, InstallerKind::mpkg})) turn.emplace(platform, reporter.waiting);
+  if (!turn && holds(inspection, {InstallerKind::pkg, InstallerKind::mpkg}))
+    turn.emplace(platform, reporter.waiting);
   const Snapshot before = capture(platform, scope, "snapshot-before", reporter);
   FilesystemEventRecorder recorder(platform, scope.isDeep ? scope.roots : std::vector<Path>{});
   recorder.start();

@@ -1,4 +1,6 @@
+#include <functional>
 #include <gtest/gtest.h>
+#include <utility>
 
 #include "QuarnCore/installer/AppInstallEngine.h"
 #include "tests/installer/Installing.h"
@@ -319,6 +321,41 @@ TEST_F(InstallingAnApp, linksThatLeaveItStayLinks) {
   install(request);
   EXPECT_EQ(scene::target(destination + "/Contents/out"), "/Users/me/Documents");
   EXPECT_EQ(scene::read("/Users/me/Documents/precious"), "precious");
+}
+
+/// Another run has the turn, and does something before it gives it up.
+class Occupied : public Locks {
+ public:
+  explicit Occupied(std::function<void()> meanwhile) : meanwhile_(std::move(meanwhile)) {}
+  Result<std::shared_ptr<Lock>> lock(const Path&, const std::function<void()>& waiting) override {
+    waiting();
+    if (meanwhile_) std::exchange(meanwhile_, nullptr)();
+    return std::shared_ptr<Lock>();
+  }
+
+ private:
+  std::function<void()> meanwhile_;
+};
+
+TEST_F(InstallingAnApp, isRefusedIfAnotherRunHasMovedItMeanwhile) {
+  std::filesystem::rename(source, launcher);
+  Occupied locks([] {
+    scene::makeApp(destination);
+    std::filesystem::remove_all(launcher);
+    scene::link(launcher, destination);
+  });
+  Platform platform = replacing({.locks = &locks});
+  Request request;
+  EXPECT_EQ(failure(request, launcher, platform), "“Foo.app” was replaced by another run meanwhile.");
+  EXPECT_EQ(scene::tree(destination), original) << "what the other run made stays";
+  EXPECT_EQ(scene::target(launcher), destination);
+}
+
+TEST_F(InstallingAnApp, isInstalledIfAnotherRunLeftItAlone) {
+  Occupied locks([] {});
+  Platform platform = replacing({.locks = &locks});
+  Request request;
+  EXPECT_EQ(install(request, source, platform), action);
 }
 
 // By the rules a good copy can be set aside. It is never lost.
