@@ -4,6 +4,8 @@
 #include <cstdlib>
 #include <gtest/gtest.h>
 
+#include "tests/cli/DriveScenes.h"
+#include "tests/support/linux/ChangingCalls.h"
 #include "tests/support/linux/KilledAt.h"
 
 namespace sweep {
@@ -31,6 +33,24 @@ std::optional<Met> killedAt(int n, const std::vector<std::string>& command) {
   return Met{run->wasKilled, "killed at changing call " + std::to_string(n) + ", " + run->call,
              run->status,    run->said,
              run->wasKilled, false};
+}
+
+std::optional<Met> pulledAt(int n, bool leavesItsMountPoint, const std::vector<std::string>& command) {
+  scene::TracedProgram program(command);
+  std::string met;
+  int count = 0;
+  while (const auto stop = program.next()) {
+    const auto call = scene::callEntered(program, *stop);
+    const bool isPrint = call && call->name == "write" && scene::TracedProgram::isOutput(call->paths[0]);
+    if (!call || isPrint || ++count != n) continue;
+    met = call->text();
+    PocketDrive::pull(leavesItsMountPoint);
+  }
+  if (met.empty()) return std::nullopt;
+  PocketDrive::plug();
+  const std::string stays = leavesItsMountPoint ? ", its folder stays, " : ", ";
+  return Met{true, "pulled at call " + std::to_string(n) + stays + met, program.status().value_or(-1),
+             program.said()};
 }
 
 std::optional<Met> failedAt(int n, const scene::Failure& failure, const std::vector<std::string>& command) {

@@ -33,6 +33,10 @@ std::optional<Met> killedAt(int n, const std::vector<std::string>& command);
 /// Lets its n-th call of a kind fail. The same holds for a program that doesn't come to an end.
 std::optional<Met> failedAt(int n, const scene::Failure& failure, const std::vector<std::string>& command);
 
+/// Pulls the drive out right before a program's n-th call that changes something or starts a tool, and plugs
+/// it in again when the program has ended. For the time of a `PocketDrive`. Nothing if there are fewer calls.
+std::optional<Met> pulledAt(int n, bool leavesItsMountPoint, const std::vector<std::string>& command);
+
 /// Runs `failAt` at a sample of the changing calls (or all) with each of four errors, once and for good.
 void forEachFailingChange(int firstStep, int step,
                           const std::function<bool(int n, const scene::Failure&)>& failAt);

@@ -21,6 +21,9 @@ Lines asidePlaces() {
   for (const std::string& folder : folders) {
     for (const std::string& name : fault::names(folder)) places.push_back(folder + "/" + name);
   }
+  // While a package is installed, the copy that made room for it.
+  for (const std::string& name : fault::names(drivesApps))
+    if (name.starts_with(".quarn-replaced-")) places.push_back(drivesApps + "/" + name);
   return places;
 }
 

@@ -7,6 +7,7 @@
 #include <random>
 #include <thread>
 
+#include "tests/cli/CallSweep.h"
 #include "tests/cli/CampaignLooks.h"
 #include "tests/cli/DriveScenes.h"
 #include "tests/cli/Faults.h"
@@ -44,27 +45,14 @@ class InstallDrive : public testing::TestWithParam<Job> {
     if (const std::string reason = installs::whyNoStock(); !reason.empty()) GTEST_SKIP() << reason;
   }
 
-  /// Pulled right before the n-th call that changes something or starts a tool. False with fewer calls.
   static bool pullAt(int n, bool leavesItsMountPoint) {
     const Trial trial(GetParam());
-    PocketDrive drive;
-    scene::TracedProgram program(GetParam().words());
-    std::string met;
-    int count = 0;
-    while (const auto stop = program.next()) {
-      const auto call = scene::callEntered(program, *stop);
-      const bool isPrint = call && call->name == "write" && scene::TracedProgram::isOutput(call->paths[0]);
-      if (!call || isPrint || ++count != n) continue;
-      met = call->text();
-      PocketDrive::pull(leavesItsMountPoint);
-    }
-    if (met.empty()) return false;
-    PocketDrive::plug();
-    const std::string now = trial.problems({program.status().value_or(-1), program.said()});
-    EXPECT_EQ(now + trial.problemsOfNextRun(), "")
-        << GetParam().name << ", pulled at call " << n
-        << (leavesItsMountPoint ? ", its folder stays, " : ", ") << met << "\n"
-        << program.said();
+    const PocketDrive drive;
+    const auto met = sweep::pulledAt(n, leavesItsMountPoint, GetParam().words());
+    if (!met) return false;
+    const std::string now = trial.problems({met->status, met->said});
+    EXPECT_EQ(now + trial.problemsOfNextRun(), "") << GetParam().name << ", " << met->fault << "\n"
+                                                   << met->said;
     return true;
   }
 };

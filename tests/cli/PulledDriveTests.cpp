@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include "tests/cli/CallSweep.h"
 #include "tests/cli/Campaign.h"
 #include "tests/cli/DriveScenes.h"
 #include "tests/cli/Faults.h"
@@ -23,25 +24,14 @@ class PulledDrive : public testing::TestWithParam<Command> {
     if (const std::string reason = scene::whyNotTraced(); !reason.empty()) GTEST_SKIP() << reason;
   }
 
-  /// Pulled right before the n-th call that changes something or starts a tool. False with fewer calls.
   bool pullAt(int n, bool leavesItsMountPoint) {
     Trial trial(GetParam());
-    PocketDrive drive;
-    scene::TracedProgram program(GetParam().words());
-    std::string met;
-    int count = 0;
-    while (const auto stop = program.next()) {
-      const auto call = scene::callEntered(program, *stop);
-      const bool isPrint = call && call->name == "write" && scene::TracedProgram::isOutput(call->paths[0]);
-      if (!call || isPrint || ++count != n) continue;
-      met = call->text();
-      drive.pull(leavesItsMountPoint);
-    }
-    if (met.empty()) return false;
-    drive.plug();
-    EXPECT_EQ(trial.problems({program.status().value_or(-1), program.said()}) + trial.problemsOfNextRun(), "")
-        << "pulled at call " << n << (leavesItsMountPoint ? ", its folder stays, " : ", ") << met << "\n"
-        << program.said();
+    const PocketDrive drive;
+    const auto met = sweep::pulledAt(n, leavesItsMountPoint, GetParam().words());
+    if (!met) return false;
+    // Before the next run, which is judged by itself.
+    const std::string now = trial.problems({met->status, met->said});
+    EXPECT_EQ(now + trial.problemsOfNextRun(), "") << met->fault << "\n" << met->said;
     return true;
   }
 };
