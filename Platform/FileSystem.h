@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "Platform/Clock.h"
 #include "Platform/Path.h"
 #include "Platform/Result.h"
 
@@ -40,6 +41,7 @@ struct FileAttributes {
   std::int64_t blockBytes = 0;                     ///< `st_blocks` times 512
   FileIdentity identity;
   std::uint32_t permissions = 0;  ///< the permission bits, as chmod(2) takes them
+  Moment modified{};              ///< when the content last changed, as far as a `Moment` reaches
   bool operator==(const FileAttributes&) const = default;
 };
 

@@ -26,7 +26,9 @@ constexpr unsigned noReplace = 1;  // RENAME_NOREPLACE (rename(2))
 std::optional<FileAttributes> itemAttributes(int folder, const char* name) {
   struct stat status;
   if (::fstatat(folder, name, &status, AT_SYMLINK_NOFOLLOW) != 0) return std::nullopt;
-  return attributesFrom(status);
+  FileAttributes attributes = attributesFrom(status);
+  attributes.modified = momentFrom(status.st_mtim);
+  return attributes;
 }
 
 bool hasHiddenFlag(int, const char*) {

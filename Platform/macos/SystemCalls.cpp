@@ -59,6 +59,7 @@ std::optional<FileAttributes> itemAttributes(int folder, const char* name) {
   struct stat status;
   if (::fstatat(folder, name, &status, AT_SYMLINK_NOFOLLOW) != 0) return std::nullopt;
   FileAttributes attributes = attributesFrom(status);
+  attributes.modified = momentFrom(status.st_mtimespec);
   setAllocatedSizes(folder, name, attributes);
   return attributes;
 }

@@ -1,5 +1,6 @@
 #include "Platform/posix/Status.h"
 
+#include <algorithm>
 #include <dirent.h>
 
 namespace quarn {
@@ -36,6 +37,15 @@ FileAttributes attributesFrom(const struct stat& status) {
   // Without the bits for the kind (inode(7)).
   attributes.permissions = static_cast<std::uint32_t>(status.st_mode & 07777);
   return attributes;
+}
+
+Moment momentFrom(const struct timespec& time) {
+  using std::chrono::seconds;
+  using Steps = Moment::duration;
+  // A volume can store times that a moment can't.
+  const auto farthest = std::chrono::duration_cast<seconds>(Moment::duration::max()) - seconds(1);
+  const auto whole = std::clamp(seconds(time.tv_sec), -farthest, farthest);
+  return Moment(Steps(whole) + std::chrono::duration_cast<Steps>(std::chrono::nanoseconds(time.tv_nsec)));
 }
 
 std::optional<FileKind> entryKind(unsigned char type) {

@@ -7,8 +7,9 @@
 
 namespace quarn {
 
-/// Converts what lstat(2) returns.
+/// Converts what lstat(2) returns, except for the times, which each system names in its own way.
 FileAttributes attributesFrom(const struct stat& status);
+Moment momentFrom(const struct timespec& time);
 FileKind kindFrom(mode_t mode);
 
 /// Converts the type that a folder stores for an entry (`d_type`). Returns nothing if the file system doesn't

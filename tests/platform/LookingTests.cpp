@@ -268,6 +268,26 @@ TEST_P(Looking, attributesTellThePermissionsOfTheItemItself) {
   EXPECT_NE(files().attributes(scratch / "link")->permissions, 0640u);
 }
 
+TEST_P(Looking, attributesTellWhenTheItemItselfChanged) {
+  ScratchFolder scratch;
+  scratch.write("file");
+  scratch.link("link", "file");
+  const timespec times[] = {{1, 0}, {1'100'000'000, 500'000'000}};
+  ASSERT_EQ(::utimensat(AT_FDCWD, scratch.at("file").c_str(), times, 0), 0);
+  const auto changed = Moment(std::chrono::seconds(1'100'000'000)) + std::chrono::milliseconds(500);
+  EXPECT_EQ(files().attributes(scratch / "file")->modified, changed);
+  EXPECT_NE(files().attributes(scratch / "link")->modified, changed);
+}
+
+TEST_P(Looking, aTimeBeyondEveryMomentIsTheLastOne) {
+  ScratchFolder scratch;
+  scratch.write("file");
+  // Some volumes keep it, others cut it.
+  const timespec times[] = {{1, 0}, {300'000'000'000, 0}};
+  ASSERT_EQ(::utimensat(AT_FDCWD, scratch.at("file").c_str(), times, 0), 0);
+  EXPECT_GT(files().attributes(scratch / "file")->modified, Moment(std::chrono::seconds(2'000'000'000)));
+}
+
 TEST_P(Looking, aZeroByteInAPathNamesNothing) {
   ScratchFolder scratch;
   scratch.write("file");
