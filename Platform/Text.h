@@ -38,6 +38,8 @@ std::string trimmingWhitespaceAndNewlines(std::string_view text);
 
 /// Returns the first `count` characters as people count them (grapheme clusters).
 std::string prefix(std::string_view text, std::size_t count);
+/// Returns how many characters a text has, counted in the same way.
+std::size_t characterCount(std::string_view text);
 
 /// Splits a text at line feeds and leaves out empty pieces.
 std::vector<std::string_view> nonEmptyLines(std::string_view text);

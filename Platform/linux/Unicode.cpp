@@ -50,6 +50,20 @@ std::unique_ptr<icu::Collator> makeCollator() {
   return collator;
 }
 
+/// The grapheme clusters of a text.
+struct Characters {
+  explicit Characters(std::string_view text)
+      // The root locale, so that the result doesn't depend on the user's language.
+      : iterator(icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status)),
+        source(utext_openUTF8(nullptr, text.data(), length(text), &status), utext_close) {
+    iterator->setText(source.get(), status);
+  }
+
+  UErrorCode status = U_ZERO_ERROR;
+  std::unique_ptr<icu::BreakIterator> iterator;
+  std::unique_ptr<UText, decltype(&utext_close)> source;
+};
+
 }  // namespace
 
 std::string canonical(std::string_view text) {
@@ -82,16 +96,17 @@ std::string lowercased(std::string_view text) {
 }
 
 std::size_t prefixLength(std::string_view text, std::size_t count) {
-  UErrorCode status = U_ZERO_ERROR;
-  // The root locale, so that the result doesn't depend on the user's language.
-  const std::unique_ptr<icu::BreakIterator> characters(
-      icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
-  const std::unique_ptr<UText, decltype(&utext_close)> source(
-      utext_openUTF8(nullptr, text.data(), length(text), &status), utext_close);
-  characters->setText(source.get(), status);
+  Characters characters(text);
   // A text has at most as many characters as bytes. ICU counts in 32 bits.
-  const auto end = characters->next(static_cast<std::int32_t>(std::min(count, text.size())));
+  const auto end = characters.iterator->next(static_cast<std::int32_t>(std::min(count, text.size())));
   return end == icu::BreakIterator::DONE ? text.size() : static_cast<std::size_t>(end);
+}
+
+std::size_t characterCount(std::string_view text) {
+  Characters characters(text);
+  std::size_t count = 0;
+  while (characters.iterator->next() != icu::BreakIterator::DONE) ++count;
+  return count;
 }
 
 }  // namespace quarn::Unicode

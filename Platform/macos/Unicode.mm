@@ -82,4 +82,17 @@ std::size_t prefixLength(std::string_view text, std::size_t count) {
   }
 }
 
+std::size_t characterCount(std::string_view text) {
+  @autoreleasepool {
+    NSString* source = foundationText(text);
+    if (!source) return text.size();
+    std::size_t count = 0;
+    forEachCharacter(source, [&](NSRange) {
+      ++count;
+      return true;
+    });
+    return count;
+  }
+}
+
 }  // namespace quarn::Unicode

@@ -83,4 +83,11 @@ std::string prefix(std::string_view text, std::size_t count) {
       text.substr(0, isASCII(text) ? prefixLengthOfASCII(text, count) : Unicode::prefixLength(text, count)));
 }
 
+std::size_t characterCount(std::string_view text) {
+  if (!isASCII(text)) return Unicode::characterCount(text);
+  std::size_t count = 0;
+  for (std::size_t end = 0; end < text.size(); end += prefixLengthOfASCII(text.substr(end), 1)) ++count;
+  return count;
+}
+
 }  // namespace quarn::Text

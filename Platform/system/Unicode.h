@@ -17,5 +17,7 @@ bool contains(std::string_view text, std::string_view part);
 std::string lowercased(std::string_view text);
 /// Returns how many bytes the first `count` grapheme clusters take. Takes any bytes.
 std::size_t prefixLength(std::string_view text, std::size_t count);
+/// Returns how many grapheme clusters a text has. Takes any bytes.
+std::size_t characterCount(std::string_view text);
 
 }  // namespace quarn::Unicode

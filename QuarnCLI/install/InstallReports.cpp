@@ -8,18 +8,6 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-std::string keyed(const char* key, const std::string& text) {
-  return std::string(key) + " = " + TOMLFormatter::q(text);
-}
-
-std::string keyed(const char* key, std::int64_t number) {
-  return std::string(key) + " = " + std::to_string(number);
-}
-
-std::string keyed(const char* key, bool flag) {
-  return std::string(key) + " = " + (flag ? "true" : "false");
-}
-
 std::string word(InstallerKind kind) {
   return std::string(rawValue(kind));
 }
@@ -35,11 +23,6 @@ Lines each(const std::vector<std::string>& texts, const std::string& before) {
   return lines;
 }
 
-/// Nothing at all prints nothing.
-std::string orNothing(const Lines& lines) {
-  return lines.empty() ? "" : ReportText::joined(lines);
-}
-
 }  // namespace
 
 std::string TOMLFormatter::options(const std::vector<InstallerOption>& options) {
@@ -48,7 +31,7 @@ std::string TOMLFormatter::options(const std::vector<InstallerOption>& options) 
     append(lines, {"[[options]]", keyed("id", option.id), keyed("label", option.label),
                    keyed("strategy", option.strategy)});
   }
-  return orNothing(lines);
+  return ReportText::joinedOrNothing(lines);
 }
 
 std::string TOMLFormatter::inspection(const InstallerInspection& inspection) {
@@ -116,7 +99,7 @@ std::string InstallHumanFormatter::options(const std::vector<InstallerOption>& o
   Lines lines;
   for (const InstallerOption& option : options)
     lines.push_back(ReportText::tabSeparated({option.id, option.label}));
-  return orNothing(lines);
+  return ReportText::joinedOrNothing(lines);
 }
 
 std::string InstallHumanFormatter::inspection(const InstallerInspection& inspection) {
@@ -124,20 +107,20 @@ std::string InstallHumanFormatter::inspection(const InstallerInspection& inspect
   for (const InstallableItem& item : inspection.items)
     lines.push_back("- " + ReportText::tabSeparated({word(item.kind), item.path}));
   append(lines, each(inspection.warnings, "warning: "));
-  return orNothing(lines);
+  return ReportText::joinedOrNothing(lines);
 }
 
 std::string InstallHumanFormatter::plan(const InstallerPlan& plan) {
   Lines lines = plan.actions;
   append(lines, each(plan.warnings, "warning: "));
-  return orNothing(lines);
+  return ReportText::joinedOrNothing(lines);
 }
 
 std::string InstallHumanFormatter::sessions(const std::vector<InstallerSession>& sessions) {
   Lines lines;
   for (const InstallerSession& session : sessions)
     lines.push_back(ReportText::tabSeparated({session.id, session.sourcePath}));
-  return orNothing(lines);
+  return ReportText::joinedOrNothing(lines);
 }
 
 }  // namespace quarn

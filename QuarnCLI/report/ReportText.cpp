@@ -18,6 +18,10 @@ std::string joined(const std::vector<std::string>& lines) {
   return join(lines, '\n') + "\n";
 }
 
+std::string joinedOrNothing(const std::vector<std::string>& lines) {
+  return lines.empty() ? "" : joined(lines);
+}
+
 std::string tabSeparated(const std::vector<std::string>& fields) {
   return join(fields, '\t');
 }

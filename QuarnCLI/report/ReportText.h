@@ -8,6 +8,9 @@ namespace quarn::ReportText {
 /// Lines joined by one line feed, with one at the end; no lines at all give one line feed.
 std::string joined(const std::vector<std::string>& lines);
 
+/// The same, but no lines at all give nothing.
+std::string joinedOrNothing(const std::vector<std::string>& lines);
+
 /// Fields joined by tabs. Nothing is escaped: a tab or a line feed in a value passes through.
 std::string tabSeparated(const std::vector<std::string>& fields);
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <concepts>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -12,6 +14,13 @@ std::string q(std::string_view text);
 
 /// The same, with line feeds escaped, too.
 std::string singleLine(std::string_view text);
+
+/// `key = "text"`, `key = 42` and `key = true`.
+std::string keyed(std::string_view key, const std::string& text);
+std::string keyed(std::string_view key, std::int64_t number);
+std::string keyed(std::string_view key, std::same_as<bool> auto flag) {
+  return std::string(key) + " = " + (flag ? "true" : "false");
+}
 
 /// `key = ["a", "b"]`.
 std::string array(std::string_view key, const std::vector<std::string>& values);

@@ -2,6 +2,7 @@
 
 #include "QuarnCLI/Command.h"
 #include "QuarnCLI/FlagNames.h"
+#include "QuarnCore/uninstall/UninstallSelection.h"
 
 /// The flags of the group "uninstall". Naming one kind of files leaves out all that aren't named.
 namespace quarn::UninstallFlags {
@@ -24,6 +25,23 @@ inline constexpr Flag includeExternalTarget{
     .name = "--include-external-target",
     .meaning = "takes what the application's link or launcher leads to",
 };
+/// A flag and the switch that it turns on.
+struct Include {
+  const Flag* flag;
+  UninstallSwitch governed;
+};
+inline constexpr Include includes[] = {
+    {&includeData, &UninstallSelection::includeData},
+    {&includeCaches, &UninstallSelection::includeCaches},
+    {&includeLogs, &UninstallSelection::includeLogs},
+    {&includePrefs, &UninstallSelection::includePrefs},
+    {&includeContainers, &UninstallSelection::includeContainers},
+    {&includeReceipts, &UninstallSelection::includeReceipts},
+    {&includeLaunchAgents, &UninstallSelection::includeLaunchAgents},
+    {&includeLaunchDaemons, &UninstallSelection::includeLaunchDaemons},
+    {&includeExternalTarget, &UninstallSelection::includeExternalTarget},
+};
+
 inline constexpr Flag executableOnly{
     .name = "--executable-only",
     .meaning = "takes the application alone",

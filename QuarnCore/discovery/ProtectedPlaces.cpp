@@ -16,8 +16,14 @@ void append(Paths& list, const Paths& more) {
   list.insert(list.end(), more.begin(), more.end());
 }
 
+Paths backupsOn(const Path& drive) {
+  return {drive.appending(AppStorageNames::backupsRoot)};
+}
+
 Paths ownFoldersOn(const Path& drive) {
-  return {AppStorageNames::externalRootPath(drive), drive.appending(AppStorageNames::backupsRoot)};
+  Paths folders = backupsOn(drive);
+  folders.push_back(AppStorageNames::externalRootPath(drive));
+  return folders;
 }
 
 /// Returns the drive itself and the folders that make up this tool's storage on it.
@@ -71,6 +77,7 @@ Sightings onNamedDrive(const Sighting& item, Paths (*onDrive)(const Path& drive)
 
 ProtectedPlaces::ProtectedPlaces(const ReadOnlyPlatform& platform) : files_(platform.files) {
   Paths ownFolders = {AppStorageNames::supportRoot(platform.places)};
+  Paths recordsAndBackups = ownFolders;
   Paths places = AppBundleScanRoots::standardApplicationRoots(platform, true);
   append(places, {platform.places.home(), ownFolders.front()});
   Paths drives = platform.volumes.mounted().valueOr({});
@@ -78,9 +85,11 @@ ProtectedPlaces::ProtectedPlaces(const ReadOnlyPlatform& platform) : files_(plat
   for (const Path& drive : drives) {
     append(places, placesOn(drive));
     append(ownFolders, ownFoldersOn(drive));
+    append(recordsAndBackups, backupsOn(drive));
   }
   places_ = seen(files_, places);
   ownFolders_ = seen(files_, ownFolders);
+  recordsAndBackups_ = seen(files_, recordsAndBackups);
 }
 
 bool ProtectedPlaces::isOneOrAroundOne(const Sighting& item) const {
@@ -91,6 +100,10 @@ bool ProtectedPlaces::isInOwnFolder(const Sighting& item) const {
   // A link lies where its folder is, whatever it leads to.
   const Sighting where = item.isLink ? sight(files_, item.spelled.parent()) : item;
   return isInAny(where, ownFolders_) || isInAny(where, onNamedDrive(where, ownFoldersOn));
+}
+
+bool ProtectedPlaces::isRecordOrBackup(const Sighting& item) const {
+  return isInAny(item, recordsAndBackups_) || isInAny(item, onNamedDrive(item, backupsOn));
 }
 
 }  // namespace quarn

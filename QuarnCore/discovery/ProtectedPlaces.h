@@ -20,11 +20,15 @@ class ProtectedPlaces {
   /// Returns whether the item is, or lies in, a folder of this tool: the one in the user's library, or its
   /// root folder or its backups on any drive. A link elsewhere that leads into one doesn't count.
   bool isInOwnFolder(const Sighting& item) const;
+  /// Returns whether the item is, or lies in, this tool's folder in the user's library or its backups on any
+  /// drive. A link counts by where it leads unless the sighting is that of the link itself.
+  bool isRecordOrBackup(const Sighting& item) const;
 
  private:
   const FileSystem& files_;
   std::vector<Sighting> places_;
   std::vector<Sighting> ownFolders_;
+  std::vector<Sighting> recordsAndBackups_;
 };
 
 }  // namespace quarn

@@ -5,12 +5,12 @@
 namespace quarn {
 namespace {
 
-void moveToTrashOrBeside(Platform& platform, const Path& item, const std::string& nameBeside) {
-  if (platform.trash.moveToTrash(item)) return;
-  // In the same folder as the item, so that a rename is enough even if the volume is full.
-  const Path folder = item.parent().appending(".QuarnTrash");
+std::optional<Path> moveToTrashOrBeside(Platform& platform, const Path& item, const std::string& nameBeside) {
+  if (auto inTrash = platform.trash.moveToTrash(item).asOptional()) return inTrash;
+  const Path folder = FileStash::folderBeside(item);
   platform.files.createFolder(folder).orIgnore();
-  platform.files.rename(item, folder.appending(nameBeside)).orIgnore();
+  const Path beside = folder.appending(nameBeside);
+  return platform.files.rename(item, beside).valueOr(false) ? std::optional(beside) : std::nullopt;
 }
 
 /// The Finder uses the colon as a separator, so a file name must not contain one.
@@ -22,10 +22,15 @@ std::string timestamp(Moment moment) {
 
 }  // namespace
 
-void FileStash::moveAside(Platform& platform, const Path& item, const std::string& reason) {
-  if (!platform.files.exists(item) && !platform.files.isSymbolicLink(item)) return;
-  moveToTrashOrBeside(platform, item,
-                      item.lastComponent() + "-" + reason + "-" + timestamp(platform.clock.now()));
+// In the same folder as the item, so that a rename is enough even if the volume is full.
+Path FileStash::folderBeside(const Path& item) {
+  return item.parent().appending(".QuarnTrash");
+}
+
+std::optional<Path> FileStash::moveAside(Platform& platform, const Path& item, const std::string& reason) {
+  if (!platform.files.exists(item) && !platform.files.isSymbolicLink(item)) return std::nullopt;
+  return moveToTrashOrBeside(platform, item,
+                             item.lastComponent() + "-" + reason + "-" + timestamp(platform.clock.now()));
 }
 
 void MoverStasher::stash(Platform& platform, const Path& item) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "Platform/Platform.h"
@@ -10,8 +11,12 @@
 namespace quarn {
 
 namespace FileStash {
-/// Moves an item or a dangling link. In ".QuarnTrash" its name is "<name>-<reason>-<time>".
-void moveAside(Platform& platform, const Path& item, const std::string& reason);
+/// The folder beside an item that is used when the Trash can't be.
+Path folderBeside(const Path& item);
+
+/// Moves an item or a dangling link. In ".QuarnTrash" its name is "<name>-<reason>-<time>". Returns where it
+/// is now, or nothing if it is where it was or is missing.
+std::optional<Path> moveAside(Platform& platform, const Path& item, const std::string& reason);
 }  // namespace FileStash
 
 namespace MoverStasher {

@@ -37,12 +37,6 @@ std::optional<Path> folderAtTopOfDrive(const Path& path) {
   return std::nullopt;
 }
 
-bool isRecordOrBackup(const ReadOnlyPlatform& platform, const Sighting& item) {
-  const auto top = folderAtTopOfDrive(item.leadsTo.appending("inside"));
-  if (top && top->lastComponent() == AppStorageNames::backupsRoot) return true;
-  return item.isAtOrIn(sight(platform.files, AppStorageNames::supportRoot(platform.places)));
-}
-
 /// Returns whether a move takes things from there: applications, and data in a library or under a hidden name
 /// at home.
 bool isPlaceOfApplications(const ReadOnlyPlatform& platform, const Path& item) {
@@ -98,8 +92,8 @@ std::optional<Path> driveOf(const ReadOnlyPlatform& platform, const Path& item) 
 
 void requireTrashable(const ReadOnlyPlatform& platform, const Path& item) {
   const Sighting sighting = sight(platform.files, item);
-  if (ProtectedPlaces(platform).isOneOrAroundOne(sighting) || isRecordOrBackup(platform, sighting))
-    throw belongsThere(item);
+  const ProtectedPlaces places(platform);
+  if (places.isOneOrAroundOne(sighting) || places.isRecordOrBackup(sighting)) throw belongsThere(item);
   if (platform.files.exists(item)) MountPoints::refuseInside(platform, item);
 }
 
@@ -128,7 +122,7 @@ void requirePreferencesFile(const ReadOnlyPlatform& platform, const Path& link) 
   const auto attributes = platform.files.attributes(taken.leadsTo);
   const bool isFile =
       attributes && attributes->kind == FileKind::regular && taken.leadsTo.extension() == "plist";
-  if (!isFile || isRecordOrBackup(platform, taken) ||
+  if (!isFile || ProtectedPlaces(platform).isRecordOrBackup(taken) ||
       sight(platform.files, seenFromTheLink).leadsTo != taken.leadsTo)
     throw MoveRefused(quoted(link.lastComponent()) + " doesn’t lead to a preferences file.");
 }

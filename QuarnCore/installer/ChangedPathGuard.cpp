@@ -33,16 +33,10 @@ ChangedPathGuard::ChangedPathGuard(const ReadOnlyPlatform& platform, const Insta
   for (const Path& root : roots) folders_.push_back(sight(platform.files, root).leadsTo);
 }
 
-bool ChangedPathGuard::isRecordOrBackup(const Sighting& item) const {
-  if (item.isAtOrIn(sight(platform_.files, AppStorageNames::supportRoot(platform_.places)))) return true;
-  const Path mountPoint = MountPoints::holding(platform_, item.leadsTo);
-  return isAtOrInByText(item.leadsTo, mountPoint.appending(AppStorageNames::backupsRoot));
-}
-
 bool ChangedPathGuard::allows(const Path& path) const {
   if (!isWhole(path)) return false;
   const Sighting item = sightItself(platform_.files, path);
-  if (protected_.isOneOrAroundOne(item) || isRecordOrBackup(item)) return false;
+  if (protected_.isOneOrAroundOne(item) || protected_.isRecordOrBackup(item)) return false;
   const bool isBrought = isInsideAnyByText(item.leadsTo, folders_) ||
                          (!item.isLink && LauncherShim::recordedTarget(platform_, path));
   return isBrought && MountPoints::areNoneInside(platform_, path);

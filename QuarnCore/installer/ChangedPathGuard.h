@@ -21,8 +21,6 @@ class ChangedPathGuard {
   bool allows(const Path& path) const;
 
  private:
-  bool isRecordOrBackup(const Sighting& item) const;
-
   ReadOnlyPlatform platform_;
   ProtectedPlaces protected_;
   std::vector<Path> folders_;  ///< with their links resolved

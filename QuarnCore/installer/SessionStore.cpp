@@ -4,6 +4,7 @@
 
 #include "Platform/CocoaError.h"
 #include "Platform/Text.h"
+#include "QuarnCore/foundation/EntryName.h"
 #include "QuarnCore/foundation/StoredJson.h"
 
 namespace quarn {
@@ -38,11 +39,6 @@ namespace {
 constexpr const char* sessionFile = "session.json";
 constexpr const char* changedPathsFile = "changed-paths.tsv";
 
-/// An identifier that holds a slash, or leads upwards, would name a folder outside the root.
-bool namesAFolder(const std::string& id) {
-  return !id.empty() && id != "." && id != ".." && id.find('/') == std::string::npos && !Path(id).holdsNul();
-}
-
 std::string linesOf(const std::vector<std::string>& paths) {
   std::string text;
   for (const std::string& path : paths) text += (text.empty() ? "" : "\n") + path;
@@ -52,7 +48,7 @@ std::string linesOf(const std::vector<std::string>& paths) {
 }  // namespace
 
 void save(Platform& platform, const InstallerSession& session, const Path& root) {
-  if (!namesAFolder(session.id))
+  if (!EntryName::isOne(session.id))
     throw CocoaError::fromCode(CocoaError::Operation::save, CocoaErrorCode::fileWriteInvalidFileName,
                                root.appending(session.id));
   const Path folder = root.appending(session.id);
@@ -78,7 +74,7 @@ std::vector<InstallerSession> list(const ReadOnlyPlatform& platform, const Path&
 
 std::optional<InstallerSession> find(const ReadOnlyPlatform& platform, const std::string& id,
                                      const Path& root) {
-  if (!namesAFolder(id)) return std::nullopt;
+  if (!EntryName::isOne(id)) return std::nullopt;
   auto session = load(platform, root.appending(id));
   if (!session || !Text::equal(session->id, id)) return std::nullopt;
   return session;

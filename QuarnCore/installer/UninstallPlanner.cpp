@@ -4,23 +4,14 @@
 #include <array>
 
 #include "Platform/Text.h"
-#include "QuarnCore/foundation/CommandRunner.h"
 #include "QuarnCore/foundation/FileStash.h"
 #include "QuarnCore/foundation/Sighting.h"
 #include "QuarnCore/installer/ChangedPathGuard.h"
 #include "QuarnCore/installer/InstallAction.h"
+#include "QuarnCore/installer/PackageReceipts.h"
 
 namespace quarn {
 namespace {
-
-/// An identifier that looks like an option would be taken for one.
-bool isIdentifier(const std::string& text) {
-  return !text.empty() && text.front() != '-';
-}
-
-void forgetReceipt(Platform& platform, const std::string& packageID) {
-  if (isIdentifier(packageID)) CommandRunner::run(platform, "/usr/sbin/pkgutil", {"--forget", packageID});
-}
 
 /// Returns the launchers and copies that a session names as installed.
 std::vector<Path> applicationsOf(const InstallerSession& session) {
@@ -75,7 +66,8 @@ void SessionUninstaller::carryOut(Platform& platform, const InstallerSession& se
       if (!goesAlong && guard.allows(item) && isAllOurs(platform, item))
         FileStash::moveAside(platform, item, "uninstall");
     }
-    if (const auto packageID = InstallAction::forgottenReceipt(line)) forgetReceipt(platform, *packageID);
+    if (const auto packageID = InstallAction::forgottenReceipt(line))
+      PackageReceipts::forget(platform, *packageID);
   }
 }
 

@@ -97,11 +97,6 @@ TEST(Dispatch, aCommandThatThisVersionLacksSaysSo) {
   const Words rows[] = {
       {"install", "plugins", "inspect"},
       {"install", "plugins", "install"},
-      {"uninstall", "apps"},
-      {"uninstall", "inspect"},
-      {"uninstall", "plan"},
-      {"uninstall", "run"},
-      {"uninstall", "sessions"},
       {"backup", "create"},
       {"backup", "list"},
       {"dedupe", "scan"},

@@ -1,3 +1,4 @@
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <regex>
 #include <set>
@@ -63,6 +64,18 @@ void expectTold(const std::string& words, const Told& told) {
 void makeTaken() {
   scene::makeApp("/Applications/Foo.app");
   scene::write("/Volumes/X9/ExternalQuarn/Apps/Foo.app/foreign", "foreign");
+}
+
+TEST(TellingLines, arePrintedByUninstallRunAsItsRowSays) {
+  Told told;
+  const std::string support = "/Library/Application Support/com.example.foo";
+  scene::makeApp("/Applications/Foo.app");
+  scene::write(support + "/data", "data");
+  // Nobody but an administrator can take anything out of it, nor put anything aside there.
+  fs::permissions("/Library/Application Support", fs::perms(0555));
+  told.run({"uninstall", "run", "/Applications/Foo.app"});
+  fs::permissions("/Library/Application Support", fs::perms(0755));
+  expectTold("uninstall run", told);
 }
 
 TEST(TellingLines, arePrintedByMoveAllAsItsRowSays) {
@@ -183,7 +196,7 @@ TEST(TellingLines, areAllShownByACaseHere) {
   }
   EXPECT_EQ(telling, (Lines{"health repair", "install inspect", "install pending", "install resume",
                             "install run", "move all", "move next", "move one", "move path", "move plan",
-                            "snapshot create", "snapshot list"}));
+                            "snapshot create", "snapshot list", "uninstall run"}));
 }
 
 }  // namespace

@@ -162,6 +162,10 @@ TEST(Text, aPrefixCountsCharactersAsPeopleDo) {
   const std::string letters(79, 'a');
   EXPECT_EQ(Text::prefix(letters + family + "x", 80), letters + family);
   EXPECT_EQ(Text::prefix(letters + decomposed + "x", 80), letters + decomposed);
+  EXPECT_EQ(Text::characterCount(letters + family + "x"), letters.size() + 2);
+  EXPECT_EQ(Text::characterCount(letters + decomposed + "x"), letters.size() + 2);
+  EXPECT_EQ(Text::characterCount("a\r\nb"), 3u);
+  EXPECT_EQ(Text::characterCount(""), 0u);
   EXPECT_EQ(Text::prefix("abc", 2), "ab");
   EXPECT_EQ(Text::prefix("abc", 0), "");
   EXPECT_EQ(Text::prefix("abc", 3), "abc");
