@@ -252,6 +252,13 @@ TEST(InstalledAppsScanner, prefersTheSharedFolderAndAMatchingNameAndARecentDate)
   EXPECT_EQ(winnerOf("Aaa", "Foo"), "/Users/me/Applications/Foo.app") << "it is used";
 }
 
+TEST(InstalledAppsScanner, prefersTheSharedFolderToACopyElsewhere) {
+  scene::makeApp("/Aaa/Foo.app");
+  scene::link("/Applications/Link.app", "/Aaa/Foo.app");
+  scene::makeApp("/Applications/Foo.app");
+  EXPECT_EQ(discoveredPaths(), Texts{"/Applications/Foo.app"});
+}
+
 TEST(InstalledAppsScanner, takesTheFirstPathWhereNothingElseDecides) {
   scene::makeApp("/Applications/B.app");
   scene::makeApp("/Applications/A.app");
