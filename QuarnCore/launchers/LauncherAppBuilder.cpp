@@ -4,18 +4,13 @@
 #include "Platform/Text.h"
 #include "Platform/UUID.h"
 #include "QuarnCore/discovery/LauncherShim.h"
-#include "QuarnCore/foundation/CommandRunner.h"
 #include "QuarnCore/foundation/FileStash.h"
 #include "QuarnCore/foundation/Turn.h"
 #include "QuarnCore/launchers/LauncherBundle.h"
+#include "QuarnCore/launchers/LauncherTools.h"
 
 namespace quarn::LauncherAppBuilder {
 namespace {
-
-const std::string codesign = "/usr/bin/codesign";
-const std::string lsregister =
-    "/System/Library/Frameworks/CoreServices.framework/Frameworks/LaunchServices.framework/Support/"
-    "lsregister";
 
 bool stands(const ReadOnlyPlatform& platform, const Path& item) {
   return platform.files.exists(item) || platform.files.isSymbolicLink(item);
@@ -91,24 +86,6 @@ void takePlace(Platform& platform, const Path& unfinished, const Path& launcher,
   }
 }
 
-/// An ad-hoc signature. A launcher without one still opens for the user who asked for it.
-void sign(Platform& platform, const Path& launcher, const InstallerRunReporter& reporter) {
-  const auto result =
-      CommandRunner::run(platform, codesign, {"--force", "--sign", "-", "--timestamp=none", launcher.text()});
-  if (result.succeeded()) {
-    reporter.log("signed-launcher\t" + launcher.text());
-  } else {
-    reporter.log("sign-launcher-warning\t" + result.standardError);
-  }
-}
-
-/// Tells the system of the launcher, so that Spotlight and the Finder show it at once.
-void registerLauncher(Platform& platform, const Path& launcher, const InstallerRunReporter& reporter) {
-  if (!platform.files.exists(Path(lsregister))) return;
-  CommandRunner::run(platform, lsregister, {"-f", launcher.text()});
-  reporter.log("registered-launcher\t" + launcher.text());
-}
-
 }  // namespace
 
 void install(Platform& platform, const Path& sourceApp, const Path& launcher, const Path& target,
@@ -116,15 +93,15 @@ void install(Platform& platform, const Path& sourceApp, const Path& launcher, co
   const Turn turn(platform);
   if (stands(platform, launcher) && opens(platform, launcher, target)) {
     reporter.log("reuse-launcher\t" + launcher.text());
-    registerLauncher(platform, launcher, reporter);
+    LauncherTools::registerLauncher(platform, launcher, reporter);
     return;
   }
   const auto finishedBefore = leftBehind(platform, launcher.parent(), target);
   const Path unfinished = finishedBefore ? *finishedBefore : build(platform, sourceApp, launcher, target);
   takePlace(platform, unfinished, launcher, reporter);
   reporter.log("launcher-app\t" + launcher.text() + "\t" + target.text());
-  sign(platform, launcher, reporter);
-  registerLauncher(platform, launcher, reporter);
+  LauncherTools::sign(platform, launcher, reporter);
+  LauncherTools::registerLauncher(platform, launcher, reporter);
 }
 
 bool wasBrokenOff(const ReadOnlyPlatform& platform, const Path& launcher, const Path& target) {
