@@ -30,6 +30,8 @@ int localizedCaseInsensitiveCompare(std::string_view a, std::string_view b);
 /// Ignores letter case; accents matter. Returns false if `part` is empty.
 bool localizedCaseInsensitiveContains(std::string_view text, std::string_view part);
 std::string lowercased(std::string_view text);
+/// Some characters become several letters, as "ß" becomes "SS".
+std::string uppercased(std::string_view text);
 
 /// Removes spaces and tabs of every kind from both ends, but not line ends.
 std::string trimmingWhitespace(std::string_view text);

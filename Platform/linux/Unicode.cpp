@@ -95,6 +95,10 @@ std::string lowercased(std::string_view text) {
   return narrow(result);
 }
 
+std::string uppercased(std::string_view text) {
+  return narrow(wide(text).toUpper(icu::Locale::getRoot()));
+}
+
 std::size_t prefixLength(std::string_view text, std::size_t count) {
   Characters characters(text);
   // A text has at most as many characters as bytes. ICU counts in 32 bits.

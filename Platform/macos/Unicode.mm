@@ -67,6 +67,12 @@ std::string lowercased(std::string_view text) {
   }
 }
 
+std::string uppercased(std::string_view text) {
+  @autoreleasepool {
+    return bytesOf(foundationText(text).uppercaseString);
+  }
+}
+
 std::size_t prefixLength(std::string_view text, std::size_t count) {
   @autoreleasepool {
     NSString* source = foundationText(text);

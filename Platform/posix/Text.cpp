@@ -27,6 +27,14 @@ std::string lowercasedBytes(std::string_view text) {
   return result;
 }
 
+std::string uppercasedBytes(std::string_view text) {
+  std::string result(text);
+  for (char& c : result) {
+    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+  }
+  return result;
+}
+
 /// Returns how many bytes the first `count` characters of an ASCII text take. CRLF is one character (Unicode
 /// Standard Annex 29).
 std::size_t prefixLengthOfASCII(std::string_view text, std::size_t count) {
@@ -76,6 +84,10 @@ bool localizedCaseInsensitiveContains(std::string_view text, std::string_view pa
 
 std::string lowercased(std::string_view text) {
   return isReadAsBytes(text) ? lowercasedBytes(text) : Unicode::lowercased(text);
+}
+
+std::string uppercased(std::string_view text) {
+  return isReadAsBytes(text) ? uppercasedBytes(text) : Unicode::uppercased(text);
 }
 
 std::string prefix(std::string_view text, std::size_t count) {

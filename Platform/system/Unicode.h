@@ -15,6 +15,8 @@ bool contains(std::string_view text, std::string_view part);
 /// Converts a valid UTF-8 text to lower case, each character by itself: a capital sigma becomes the same
 /// small sigma everywhere, also at the end of a word.
 std::string lowercased(std::string_view text);
+/// Converts a valid UTF-8 text to upper case, by the rules of no language: "i" becomes "I" everywhere.
+std::string uppercased(std::string_view text);
 /// Returns how many bytes the first `count` grapheme clusters take. Takes any bytes.
 std::size_t prefixLength(std::string_view text, std::size_t count);
 /// Returns how many grapheme clusters a text has. Takes any bytes.

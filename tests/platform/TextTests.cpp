@@ -132,6 +132,22 @@ TEST(Text, lowerCaseKnowsNoLocaleAndNoContext) {
   EXPECT_EQ(Text::lowercased("A" + noText), "a" + noText);
 }
 
+TEST(Text, upperCaseKnowsNoLocale) {
+  EXPECT_EQ(Text::uppercased("FooBAR az1@[`{"), "FOOBAR AZ1@[`{");
+  EXPECT_EQ(Text::uppercased("\u00E9t\u00E9"), "\u00C9T\u00C9");
+  EXPECT_EQ(Text::uppercased(decomposed), "E\u0301");
+  EXPECT_EQ(Text::uppercased("i\u00E9"), "I\u00C9");
+  EXPECT_EQ(Text::uppercased("\u0131"), "I");
+  EXPECT_EQ(Text::uppercased("\u00DF"), "SS");
+  EXPECT_EQ(Text::uppercased("\uFB01"), "FI");
+  EXPECT_EQ(Text::uppercased("\u01C6"), "\u01C4");
+  EXPECT_EQ(Text::uppercased("\u03C2\u03C3"), "\u03A3\u03A3");
+  EXPECT_EQ(Text::uppercased("\U00010428"), "\U00010400");
+  EXPECT_EQ(Text::uppercased("\u65E5"), "\u65E5");
+  EXPECT_EQ(Text::uppercased("a" + noText), "A" + noText);
+  EXPECT_EQ(Text::uppercased(""), "");
+}
+
 TEST(Text, spacesAndTabsOfEveryKindAreTrimmed) {
   const char* spaces[] = {"\t",     " ",      "\u00A0", "\u1680", "\u2000", "\u2001", "\u2002",
                           "\u2003", "\u2004", "\u2005", "\u2006", "\u2007", "\u2008", "\u2009",
