@@ -158,6 +158,16 @@ TEST_P(Pkgutil, listsTheReceiptsInWhichAnExpressionIsFound) {
   EXPECT_EQ(says("status pkgutil --pkgs; status pkgutil --pkgs=.; status pkgutil --pkgs=-v"), "0\n1\n1\n");
 }
 
+TEST_P(Pkgutil, listsNothingForABrokenExpression) {
+  EXPECT_EQ(
+      withReceipts("touch '(' '[' '+'\n"
+                   "for broken in '(' '[' 'Foo[' 'Foo(' 'a{2,1}' 'Foo\\'; do\n"
+                   "  pkgutil \"--pkgs=$broken\" >/tmp/said 2>/tmp/complained && echo \"found by $broken\"\n"
+                   "  cat /tmp/said; [ -s /tmp/complained ] || echo \"silent about $broken\"\n"
+                   "done; pkgutil '--pkgs=\\(|\\[|[+]' | sort"),
+      "(\n+\n[\n");
+}
+
 TEST_P(Pkgutil, forgetsOneReceipt) {
   EXPECT_EQ(withReceipts("status pkgutil --forget com.example.Foo; pkgutil --pkgs | sort; "
                          "pkgutil --forget com.example.Foo 2>&1 >/tmp/said; echo $?; cat /tmp/said"),
