@@ -81,14 +81,16 @@ int openRegular(const PathAt& file, Descriptor& opened, struct stat& status) {
 }
 
 /// Reads until the buffer is full or the file ends, and adds what was read to `filled`. Returns 0 or the
-/// error number.
-int fill(const Descriptor& file, std::string& buffer, std::size_t& filled) {
+/// error number. `size` is that of the file, 0 if it isn't known. A read that gives less than was asked for,
+/// and ends there, has reached the end: this saves the read that would say so.
+int fill(const Descriptor& file, off_t size, std::string& buffer, std::size_t& filled) {
   while (filled < buffer.size()) {
     const ssize_t count = ::read(file.number(), buffer.data() + filled, buffer.size() - filled);
     if (count < 0 && errno == EINTR) continue;
     if (count < 0) return errno;
     if (count == 0) break;
     filled += static_cast<std::size_t>(count);
+    if (filled == static_cast<std::size_t>(size)) break;
   }
   return 0;
 }
@@ -105,7 +107,7 @@ int readWhole(const PathAt& file, std::string& content) {
   // buffer. The size is only a first guess: files below /proc report 0, and a file can grow while it is read.
   content.resize(static_cast<std::size_t>(status.st_size) + 1);
   std::size_t filled = 0;
-  while ((error = fill(opened, content, filled)) == 0 && filled == content.size()) {
+  while ((error = fill(opened, status.st_size, content, filled)) == 0 && filled == content.size()) {
     if (filled > static_cast<std::size_t>(longestFile)) return EFBIG;
     content.resize(content.size() * 2);
   }
@@ -120,7 +122,7 @@ int readStart(const PathAt& file, std::size_t count, std::string& content) {
   if (error != 0) return error;
   content.resize(count);
   std::size_t filled = 0;
-  error = fill(opened, content, filled);
+  error = fill(opened, status.st_size, content, filled);
   content.resize(filled);
   return error;
 }
