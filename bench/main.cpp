@@ -13,6 +13,7 @@
 #include "bench/SnapshotRows.h"
 #include "bench/Table.h"
 #include "bench/Trees.h"
+#include "bench/UninstallRows.h"
 
 namespace {
 
@@ -118,6 +119,7 @@ int main(int count, char** values) {
   oneMove();
   starts();
   processList(values[1]);
+  bench::printUninstallFigures(values[1]);
   plan(values[1]);
   return 0;
 }

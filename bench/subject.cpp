@@ -1,7 +1,7 @@
 // One service in a process of its own, so that its time and its peak of memory can be told from outside:
 // bench-subject measure|size|measure-each PATH, bench-subject verify|copy SOURCE COPY, bench-subject running,
 // bench-subject healthy|dead-links EXPECTED, bench-subject snapshot TREE EXPECTED,
-// bench-subject snapshot-difference|list-difference COUNT.
+// bench-subject snapshot-difference|list-difference COUNT, bench-subject look-up-and-read FOLDER….
 
 #include <cstdio>
 #include <cstdlib>
@@ -15,6 +15,7 @@
 #include "QuarnCore/health/DataLinkDetection.h"
 #include "QuarnCore/health/HealthCheck.h"
 #include "QuarnCore/move/MoveVerifier.h"
+#include "bench/LookUpAndRead.h"
 #include "bench/SnapshotTasks.h"
 
 namespace {
@@ -99,6 +100,9 @@ int main(int count, char** values) {
   }
   if (count == 3 && std::strcmp(values[1], "list-difference") == 0) {
     return bench::timesMergeOfLists(std::strtoul(values[2], nullptr, 10)) ? 0 : 1;
+  }
+  if (count > 2 && std::strcmp(values[1], "look-up-and-read") == 0) {
+    return bench::lookUpAndRead({values + 2, values + count}) > 0 ? 0 : 1;
   }
   return 2;
 }
