@@ -99,9 +99,6 @@ TEST(Dispatch, aCommandThatThisVersionLacksSaysSo) {
       {"install", "plugins", "install"},
       {"backup", "create"},
       {"backup", "list"},
-      {"dedupe", "scan"},
-      {"dedupe", "plan"},
-      {"dedupe", "run"},
       {"scaffold", "build-command"},
   };
   for (Words words : rows) {
@@ -134,6 +131,9 @@ TEST(Dispatch, eachActionReachesItsCommand) {
       {{"health", "check"}, "Scanned 0 symlinked apps across 0 external root(s).\n"},
       {{"health", "analyze"}, "Scanned 0 symlinked apps across 0 external root(s).\n"},
       {{"health", "repair"}, "Everything healthy. Nothing to repair.\n"},
+      {{"dedupe", "scan"}, "Duplicate launcher groups: 0\n"},
+      {{"dedupe", "plan"}, "Duplicate launcher groups: 0\n"},
+      {{"dedupe", "run"}, "Duplicate launcher groups: 0\n"},
       {{"snapshot", "create"}, "Created snapshot: com.apple.TimeMachine."},
   };
   for (const auto& [words, start] : printing) {

@@ -187,6 +187,14 @@ TEST(TellingLines, arePrintedByTheInstallCommandsAsTheirRowsSay) {
   expectTold("install run", installed);
 }
 
+TEST(TellingLines, arePrintedByDedupeRunAsItsRowSays) {
+  scene::makeApp("/Applications/Foo.app");
+  scene::makeLauncher("/Applications/Launcher.app", "/Applications/Foo.app");
+  Told told;
+  told.run({"dedupe", "run"});
+  expectTold("dedupe run", told);
+}
+
 TEST(TellingLines, areAllShownByACaseHere) {
   Lines telling;
   for (const auto* group : CommandTable::groups()) {
@@ -194,9 +202,9 @@ TEST(TellingLines, areAllShownByACaseHere) {
       if (command->isAvailable() && !command->tellingLines.empty()) telling.emplace(command->words);
     }
   }
-  EXPECT_EQ(telling, (Lines{"health repair", "install inspect", "install pending", "install resume",
-                            "install run", "move all", "move next", "move one", "move path", "move plan",
-                            "snapshot create", "snapshot list", "uninstall run"}));
+  EXPECT_EQ(telling, (Lines{"dedupe run", "health repair", "install inspect", "install pending",
+                            "install resume", "install run", "move all", "move next", "move one", "move path",
+                            "move plan", "snapshot create", "snapshot list", "uninstall run"}));
 }
 
 }  // namespace

@@ -1,0 +1,55 @@
+#include "QuarnCore/dedupe/AppDedupeTrash.h"
+
+#include "Platform/LocalizedError.h"
+#include "QuarnCore/dedupe/AppDedupeGuard.h"
+
+namespace quarn {
+
+AppDedupeTrash::AppDedupeTrash(Platform& platform, const AppDedupePlan& plan) : platform_(platform) {
+  for (const AppDedupeItem& item : plan.removableItems()) {
+    if (const auto identity = identityAt(item.path)) found_.emplace(item.path, *identity);
+  }
+}
+
+std::optional<AppDedupeTrash::Identity> AppDedupeTrash::identityAt(const std::string& path) const {
+  const auto attributes = platform_.files.attributes(Path(path));
+  if (!attributes) return std::nullopt;
+  return Identity{attributes->identity.device, attributes->identity.inode};
+}
+
+const AppUninstallSession::MovedItem* AppDedupeTrash::outcomeByAnotherPath(const std::string& path) const {
+  const auto found = found_.find(path);
+  if (found == found_.end()) return nullptr;
+  const auto outcome = outcomes_.find(found->second);
+  if (outcome == outcomes_.end()) return nullptr;
+  // A mount can show the bundle under a second name, too, and there it can stay when the first one went.
+  const bool isLeft = identityAt(path).has_value();
+  return outcome->second.succeeded == isLeft ? nullptr : &outcome->second;
+}
+
+void AppDedupeTrash::moveToTrash(const AppDedupeItem& item, const AppDedupeItem& keep,
+                                 MovedItem& outcome) const {
+  try {
+    AppDedupeGuard::requireRemovable(platform_, item, keep);
+    outcome.trashedTo = platform_.trash.moveToTrash(Path(item.path)).orThrow().text();
+    outcome.succeeded = true;
+  } catch (const LocalizedError& error) {
+    outcome.error = error.localizedDescription();
+  }
+}
+
+AppUninstallSession::MovedItem AppDedupeTrash::take(const AppDedupeItem& item, const AppDedupeItem& keep) {
+  MovedItem outcome = item.removal();
+  if (const MovedItem* earlier = outcomeByAnotherPath(item.path)) {
+    outcome.trashedTo = earlier->trashedTo;
+    outcome.succeeded = earlier->succeeded;
+    outcome.error = earlier->error;
+    return outcome;
+  }
+  moveToTrash(item, keep, outcome);
+  if (const auto found = found_.find(item.path); found != found_.end())
+    outcomes_.insert_or_assign(found->second, outcome);
+  return outcome;
+}
+
+}  // namespace quarn
