@@ -1,5 +1,7 @@
 #include "QuarnCore/dedupe/AppDedupeGuard.h"
 
+#include <algorithm>
+
 #include "Platform/Text.h"
 #include "QuarnCore/dedupe/AppDedupeRules.h"
 #include "QuarnCore/discovery/LauncherShim.h"
@@ -57,9 +59,18 @@ void requireDuplicate(const ReadOnlyPlatform& platform, const Path& launcher, co
     requireTargetIsMissing(platform, launcher, Path(*now->targetPath));
 }
 
+/// Two names that differ in their Unicode form alone can be two bundles, so bytes and identities are
+/// compared.
+bool isSameOrInside(const Sighting& item, const Sighting& bundle) {
+  const std::string& place = item.leadsTo.text();
+  if (place == bundle.leadsTo.text() || place.starts_with(bundle.leadsTo.text() + "/")) return true;
+  return bundle.identities.empty() || std::find(item.identities.begin(), item.identities.end(),
+                                                bundle.identities.front()) != item.identities.end();
+}
+
 void requireOwnPlace(const ReadOnlyPlatform& platform, const Path& launcher, const Path& keep) {
   const Sighting item = sight(platform.files, launcher), stays = sight(platform.files, keep);
-  if (item.isAtOrIn(stays) || stays.isAtOrIn(item))
+  if (isSameOrInside(item, stays) || isSameOrInside(stays, item))
     throw MoveRefused(named(launcher) + " belongs to the application that stays.");
   const ProtectedPlaces places(platform);
   if (places.isOneOrAroundOne(item) || places.isInOwnFolder(item))

@@ -6,9 +6,15 @@
 namespace quarn {
 
 AppDedupeTrash::AppDedupeTrash(Platform& platform, const AppDedupePlan& plan) : platform_(platform) {
-  for (const AppDedupeItem& item : plan.removableItems()) {
-    if (const auto identity = identityAt(item.path)) found_.emplace(item.path, *identity);
-  }
+  for (const AppDedupeItem& item : plan.removableItems()) unseen_.push_back(item.path);
+  look();
+}
+
+void AppDedupeTrash::look() {
+  std::erase_if(unseen_, [this](const std::string& path) {
+    const auto identity = identityAt(path);
+    return identity && found_.emplace(path, *identity).second;
+  });
 }
 
 std::optional<AppDedupeTrash::Identity> AppDedupeTrash::identityAt(const std::string& path) const {
@@ -39,6 +45,7 @@ void AppDedupeTrash::moveToTrash(const AppDedupeItem& item, const AppDedupeItem&
 }
 
 AppUninstallSession::MovedItem AppDedupeTrash::take(const AppDedupeItem& item, const AppDedupeItem& keep) {
+  look();
   MovedItem outcome = item.removal();
   if (const MovedItem* earlier = outcomeByAnotherPath(item.path)) {
     outcome.trashedTo = earlier->trashedTo;

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "Platform/Platform.h"
 #include "QuarnCore/dedupe/AppDedupePlan.h"
@@ -25,12 +26,15 @@ class AppDedupeTrash {
   using Identity = std::pair<std::int32_t, std::uint64_t>;
   using MovedItem = AppUninstallSession::MovedItem;
 
+  /// Remembers which bundles the paths lead to that couldn't be looked at before.
+  void look();
   std::optional<Identity> identityAt(const std::string& path) const;
   /// Returns what became of the item by another path; nothing if there is none, or something else is there.
   const MovedItem* outcomeByAnotherPath(const std::string& path) const;
   void moveToTrash(const AppDedupeItem& item, const AppDedupeItem& keep, MovedItem& outcome) const;
 
   Platform& platform_;
+  std::vector<std::string> unseen_;        ///< paths
   std::map<std::string, Identity> found_;  ///< by path
   std::map<Identity, MovedItem> outcomes_;
 };

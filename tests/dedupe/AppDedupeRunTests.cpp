@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/dedupe/Deduping.h"
-#include "tests/support/Doubles.h"
+#include "tests/support/FileSystemDecorator.h"
 #include "tests/support/GatedPlatform.h"
 #include "tests/support/Replacing.h"
 
@@ -177,6 +177,39 @@ TEST(DedupeRun, aLauncherThatIsReachedByTwoPathsAndStaysIsTriedOnce) {
             (Lines{"/Applications/Linked/L.app: It broke.", "/Applications/Tools/L.app: It broke."}));
   EXPECT_EQ(asked, 1);
   EXPECT_TRUE(scene::exists("/Applications/Tools/L.app"));
+}
+
+/// The disk, but one item can't be looked at the first few times after it was planned.
+class Blinking : public FileSystemDecorator {
+ public:
+  Blinking(std::string path, int times)
+      : FileSystemDecorator(hostPlatform().files), path_(std::move(path)), times_(times) {}
+
+  Result<FileAttributes> attributes(const Path& path) const override {
+    if (path.text() == path_ && times_-- > 0) return PlatformError("test", 1, "It broke.");
+    return FileSystemDecorator::attributes(path);
+  }
+
+ private:
+  std::string path_;
+  mutable int times_;
+};
+
+TEST(DedupeRun, aPathThatCouldNotBeLookedAtOnceStillHasTheOutcomeOfItsBundle) {
+  for (const std::string path : {"/Applications/Linked/L.app", "/Applications/Tools/L.app"}) {
+    fs::remove_all(trash);
+    fs::remove("/Applications/Linked");
+    scene::makeApp(app);
+    scene::makeLauncher("/Applications/Tools/L.app", app);
+    scene::link("/Applications/Linked", "Tools");
+    const auto plan = planned();
+    Blinking files(path, 1);
+    Platform platform = replacing({.files = &files});
+    EXPECT_EQ(told(AppDedupeService::run(platform, plan)),
+              (Lines{"/Applications/Linked/L.app -> " + trash + "/L.app",
+                     "/Applications/Tools/L.app -> " + trash + "/L.app"}))
+        << path;
+  }
 }
 
 TEST(DedupeRun, whatStandsAtTheSecondPathByThenIsLookedAtAnew) {
