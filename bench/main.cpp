@@ -6,6 +6,7 @@
 #include <string>
 
 #include "bench/Contest.h"
+#include "bench/DedupeRows.h"
 #include "bench/HealthRows.h"
 #include "bench/InstallRows.h"
 #include "bench/Programs.h"
@@ -115,6 +116,7 @@ int main(int count, char** values) {
   bench::printSnapshotRows(values[1]);
   // Before the first move, which leaves a record.
   bench::printHealthRows(values[1]);
+  bench::printDedupeRows();
   bench::printInstallRows(values[1]);
   oneMove();
   starts();
