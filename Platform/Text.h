@@ -38,6 +38,10 @@ std::string trimmingWhitespace(std::string_view text);
 /// Removes spaces, tabs and line ends of every kind from both ends.
 std::string trimmingWhitespaceAndNewlines(std::string_view text);
 
+/// Replaces every occurrence of a word, compared byte by byte, by another text. What comes together by that
+/// isn't replaced. The word must not be empty.
+std::string replacing(std::string_view text, std::string_view word, std::string_view other);
+
 /// Returns the first `count` characters as people count them (grapheme clusters).
 std::string prefix(std::string_view text, std::size_t count);
 /// Returns how many characters a text has, counted in the same way.

@@ -47,6 +47,15 @@ std::optional<std::string> decodingFile(std::string_view bytes) {
   return std::string(bytes);
 }
 
+std::string replacing(std::string_view text, std::string_view word, std::string_view other) {
+  std::string result;
+  for (auto at = text.find(word); at != std::string_view::npos; at = text.find(word)) {
+    result.append(text.substr(0, at)).append(other);
+    text.remove_prefix(at + word.size());
+  }
+  return result.append(text);
+}
+
 std::string trimmingWhitespace(std::string_view text) {
   return trimming(text, [](auto stands) { return lengthOfOne(spaces, stands); });
 }

@@ -22,13 +22,6 @@ std::optional<std::string> launcherTarget(const ReadOnlyPlatform& platform, cons
   return text;
 }
 
-std::string withoutLauncherSuffix(std::string identifier) {
-  const std::string_view suffix = LauncherShim::identifierSuffix;
-  for (auto at = identifier.find(suffix); at != std::string::npos; at = identifier.find(suffix, at))
-    identifier.erase(at, suffix.size());
-  return identifier;
-}
-
 /// A target file without a text makes no launcher here: it names nothing that could be duplicated.
 bool isLauncher(const InfoPlist::Texts& texts, const AppDedupeItem& item) {
   return item.targetPath || InfoPlist::value(texts, "CFBundleExecutable") == LauncherShim::executableName ||
@@ -72,7 +65,7 @@ std::optional<AppDedupeItem> describe(const ReadOnlyPlatform& platform, const Pa
   AppDedupeItem item{.path = bundle.text(),
                      .displayName = displayName(*texts, bundle),
                      .bundleIdentifier = *identifier,
-                     .effectiveBundleIdentifier = withoutLauncherSuffix(*identifier),
+                     .effectiveBundleIdentifier = LauncherShim::withoutIdentifierSuffix(*identifier),
                      .targetPath = launcherTarget(platform, bundle),
                      .insideSymlinkedFolder = isInsideSymlinkedFolder(platform, bundle)};
   item.kind = kindOf(platform, *texts, item);

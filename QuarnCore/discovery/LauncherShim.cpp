@@ -20,6 +20,10 @@ bool isExternalAppLauncher(const ReadOnlyPlatform& platform, const Path& bundle,
   return Text::hasSuffix(InfoPlist::value(texts, "CFBundleIdentifier").value_or(""), identifierSuffix);
 }
 
+std::string withoutIdentifierSuffix(std::string_view identifier) {
+  return Text::replacing(identifier, identifierSuffix, "");
+}
+
 std::optional<std::string> targetText(std::string_view bytes) {
   const auto text = Text::decodingFile(bytes);
   if (!text) return std::nullopt;

@@ -22,6 +22,10 @@ Path executable(const Path& bundle);
 bool isExternalAppLauncher(const ReadOnlyPlatform& platform, const Path& bundle,
                            const InfoPlist::Texts& texts);
 
+/// Returns the identifier of the application for which a launcher was built: the suffix is removed wherever
+/// it occurs, because a launcher for a launcher has it twice.
+std::string withoutIdentifierSuffix(std::string_view identifier);
+
 /// Returns what the bytes of a target file say, without white space at its ends, or nothing if they aren't
 /// text. It can be empty, and anyone may have written it.
 std::optional<std::string> targetText(std::string_view bytes);

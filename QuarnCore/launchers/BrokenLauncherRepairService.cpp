@@ -10,15 +10,6 @@
 namespace quarn::BrokenLauncherRepairService {
 namespace {
 
-/// Removes the suffix that a launcher's identifier has, wherever it occurs: a launcher that was built for
-/// another launcher has it twice.
-std::string withoutSuffixes(std::string identifier) {
-  const std::string_view suffix = LauncherShim::identifierSuffix;
-  for (auto at = identifier.find(suffix); at != std::string::npos; at = identifier.find(suffix, at))
-    identifier.erase(at, suffix.size());
-  return identifier;
-}
-
 /// Resolved, since a folder of applications can be a link to the other one.
 bool isSameItem(const ReadOnlyPlatform& platform, const Path& one, const Path& other) {
   return Text::equal(platform.files.resolvingLinks(one).text(), platform.files.resolvingLinks(other).text());
@@ -51,7 +42,7 @@ bool isLauncher(const ReadOnlyPlatform& platform, const Path& bundle) {
 
 std::optional<Path> replacementTarget(const ReadOnlyPlatform& platform, const Path& launcher) {
   const auto identifier = BundleIdentifierReader::read(platform, launcher);
-  const std::string wanted = withoutSuffixes(identifier.value_or(""));
+  const std::string wanted = LauncherShim::withoutIdentifierSuffix(identifier.value_or(""));
   // An empty identifier names no application, and any application may have it.
   if (wanted.empty()) return std::nullopt;
   for (const Path& root : {Path("/Applications"), platform.places.home().appending("Applications")}) {

@@ -1,7 +1,5 @@
 #include "QuarnCore/uninstall/AppClassifier.h"
 
-#include <string_view>
-
 #include "Platform/Text.h"
 #include "QuarnCore/discovery/AppScanner.h"
 #include "QuarnCore/discovery/LauncherShim.h"
@@ -14,15 +12,6 @@ constexpr std::size_t longestDeveloper = 80;
 
 bool isInUserApplications(const Places& places, const std::string& path) {
   return Text::hasPrefix(path, places.home().text() + "/Applications");
-}
-
-std::string without(std::string_view word, std::string_view text) {
-  std::string rest;
-  for (auto at = text.find(word); at != std::string_view::npos; at = text.find(word)) {
-    rest += text.substr(0, at);
-    text.remove_prefix(at + word.size());
-  }
-  return rest.append(text);
 }
 
 bool isInFolderForMovedItems(const std::string& path) {
@@ -51,7 +40,8 @@ std::optional<std::string> developer(const InfoPlist::Texts& texts) {
   for (const char* key : {"CFBundleGetInfoString", "NSHumanReadableCopyright"}) {
     const std::string text = InfoPlist::value(texts, key).value_or("");
     if (text.empty()) continue;
-    const std::string name = Text::trimmingWhitespaceAndNewlines(without("©", without("Copyright", text)));
+    const std::string name =
+        Text::trimmingWhitespaceAndNewlines(Text::replacing(Text::replacing(text, "Copyright", ""), "©", ""));
     return Text::prefix(name, longestDeveloper);
   }
   return std::nullopt;

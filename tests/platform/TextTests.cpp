@@ -55,6 +55,14 @@ TEST(Text, equalityGoesByCanonicalEquivalence) {
   EXPECT_FALSE(Text::equal(noText, "\xFE\xFF"));
 }
 
+TEST(Text, replacesEachOccurrenceOfAWordOnce) {
+  EXPECT_EQ(Text::replacing("a-b--c", "-", "+"), "a+b++c");
+  EXPECT_EQ(Text::replacing("quarn.quarn", "quarn", "app"), "app.app");
+  EXPECT_EQ(Text::replacing("aabb", "ab", ""), "ab") << "what comes together stays";
+  EXPECT_EQ(Text::replacing("", "x", "y"), "");
+  EXPECT_EQ(Text::replacing("abc", "abcd", "y"), "abc");
+}
+
 TEST(Text, prefixesAndSuffixesGoByCanonicalEquivalence) {
   EXPECT_TRUE(Text::hasPrefix("/Caf" + decomposed + "/x", "/Caf" + composed));
   EXPECT_TRUE(Text::hasPrefix("abc", "ab"));
