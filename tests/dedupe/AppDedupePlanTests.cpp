@@ -187,11 +187,12 @@ TEST(DedupePlan, theFirstByPathOfSeveralRealApplicationsStays) {
 }
 
 TEST(DedupePlan, groupsAreInTheOrderOfTheirNamesAsTexts) {
-  for (const std::string name : {"b", "B", "a", "Z", "e\u0301", "\u00E9\u00E9"}) {
-    scene::makeApp("/Applications/real " + name + ".app",
-                   {.identifier = "com.example." + name, .displayName = name});
-    scene::makeApp("/Applications/" + name + ".app",
-                   {.identifier = "com.example." + name + ".externallauncher"});
+  int number = 0;
+  for (const std::string name : {"B", "Z", "a", "b", "e\u0301", "\u00E9\u00E9"}) {
+    // The order of the identifiers is the other way round.
+    const std::string identifier = "com.example." + std::to_string(9 - number++);
+    scene::makeApp("/Applications/real " + name + ".app", {.identifier = identifier, .displayName = name});
+    scene::makeApp("/Applications/" + name + ".app", {.identifier = identifier + ".externallauncher"});
   }
   std::vector<std::string> names;
   for (const auto& group : planned().groups) names.push_back(group.displayName);
