@@ -73,6 +73,13 @@ ln -s /Volumes/X9/Papers /Users/me/Papers
 quarn move restore /Users/me/Papers
 cut home restore
 
+mkdir -p /Users/me/Applications /Users/me/Library/Caches
+fill /Users/me/Applications/Bar.app
+keep /Users/me/Applications/Bar.app uninstall
+fill /Users/me/Library/Caches/Bar
+quarn uninstall run /Users/me/Applications/Bar.app
+cut home uninstall
+
 [ -n "$hasPackages" ] || exit 0
 baz=/tmp/payload/Applications/Baz.app
 fill "$baz"
@@ -111,6 +118,15 @@ failed=0
 survived one ExternalQuarn/Apps/Foo.app
 survived path Movies
 survived restore Papers
+survived uninstall .Trash/Bar.app
+look uninstall || exit 1
+for item in Applications/Bar.app Library/Caches/Bar; do
+  sed 's,\\/,/,g' "$work/seen/Library/Application Support/Quarn/UninstallSessions"/*/session.json 2>/dev/null |
+    grep -qF "\"originalPath\" : \"/Users/me/$item\"" ||
+    { echo "after the power cut the session doesn't tell of $item" && failed=1; }
+  [ -e "$work/seen/.Trash/${item##*/}" ] || { echo "after the power cut $item isn't in the Trash" && failed=1; }
+done
+umount "$work/seen"
 if [ -n "$hasPackages" ]; then
   survived install ExternalQuarn/Apps/Baz.app
   look install-session || exit 1
