@@ -12,14 +12,17 @@ inline constexpr Flag includeCaches{.name = "--include-caches", .meaning = "take
 inline constexpr Flag includeLogs{.name = "--include-logs", .meaning = "takes the logs"};
 inline constexpr Flag includePrefs{.name = "--include-prefs", .meaning = "takes the preferences"};
 inline constexpr Flag includeContainers{.name = "--include-containers", .meaning = "takes the containers"};
-inline constexpr Flag includeReceipts{.name = "--include-receipts", .meaning = "shows the receipts"};
+inline constexpr Flag includeReceipts{
+    .name = "--include-receipts",
+    .meaning = "takes nothing: receipts are only shown",
+};
 inline constexpr Flag includeLaunchAgents{
     .name = "--include-launch-agents",
     .meaning = "takes the launch agents",
 };
 inline constexpr Flag includeLaunchDaemons{
     .name = "--include-launch-daemons",
-    .meaning = "shows the launch daemons",
+    .meaning = "takes nothing: launch daemons are only shown",
 };
 inline constexpr Flag includeExternalTarget{
     .name = "--include-external-target",
