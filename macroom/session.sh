@@ -52,3 +52,6 @@ show /Applications/Lantern.app/Contents/MacOS/ExternalAppLauncher
 }
 show ls /Applications /Volumes/X9/ExternalQuarn/Apps
 type_in 'quarn health repair --no-snapshot --yes | tail -n 1'
+show quarn uninstall plan "/Applications/Tape Loft.app" --format human
+show quarn uninstall run "/Applications/Tape Loft.app"
+show ls -A "$HOME/.Trash"

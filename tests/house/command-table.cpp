@@ -3,14 +3,19 @@
 #include <vector>
 
 #include "QuarnCLI/dispatch/CommandTable.h"
+#include "QuarnCLI/uninstall/UninstallFlags.h"
 #include "QuarnCore/health/HealthIssue.h"
+#include "QuarnCore/uninstall/UninstallSelection.h"
 
-// Prints a table of the README from the program's own: command-table commands|flags|statuses|kinds
+// Prints a table of a document from the program's own: command-table commands|flags|statuses|kinds|categories
 
 namespace {
 
 using quarn::Command;
 using quarn::Flag;
+using quarn::UninstallCategory;
+using quarn::UninstallSelection;
+using quarn::UninstallSwitch;
 using quarn::ValueKind;
 
 std::vector<const Command*> availableCommands() {
@@ -124,6 +129,41 @@ std::string kindTable() {
   return table;
 }
 
+bool governsCategory(UninstallSwitch governing) {
+  for (const UninstallCategory category : quarn::allCases<UninstallCategory>()) {
+    if (quarn::switchOf(category) == governing) return true;
+  }
+  return false;
+}
+
+/// The switch of what a link or a launcher leads to, which is an executable, too, is the one without a
+/// category.
+const Flag* flagOf(UninstallCategory category) {
+  for (const auto& [flag, governed] : quarn::UninstallFlags::includes) {
+    const bool isOfTarget = category == UninstallCategory::executable && !governsCategory(governed);
+    if (governed == quarn::switchOf(category) || isOfTarget) return flag;
+  }
+  return nullptr;
+}
+
+std::string withoutFlags(UninstallCategory category) {
+  if (category == UninstallCategory::executable) return "the application goes in any case";
+  // Always on, and no record is ever selected by the scan.
+  if (category == UninstallCategory::installerSession) return "stays";
+  const bool isTaken = UninstallSelection::everything().allows(category) && rowOf(category).defaultSelected;
+  return isTaken ? "goes" : "stays";
+}
+
+std::string categoryTable() {
+  std::string table = head({"Category", "In reports", "Flag", "What the flag does", "Without any flag"});
+  for (const UninstallCategory category : quarn::allCases<UninstallCategory>()) {
+    const Flag* flag = flagOf(category);
+    table += row({std::string(rowOf(category).label), code(rawValue(category)), flag ? code(flag->name) : "",
+                  flag ? std::string(flag->meaning) : "", withoutFlags(category)});
+  }
+  return table;
+}
+
 }  // namespace
 
 int main(int count, char** words) {
@@ -133,8 +173,9 @@ int main(int count, char** words) {
   if (wanted == "flags") table = flagTable();
   if (wanted == "statuses") table = statusTable();
   if (wanted == "kinds") table = kindTable();
+  if (wanted == "categories") table = categoryTable();
   if (table.empty()) {
-    std::fputs("usage: command-table commands|flags|statuses|kinds\n", stderr);
+    std::fputs("usage: command-table commands|flags|statuses|kinds|categories\n", stderr);
     return 2;
   }
   std::fputs(table.c_str(), stdout);

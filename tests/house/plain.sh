@@ -11,6 +11,7 @@ plain() {
     -e 's/\b[0-9]{8}_[0-9]{6}\b/SESSION/g' \
     -e 's/\b[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}\b/UUID/g' \
     -e 's/(files\t)[0-9]+/\1COUNT/' \
+    -e 's/\([0-9]+ bytes, /(SIZE bytes, /' \
     -e 's/(item\t[a-z]+\t)[0-9]+/\1SIZE/' \
     -e 's/"sizeBytes" : [0-9]+/"sizeBytes" : SIZE/' \
     -e 's/neededBytes = [0-9]+/neededBytes = SIZE/' |

@@ -1,18 +1,23 @@
 #!/bin/sh
-# The README's tables of commands, flags, exit statuses and kinds of problems are those of the program:
-#   readme-tables.sh README COMMAND-TABLE [--write]
-# With --write they are put into the README, for a change to a row.
+# The README's tables of commands, flags, exit statuses and kinds of problems, and the table of categories in
+# docs/uninstalling.md, are those of the program:
+#   readme-tables.sh DOCUMENT COMMAND-TABLE [--write]
+# With --write they are put into the document, for a change to a row.
 set -u
 readme=$1 tables=$2 write=${3:-}
+case "$readme" in
+  *uninstalling.md) names="categories" ;;
+  *) names="commands flags statuses kinds" ;;
+esac
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 status=0
 
-for table in commands flags statuses kinds; do
+for table in $names; do
   begin="<!-- table: $table -->"
   "$tables" "$table" >"$work/wanted" || exit 1
   if [ "$(grep -cxF -e "$begin" "$readme")" -ne 1 ]; then
-    echo "the README has no one place for the table of $table"
+    echo "$readme has no one place for the table of $table"
     exit 1
   fi
   if ! awk -v begin="$begin" '
@@ -20,7 +25,7 @@ for table in commands flags statuses kinds; do
     $0 == begin { inside = 1 }
     END { exit !found }
   ' "$readme"; then
-    echo "the table of $table has no end in the README"
+    echo "the table of $table has no end in $readme"
     exit 1
   fi
   if [ "$write" = --write ]; then
@@ -37,5 +42,5 @@ for table in commands flags statuses kinds; do
   ' "$readme" >"$work/shown"
   diff -u "$work/shown" "$work/wanted" || status=1
 done
-[ $status -eq 0 ] || echo "tests/house/readme-tables.sh README.md $tables --write puts the tables into the README"
+[ $status -eq 0 ] || echo "tests/house/readme-tables.sh $readme $tables --write puts the tables into the document"
 exit $status

@@ -2,7 +2,11 @@
 # The scenes of the README. Sourced by scenes.sh.
 
 scene_session() { furnished && download; }
-after_session() { expect_app "$app"; expect_data "$dataCopy"; }
+after_session() {
+  expect_app "$app"
+  expect_data "$dataCopy"
+  put_back_the_newest
+}
 
 scene_know() { furnished; }
 after_know() { expect_link "/Applications/Tape Loft.app" "$drive/ExternalQuarn/Apps/Tape Loft.app"; }
