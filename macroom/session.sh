@@ -52,6 +52,11 @@ show /Applications/Lantern.app/Contents/MacOS/ExternalAppLauncher
 }
 show ls /Applications /Volumes/X9/ExternalQuarn/Apps
 type_in 'quarn health repair --no-snapshot --yes | tail -n 1'
+show quarn install run "$HOME/Downloads/Lantern.app" --option trusted-external --target-drive /Volumes/X9 --format human
+show mkdir -p "$HOME/Applications"
+show mv /Volumes/X9/ExternalQuarn/Apps/Lantern.app "$HOME/Applications/"
+show quarn dedupe scan
+type_in 'quarn dedupe run --yes | tail -n 1'
 show quarn uninstall plan "/Applications/Tape Loft.app" --format human
 show quarn uninstall run "/Applications/Tape Loft.app"
 show ls -A "$HOME/.Trash"
