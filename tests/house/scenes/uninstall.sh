@@ -1,8 +1,7 @@
 # shellcheck shell=bash disable=SC2034,SC2154  # shares its names with ../scenes.sh
-# Uninstalls as the README and docs/uninstalling.md show them. Sourced by scenes.sh.
+# Uninstalls as the README and docs/uninstalling.md show them; `sudo` stands in another-name.sh. Sourced by scenes.sh.
 
 library="$HOME/Library"
-sudo() { "$@"; }
 
 # write PATH…: a small file at each, with the folders that it needs.
 write() {
