@@ -37,6 +37,12 @@ Lines Trial::placesOf(const std::string& item, const Tree& now) const {
                          fs::path(item).parent_path().string() + "/.QuarnTrash"};
   for (const std::string& folder : folders)
     for (const std::string& name : fault::names(folder)) places.push_back(folder + "/" + name);
+  // A volume whose top can't be found has its Trash elsewhere: where the session says.
+  for (const Session& session : sessions())
+    for (const auto& each : session.items)
+      if (each.place == item && each.trashedTo) places.push_back(*each.trashedTo);
+  std::sort(places.begin(), places.end());
+  places.erase(std::unique(places.begin(), places.end()), places.end());
   std::erase_if(places, [&](const std::string& place) {
     return in(now, place) != whole || (place != item && before_.contains(place));
   });
@@ -144,7 +150,10 @@ std::string Trial::progressProblems(const std::string& line, const Tree& now) co
   const auto isGone = [&](const std::string& path) { return !stands(now, path); };
   const std::string path = line.substr(line.find_last_of('\t') + 1);
   if (line.starts_with("trash\t") && !isGone(path)) return "UNTRUE: " + line + "\n";
-  if (line.starts_with("keep\t") && isGone(path)) return "UNTRUE: " + line + "\n";
+  // Why it stays stands behind it.
+  const std::string kept = line.substr(0, line.find_last_of('\t'));
+  if (line.starts_with("keep\t") && isGone(kept.substr(kept.find_last_of('\t') + 1)))
+    return "UNTRUE: " + line + "\n";
   if (line.starts_with("session\t") && !trees::session(path)) return "UNTRUE: " + line + "\n";
   return "";
 }
