@@ -138,7 +138,8 @@ class Removal {
     // Aside can also mean the Trash, if it takes at the second attempt what it refused at the first.
     if (place && place->parent() != beside) item.trashedTo = place->text();
     item.stashedTo = beside.text();
-    item.succeeded = isGone(path);
+    // What was moved is gone, also if that can't be looked up.
+    item.succeeded = place || isGone(path);
     reporter_.log(step("stash", candidate));
   }
 

@@ -7,6 +7,7 @@
 #include "QuarnCore/uninstall/UninstallSessionStore.h"
 #include "tests/support/Child.h"
 #include "tests/support/FakeTools.h"
+#include "tests/support/FileSystemDecorator.h"
 #include "tests/support/GatedPlatform.h"
 #include "tests/uninstall/Uninstalling.h"
 
@@ -176,6 +177,26 @@ TEST(UninstallRunner, tellsWhereAnItemIsThatTheTrashTookAtTheSecondAttempt) {
   EXPECT_EQ(session.movedItems[2].trashedTo, inTrash("com.example.foo"));
   EXPECT_EQ(session.movedItems[2].stashedTo, library + "/Caches/.QuarnTrash");
   EXPECT_TRUE(session.movedItems[2].succeeded);
+}
+
+/// Can't tell any more whether something stands where the application was.
+class BlindForWhatWent : public FileSystemDecorator {
+ public:
+  using FileSystemDecorator::FileSystemDecorator;
+  Result<FileAttributes> attributes(const Path& path) const override {
+    if (path.text() == foo && !scene::exists(foo))
+      return PlatformError(cocoaErrorDomain, CocoaErrorCode::fileReadUnknown, "an error of the disk");
+    return FileSystemDecorator::attributes(path);
+  }
+};
+
+TEST(UninstallRunner, knowsThatWhatItMovedAsideIsGoneWithoutALook) {
+  makeFoo();
+  doubles::RefusingTrash trash;
+  BlindForWhatWent files(hostPlatform().files);
+  const auto session = Runner().run(planned(), replacing({.files = &files, .trash = &trash}));
+  EXPECT_FALSE(scene::exists(foo));
+  EXPECT_TRUE(session.movedItems[0].succeeded);
 }
 
 TEST(UninstallRunner, goesOnAfterAnItemThatStays) {
