@@ -63,7 +63,7 @@ void printTSV(const AppDedupeRunResult& result) {
   Console::print("");
   Console::print(tabSeparated({"action", "path", "succeeded", "trashed_to", "error"}));
   for (const auto& item : result.movedItems) {
-    Console::print(tabSeparated({"trash", item.originalPath, item.succeeded ? "true" : "false",
+    Console::print(tabSeparated({"trash", item.originalPath, ReportText::word(item.succeeded),
                                  item.trashedTo.value_or(""), item.error.value_or("")}));
   }
 }
@@ -92,7 +92,7 @@ void printTOML(const AppDedupePlan& plan) {
 void printTOML(const AppDedupeRunResult& result) {
   printTOML(result.plan);
   Console::print("[run]");
-  Console::print(std::string("dryRun = ") + (result.dryRun ? "true" : "false"));
+  Console::print(TOMLFormatter::keyed("dryRun", result.dryRun));
   Console::print("movedItems = " + std::to_string(result.movedItems.size()));
 }
 

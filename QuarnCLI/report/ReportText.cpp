@@ -1,9 +1,8 @@
 #include "QuarnCLI/report/ReportText.h"
 
 namespace quarn::ReportText {
-namespace {
 
-std::string join(const std::vector<std::string>& pieces, char separator) {
+std::string join(const std::vector<std::string>& pieces, std::string_view separator) {
   std::string text;
   for (std::size_t i = 0; i < pieces.size(); ++i) {
     if (i > 0) text += separator;
@@ -12,10 +11,12 @@ std::string join(const std::vector<std::string>& pieces, char separator) {
   return text;
 }
 
-}  // namespace
+std::string word(bool flag) {
+  return flag ? "true" : "false";
+}
 
 std::string joined(const std::vector<std::string>& lines) {
-  return join(lines, '\n') + "\n";
+  return join(lines, "\n") + "\n";
 }
 
 std::string joinedOrNothing(const std::vector<std::string>& lines) {
@@ -23,7 +24,7 @@ std::string joinedOrNothing(const std::vector<std::string>& lines) {
 }
 
 std::string tabSeparated(const std::vector<std::string>& fields) {
-  return join(fields, '\t');
+  return join(fields, "\t");
 }
 
 }  // namespace quarn::ReportText

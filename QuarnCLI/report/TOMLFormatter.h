@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "QuarnCLI/report/ReportText.h"
+
 namespace quarn::TOMLFormatter {
 
 /// A value in double quotes, with backslashes and double quotes escaped and nothing else: a line feed
@@ -19,7 +21,7 @@ std::string singleLine(std::string_view text);
 std::string keyed(std::string_view key, const std::string& text);
 std::string keyed(std::string_view key, std::int64_t number);
 std::string keyed(std::string_view key, std::same_as<bool> auto flag) {
-  return std::string(key) + " = " + (flag ? "true" : "false");
+  return std::string(key) + " = " + ReportText::word(flag);
 }
 
 /// `key = ["a", "b"]`.

@@ -9,18 +9,12 @@ using ReportText::joinedOrNothing;
 using ReportText::tabSeparated;
 
 std::string dry(const AppUninstallSession& session) {
-  return std::string("dry=") + (session.dryRun ? "true" : "false");
+  return "dry=" + ReportText::word(session.dryRun);
 }
 
 std::string line(const UninstallCandidate& candidate) {
   return std::string("  ") + (candidate.defaultSelected ? "*" : "-") + " " + candidate.path + " (" +
          std::to_string(candidate.sizeBytes) + " bytes, " + std::string(rawValue(candidate.confidence)) + ")";
-}
-
-std::string list(const std::vector<std::string>& texts) {
-  std::string all;
-  for (const std::string& text : texts) all += (all.empty() ? "" : ", ") + text;
-  return all;
 }
 
 }  // namespace
@@ -52,7 +46,8 @@ std::string plan(const AppUninstallPlan& plan) {
 std::string session(const AppUninstallSession& session) {
   Lines lines = {"Uninstalled " + session.appName + " — " + std::to_string(session.movedItems.size()) +
                  " items, " + dry(session)};
-  if (!session.forgottenReceipts.empty()) lines.push_back("receipts: " + list(session.forgottenReceipts));
+  if (!session.forgottenReceipts.empty())
+    lines.push_back("receipts: " + ReportText::join(session.forgottenReceipts, ", "));
   return joinedOrNothing(lines);
 }
 

@@ -5,13 +5,10 @@ namespace quarn::UninstallTSVFormatter {
 namespace {
 
 using ReportText::tabSeparated;
+using ReportText::word;
 
 std::string orDash(const std::optional<std::string>& text) {
   return text.value_or("-");
-}
-
-std::string word(bool flag) {
-  return flag ? "true" : "false";
 }
 
 }  // namespace

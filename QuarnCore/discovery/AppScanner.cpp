@@ -15,14 +15,6 @@ namespace quarn {
 namespace AppScanner {
 namespace {
 
-std::string displayName(const InfoPlist::Texts& texts, const Path& bundle) {
-  for (const char* key : {"CFBundleDisplayName", "CFBundleName"}) {
-    const std::string name = InfoPlist::value(texts, key).value_or("");
-    if (!name.empty()) return name;
-  }
-  return bundle.nameWithoutExtension();
-}
-
 InfoPlist::Texts textsOf(const ReadOnlyPlatform& platform, const Path& bundle) {
   return InfoPlist::read(platform, bundle).value_or(InfoPlist::Texts{});
 }
@@ -34,7 +26,7 @@ AppEntry describe(const ReadOnlyPlatform& platform, const ProtectedPlaces& place
   entry.bundlePath = bundle;
   entry.bundleIdentifier = InfoPlist::value(texts, "CFBundleIdentifier");
   entry.id = entry.bundleIdentifier.value_or(bundle.text());
-  entry.name = displayName(texts, bundle);
+  entry.name = InfoPlist::name(texts).value_or(bundle.nameWithoutExtension());
   entry.version = InfoPlist::value(texts, "CFBundleShortVersionString");
   entry.isAlreadySymlinked = isLauncher || isSymbolicLinkOrInsideOne(platform, bundle);
   entry.dataPaths = DataLocator::locate(

@@ -11,6 +11,13 @@ std::optional<Texts> read(const ReadOnlyPlatform& platform, const Path& bundle) 
   return PropertyList::texts(*bytes);
 }
 
+std::optional<std::string> name(const Texts& texts) {
+  for (const char* key : {"CFBundleDisplayName", "CFBundleName"}) {
+    if (auto text = value(texts, key); text && !text->empty()) return text;
+  }
+  return std::nullopt;
+}
+
 std::optional<std::string> value(const Texts& texts, const std::string& key) {
   const auto found = texts.find(key);
   if (found == texts.end()) return std::nullopt;

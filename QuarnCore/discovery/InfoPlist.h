@@ -15,6 +15,10 @@ using Texts = std::map<std::string, std::string>;
 /// isn't a dictionary.
 std::optional<Texts> read(const ReadOnlyPlatform& platform, const Path& bundle);
 
+/// Returns the name for people, `CFBundleDisplayName` or else `CFBundleName`; nothing if both are absent or
+/// empty.
+std::optional<std::string> name(const Texts& texts);
+
 /// Returns the value of a key, if it is there.
 std::optional<std::string> value(const Texts& texts, const std::string& key);
 }  // namespace InfoPlist

@@ -2,23 +2,18 @@
 
 #include "Platform/Text.h"
 #include "QuarnCore/discovery/AppScanner.h"
-#include "QuarnCore/discovery/AssociatedDataPaths.h"
 #include "QuarnCore/uninstall/AppClassifier.h"
 
 namespace quarn::AppRecordBuilder {
 namespace {
 
-std::string nameInTexts(const InfoPlist::Texts& texts) {
-  const std::string displayName = InfoPlist::value(texts, "CFBundleDisplayName").value_or("");
-  return displayName.empty() ? InfoPlist::value(texts, "CFBundleName").value_or("") : displayName;
-}
-
 /// The folder's name is the one that people see. The name in the property list counts only if it says more.
 std::string displayName(const InfoPlist::Texts& texts, const Path& bundle) {
   const std::string folderName = bundle.nameWithoutExtension();
-  if (nameInTexts(texts).empty()) return folderName;
+  const auto name = InfoPlist::name(texts);
+  if (!name) return folderName;
   const std::string shown = Text::trimmingWhitespaceAndNewlines(folderName);
-  const std::string told = Text::trimmingWhitespaceAndNewlines(nameInTexts(texts));
+  const std::string told = Text::trimmingWhitespaceAndNewlines(*name);
   if (Text::localizedCaseInsensitiveCompare(shown, told) == 0) return shown;
   return Text::characterCount(shown) >= Text::characterCount(told) ? shown : told;
 }
@@ -59,7 +54,7 @@ AppRecord build(const ReadOnlyPlatform& platform, const Path& bundle) {
   record.isQuarnLauncher = classification.isLauncher;
   record.externalTargetPath = classification.externalTarget;
   addFlags(platform, bundle, record);
-  if (SupplementalInstall::matches(platform.places, record.bundlePath))
+  if (SupplementalInstall::matches(platform.places, record))
     record.displayName = Slug::supplementalDisplayName(record);
   return record;
 }
