@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string_view>
 
+#include "Platform/Text.h"
 #include "QuarnCore/discovery/AppBundleScanRoots.h"
 #include "QuarnCore/foundation/AppStorageNames.h"
 
@@ -75,7 +76,8 @@ Sightings onNamedDrive(const Sighting& item, Paths (*onDrive)(const Path& drive)
 
 }  // namespace
 
-ProtectedPlaces::ProtectedPlaces(const ReadOnlyPlatform& platform) : files_(platform.files) {
+ProtectedPlaces::ProtectedPlaces(const ReadOnlyPlatform& platform)
+    : files_(platform.files), volumes_(platform.volumes) {
   Paths ownFolders = {AppStorageNames::supportRoot(platform.places)};
   Paths recordsAndBackups = ownFolders;
   Paths places = AppBundleScanRoots::standardApplicationRoots(platform, true);
@@ -102,8 +104,23 @@ bool ProtectedPlaces::isInOwnFolder(const Sighting& item) const {
   return isInAny(where, ownFolders_) || isInAny(where, onNamedDrive(where, ownFoldersOn));
 }
 
+/// The list of drives leaves out volumes that are hidden or mounted elsewhere. Such a volume can hold
+/// backups, too.
+bool ProtectedPlaces::isInBackups(const Path& resolved) const {
+  for (Path folder = resolved; folder.parent() != folder; folder = folder.parent()) {
+    if (folder.lastComponent() != AppStorageNames::backupsRoot) continue;
+    const auto mountPoints = volumes_.mountPoints();
+    if (!mountPoints || std::any_of(mountPoints->begin(), mountPoints->end(), [&](const Path& mountPoint) {
+          return Text::equal(mountPoint.text(), folder.parent().text());
+        }))
+      return true;
+  }
+  return false;
+}
+
 bool ProtectedPlaces::isRecordOrBackup(const Sighting& item) const {
-  return isInAny(item, recordsAndBackups_) || isInAny(item, onNamedDrive(item, backupsOn));
+  return isInBackups(item.leadsTo) || isInAny(item, recordsAndBackups_) ||
+         isInAny(item, onNamedDrive(item, backupsOn));
 }
 
 }  // namespace quarn

@@ -25,7 +25,10 @@ class ProtectedPlaces {
   bool isRecordOrBackup(const Sighting& item) const;
 
  private:
+  bool isInBackups(const Path& resolved) const;
+
   const FileSystem& files_;
+  const Volumes& volumes_;
   std::vector<Sighting> places_;
   std::vector<Sighting> ownFolders_;
   std::vector<Sighting> recordsAndBackups_;

@@ -29,6 +29,16 @@ bool allows(const std::string& path, const InstallerSession& session = sessionOf
   return ChangedPathGuard(hostPlatform(), session).allows(Path(path));
 }
 
+TEST(Uninstalling, leavesBackupsOnAVolumeThatIsMountedAnywhere) {
+  if (!scene::hasMounts()) GTEST_SKIP() << "This room has no mounts.";
+  scene::makeFolder("/Users/me/Mnt");
+  ASSERT_EQ(std::system("mount -t tmpfs none /Users/me/Mnt"), 0);
+  scene::makeLauncher("/Users/me/Mnt/QuarnBackups/1/L.app", "/x");
+  scene::makeLauncher("/Users/me/Mnt/L.app", "/x");
+  EXPECT_FALSE(allows("/Users/me/Mnt/QuarnBackups/1/L.app"));
+  EXPECT_TRUE(allows("/Users/me/Mnt/L.app"));
+}
+
 TEST(UninstallPlan, takesContentsBeforeTheirFolderAndThenTheReceipts) {
   EXPECT_EQ(UninstallPlanner::plan(sessionOf({"/b", "/a/x", "/a", "/a/x/y"}, {"com.b", "com.a"})),
             (Texts{"trash\t/b", "trash\t/a/x/y", "trash\t/a/x", "trash\t/a", "forget-receipt\tcom.b",
