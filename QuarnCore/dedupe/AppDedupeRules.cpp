@@ -35,11 +35,6 @@ AppDedupeItemKind kindOf(const ReadOnlyPlatform& platform, const InfoPlist::Text
                                                         : AppDedupeItemKind::realApp;
 }
 
-std::string displayName(const InfoPlist::Texts& texts, const Path& bundle) {
-  if (auto name = nonEmptyText(texts, "CFBundleDisplayName")) return *std::move(name);
-  return nonEmptyText(texts, "CFBundleName").value_or(bundle.nameWithoutExtension());
-}
-
 bool isApplicationsFolder(const ReadOnlyPlatform& platform, const Path& folder) {
   const Path ofUser = platform.files.standardized(platform.places.home().appending("Applications"));
   return folder == Path("/Applications") || Text::equal(folder.text(), ofUser.text());
@@ -63,7 +58,7 @@ std::optional<AppDedupeItem> describe(const ReadOnlyPlatform& platform, const Pa
   auto identifier = nonEmptyText(*texts, "CFBundleIdentifier");
   if (!identifier) return std::nullopt;
   AppDedupeItem item{.path = bundle.text(),
-                     .displayName = displayName(*texts, bundle),
+                     .displayName = InfoPlist::name(*texts).value_or(bundle.nameWithoutExtension()),
                      .bundleIdentifier = *identifier,
                      .effectiveBundleIdentifier = LauncherShim::withoutIdentifierSuffix(*identifier),
                      .targetPath = launcherTarget(platform, bundle),
@@ -91,8 +86,10 @@ bool isDuplicate(const ReadOnlyPlatform& platform, const AppDedupeItem& item, co
     return false;
   // A link can lead to a launcher, and is still a link.
   if (platform.files.isSymbolicLink(Path(item.path))) return false;
-  return !item.targetPath || Text::equal(*item.targetPath, keep.path) ||
-         !platform.files.exists(Path(*item.targetPath));
+  if (!item.targetPath || Text::equal(*item.targetPath, keep.path)) return true;
+  // Where a relative path starts depends on who reads it, so it may be of something that exists.
+  const Path target(*item.targetPath);
+  return target.isAbsolute() && !platform.files.exists(target);
 }
 
 }  // namespace quarn::AppDedupeRules

@@ -37,7 +37,9 @@ void AppDedupeTrash::moveToTrash(const AppDedupeItem& item, const AppDedupeItem&
                                  MovedItem& outcome) const {
   try {
     AppDedupeGuard::requireRemovable(platform_, item, keep);
-    outcome.trashedTo = platform_.trash.moveToTrash(Path(item.path)).orThrow().text();
+    const Path inTrash = platform_.trash.moveToTrash(Path(item.path)).orThrow();
+    // The system needn't say where.
+    if (!inTrash.text().empty()) outcome.trashedTo = inTrash.text();
     outcome.succeeded = true;
   } catch (const LocalizedError& error) {
     outcome.error = error.localizedDescription();

@@ -30,7 +30,7 @@ TEST(DedupeGuard, aDuplicateMayGo) {
   EXPECT_EQ(refusal(), "nothing");
   scene::link("/Volumes/X9/dangling", "/nowhere");
   for (const std::string& target :
-       {std::string("/Volumes/X9/dangling"), std::string(70'000, 'x'), "/" + std::string(300, 'x'),
+       {std::string("/Volumes/X9/dangling"), "/" + std::string(70'000, 'x'), "/" + std::string(300, 'x'),
         "/Volumes/X9" + std::string(1, '\0'), app + "\n" + app}) {
     scene::write(launcher + targetFile, target);
     EXPECT_EQ(refusal(), "nothing") << target.substr(0, 60);

@@ -58,8 +58,8 @@ TEST(DedupePlan, aLauncherOfAnotherApplicationThatExistsStays) {
 TEST(DedupePlan, aLauncherWhoseTargetIsMissingOrUnknownIsADuplicate) {
   scene::makeApp(app);
   for (const std::string& target :
-       {copy, std::string(), std::string(" \n\t"), std::string("Foo.app"), std::string("\xFF\xFE"),
-        app + "\n" + app, std::string(70'000, 'x'), "/Volumes/X9" + std::string(1, '\0')}) {
+       {copy, std::string(), std::string(" \n\t"), std::string("/Foo.app"), std::string("\xFF\xFE"),
+        app + "\n" + app, "/" + std::string(70'000, 'x'), "/Volumes/X9" + std::string(1, '\0')}) {
     scene::makeLauncher(launcher, "");
     scene::write(launcher + targetFile, target);
     EXPECT_EQ(told(planned()), duplicateTold) << target.substr(0, 60);

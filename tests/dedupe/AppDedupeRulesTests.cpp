@@ -39,6 +39,14 @@ TEST(DedupeRules, anItemIsScoredByWhatItIsAndWhereItIs) {
   EXPECT_EQ(score(itemAt("/ApplicationsToo/Foo.app", Kind::realApp)), 100);
 }
 
+TEST(DedupeRules, aLauncherWithARelativeTargetIsNoDuplicate) {
+  AppDedupeItem relative = itemAt(launcher, Kind::quarnLauncher);
+  relative.targetPath = "Foo.app";
+  EXPECT_FALSE(AppDedupeRules::isDuplicate(hostPlatform(), relative, itemAt(app, Kind::realApp)));
+  relative.targetPath = "/nowhere/Foo.app";
+  EXPECT_TRUE(AppDedupeRules::isDuplicate(hostPlatform(), relative, itemAt(app, Kind::realApp)));
+}
+
 TEST(DedupeRules, aLauncherIsKnownByItsTargetItsExecutableOrItsIdentifier) {
   scene::makeApp(app);
   EXPECT_EQ(kindOf(app), Kind::realApp);
