@@ -22,8 +22,17 @@ std::string report(const AppUninstallSession& session, InstallOutputFormat forma
   return UninstallTOMLFormatter::session(session);
 }
 
-void tellStep(const std::string& line) {
-  Console::writeError("progress\t" + line + "\n");
+/// Tells the steps if they were asked for, what isn't in the Trash, and where everything is if that couldn't
+/// be recorded.
+AppUninstallReporter reporterFor(bool tellsSteps) {
+  AppUninstallReporter reporter;
+  if (tellsSteps)
+    reporter.log = [](const std::string& line) { Console::writeError("progress\t" + line + "\n"); };
+  reporter.warn = [](const std::string& sentence) { Console::writeError("warning\t" + sentence + "\n"); };
+  reporter.unrecorded = [](const AppUninstallSession& session) {
+    Console::writeError(UninstallTOMLFormatter::session(session));
+  };
+  return reporter;
 }
 
 AppUninstallSession rehearse(const ReadOnlyPlatform& platform, const CLIArgs& args,
@@ -43,26 +52,6 @@ AppUninstallSession carryOut(Platform& platform, const CLIArgs& args, const Unin
   return AppUninstallRunner::run(platform, plan, selection, false, std::nullopt, reporter);
 }
 
-/// Carries out, and tells the steps if that fails midway: then nothing else tells what went.
-AppUninstallSession carryOutOrTell(Platform& platform, const CLIArgs& args,
-                                   const UninstallSelection& selection, bool tellsSteps) {
-  std::vector<std::string> untold;
-  AppUninstallReporter reporter{tellStep};
-  if (!tellsSteps) reporter.log = [&](const std::string& line) { untold.push_back(line); };
-  try {
-    return carryOut(platform, args, selection, reporter);
-  } catch (const LocalizedError&) {
-    for (const std::string& line : untold) tellStep(line);
-    throw;
-  }
-}
-
-void tellWhatStays(const AppUninstallSession& session) {
-  for (const auto& item : session.movedItems) {
-    if (!item.succeeded) Console::writeError("warning\t“" + item.originalPath + "” is still there.\n");
-  }
-}
-
 ExitStatus run(const Invocation& invocation) {
   const CLIArgs& args = invocation.args;
   const auto format = ReportFlags::chosen(args, InstallOutputFormat::toml);
@@ -70,12 +59,10 @@ ExitStatus run(const Invocation& invocation) {
   const bool tellsSteps = args.contains(UninstallFlags::progress) || isVerbose;
   const bool isDry = args.contains(UninstallFlags::dryRun);
   const auto selection = UninstallArgs::uninstallSelectionDefaultAll(args);
-  const auto session =
-      isDry ? rehearse(invocation.platform, args, selection,
-                       tellsSteps ? AppUninstallReporter{tellStep} : AppUninstallReporter::silent())
-            : carryOutOrTell(invocation.platform, args, selection, tellsSteps);
+  const AppUninstallReporter reporter = reporterFor(tellsSteps);
+  const auto session = isDry ? rehearse(invocation.platform, args, selection, reporter)
+                             : carryOut(invocation.platform, args, selection, reporter);
   Console::printText(report(session, format));
-  tellWhatStays(session);
   return ExitStatus::success;
 }
 

@@ -24,7 +24,7 @@ std::string timestamp(Moment moment) {
 
 // In the same folder as the item, so that a rename is enough even if the volume is full.
 Path FileStash::folderBeside(const Path& item) {
-  return item.parent().appending(".QuarnTrash");
+  return item.parent().appending(folderName);
 }
 
 std::optional<Path> FileStash::moveAside(Platform& platform, const Path& item, const std::string& reason) {

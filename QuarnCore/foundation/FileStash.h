@@ -11,7 +11,8 @@
 namespace quarn {
 
 namespace FileStash {
-/// The folder beside an item that is used when the Trash can't be.
+/// The name of the folder beside an item that is used when the Trash can't be.
+inline constexpr const char* folderName = ".QuarnTrash";
 Path folderBeside(const Path& item);
 
 /// Moves an item or a dangling link. In ".QuarnTrash" its name is "<name>-<reason>-<time>". Returns where it

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "QuarnCore/discovery/AssociatedDataPaths.h"
+
 namespace quarn {
 
 std::int64_t AppRecord::displaySizeBytes() const {
@@ -32,6 +34,10 @@ AppRecord AppRecord::withDisplayName(std::string name) const {
   AppRecord changed = *this;
   changed.displayName = std::move(name);
   return changed;
+}
+
+bool SupplementalInstall::matches(const Places& places, const AppRecord& record) {
+  return matches(places, record.bundlePath);
 }
 
 std::string Slug::supplementalDisplayName(const AppRecord& record) {

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "Platform/Clock.h"
+#include "Platform/Places.h"
 #include "QuarnCore/foundation/AppIdentity.h"
 #include "QuarnCore/foundation/RawValues.h"
 
@@ -67,6 +68,11 @@ struct AppRecord {
 
   bool operator==(const AppRecord&) const = default;
 };
+
+namespace SupplementalInstall {
+/// Returns whether an application lies in a support folder instead of a folder for applications.
+bool matches(const Places& places, const AppRecord& record);
+}  // namespace SupplementalInstall
 
 namespace Slug {
 /// Returns the name of an application that lies in another one's support folder: its slug.

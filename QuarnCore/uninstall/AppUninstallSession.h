@@ -6,7 +6,8 @@
 #include <vector>
 
 #include "Platform/Clock.h"
-#include "QuarnCore/uninstall/UninstallCategory.h"
+#include "QuarnCore/uninstall/AppRecord.h"
+#include "QuarnCore/uninstall/UninstallCandidate.h"
 
 namespace quarn {
 
@@ -22,6 +23,9 @@ struct AppUninstallSession {
     std::optional<std::string> stashedTo;
     bool succeeded = false;            ///< nothing is left at the original path
     std::optional<std::string> error;  ///< a sentence
+
+    /// Returns the item of a candidate, before anything was done.
+    static MovedItem of(const UninstallCandidate& candidate);
     bool operator==(const MovedItem&) const = default;
   };
 
@@ -34,6 +38,8 @@ struct AppUninstallSession {
   std::vector<std::string> forgottenReceipts;  ///< package identifiers
   bool dryRun = false;
 
+  /// Returns the record of an uninstall in which nothing was done yet.
+  static AppUninstallSession begun(const AppRecord& app, const std::string& id, Moment now, bool dryRun);
   bool operator==(const AppUninstallSession&) const = default;
 };
 

@@ -9,6 +9,7 @@ std::optional<Path> ExternalTarget::of(const AppRecord& record) {
   if (!text || text->empty()) return std::nullopt;
   const Path target(*text);
   if (target.isAbsolute()) return target;
+  if (!record.isSymlink) return std::nullopt;
   return PathText::linkTarget(Path(record.bundlePath), *text).simplified();
 }
 

@@ -153,7 +153,7 @@ std::vector<UninstallCandidate> HomeLibraryFiles::candidates(const ReadOnlyPlatf
                                                              const AppRecord& record) {
   const Finder finder(platform, record);
   // A bundle inside another program's support folder would take that folder for its own.
-  const bool isSupplemental = SupplementalInstall::matches(platform.places, record.bundlePath);
+  const bool isSupplemental = SupplementalInstall::matches(platform.places, record);
   Candidates found;
   for (const SharedFolder& folder : sharedFolders) {
     const bool holdsOthers = isSupplemental && folder.category == UninstallCategory::applicationSupport;

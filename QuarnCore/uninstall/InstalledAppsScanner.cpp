@@ -8,6 +8,7 @@
 #include "QuarnCore/discovery/AppBundleScanRoots.h"
 #include "QuarnCore/uninstall/AppRecordBuilder.h"
 #include "QuarnCore/uninstall/ExternalTarget.h"
+#include "QuarnCore/uninstall/UninstallCandidateGuard.h"
 
 namespace quarn::InstalledAppsScanner {
 namespace {
@@ -41,7 +42,7 @@ std::vector<Path> externalTargets(const RecordsByPath& records) {
 void addExternalTargets(const ReadOnlyPlatform& platform, RecordsByPath& records) {
   for (const Path& target : externalTargets(records)) {
     const std::string key = Text::canonical(target.text());
-    if (target.extension() != "app" || records.contains(key)) continue;
+    if (!UninstallCandidateGuard::isBundle(target) || records.contains(key)) continue;
     if (auto record = inspect(platform, target)) records.emplace(key, *std::move(record));
   }
 }

@@ -93,14 +93,15 @@ bool hasSize(const UninstallCandidate& candidate) {
          candidate.category != UninstallCategory::installerSession;
 }
 
-/// Collects candidates: of several with one path, the first.
+/// Collects candidates: of several with one path, the first. A volume that ignores letter case has one folder
+/// under several paths.
 class Collection {
  public:
   explicit Collection(const ReadOnlyPlatform& platform) : platform_(platform) {}
 
   void add(Candidates more) {
     for (UninstallCandidate& candidate : more) {
-      if (!paths_.insert(Text::canonical(candidate.path)).second) continue;
+      if (!paths_.insert(Text::canonical(candidate.path)).second || wasSeen(candidate)) continue;
       if (hasSize(candidate)) candidate.sizeBytes = SizingService::measure(platform_, Path(candidate.path));
       all_.push_back(std::move(candidate));
     }
@@ -109,7 +110,15 @@ class Collection {
   Candidates all() && { return std::move(all_); }
 
  private:
+  bool wasSeen(const UninstallCandidate& candidate) {
+    if (!hasSize(candidate)) return false;
+    const auto item = platform_.files.attributes(Path(candidate.path));
+    return item && item->kind == FileKind::folder &&
+           !folders_.emplace(item->identity.device, item->identity.inode).second;
+  }
+
   ReadOnlyPlatform platform_;
+  std::set<std::pair<std::int32_t, std::uint64_t>> folders_;
   std::set<std::string> paths_;
   Candidates all_;
 };

@@ -2,8 +2,7 @@
 
 #include "Platform/Text.h"
 #include "QuarnCore/foundation/AppStorageNames.h"
-#include "QuarnCore/move/MountPoints.h"
-#include "QuarnCore/move/MoverError.h"
+#include "QuarnCore/foundation/FileStash.h"
 
 namespace quarn {
 
@@ -17,15 +16,21 @@ bool UninstallCandidateGuard::isPartOfSystem(const Sighting& item) const {
   return isAtOrInByText(item.spelled, system) || isAtOrInByText(item.leadsTo, system);
 }
 
+bool UninstallCandidateGuard::isBundle(const Path& path) {
+  return Text::lowercased(path.extension()) == "app";
+}
+
 bool UninstallCandidateGuard::allows(const Path& item) const {
-  if (!item.isAbsolute() || item.holdsNul()) return false;
+  if (!item.isAbsolute() || item.holdsNul() || !Text::isUTF8(item.text())) return false;
+  // A volume may ignore letter case.
+  if (Text::lowercased(item.lastComponent()) == Text::lowercased(FileStash::folderName)) return false;
   const Sighting sighting = sightItself(platform_.files, item);
   return !protected_.isOneOrAroundOne(sighting) && !protected_.isRecordOrBackup(sighting) &&
          !trash_.isAtOrIn(sighting) && !isPartOfSystem(sighting);
 }
 
 bool UninstallCandidateGuard::allowsTarget(const Path& item) const {
-  return item.extension() == "app" && allows(item);
+  return isBundle(item) && allows(item);
 }
 
 /// The record of an installation is a folder of its own right below the one for them.
@@ -41,18 +46,6 @@ bool UninstallCandidateGuard::allows(const UninstallCandidate& candidate, const 
   const bool isTarget =
       candidate.category == UninstallCategory::executable && !Text::equal(candidate.path, app.bundlePath);
   return isTarget ? allowsTarget(item) : allows(item);
-}
-
-std::optional<std::string> UninstallCandidateGuard::reasonToStay(const UninstallCandidate& candidate,
-                                                                 const AppRecord& app) const {
-  const Path item(candidate.path);
-  if (!allows(candidate, app)) return "“" + item.lastComponent() + "” belongs where it is.";
-  try {
-    if (platform_.files.exists(item)) MountPoints::refuseInside(platform_, item);
-  } catch (const MoveRefused& refused) {
-    return refused.localizedDescription();
-  }
-  return std::nullopt;
 }
 
 }  // namespace quarn

@@ -1,8 +1,5 @@
 #pragma once
 
-#include <optional>
-#include <string>
-
 #include "QuarnCore/discovery/ProtectedPlaces.h"
 #include "QuarnCore/foundation/Sighting.h"
 #include "QuarnCore/uninstall/AppRecord.h"
@@ -17,18 +14,20 @@ class UninstallCandidateGuard {
  public:
   explicit UninstallCandidateGuard(const ReadOnlyPlatform& platform);
 
+  /// Returns whether a path is that of a bundle of an application, whatever is there.
+  static bool isBundle(const Path& path);
+
   /// Returns whether an item may go. No volume, home folder, folder for applications, Trash or other place
-  /// that is never moved may, nor a record or a backup of this tool, nor a part of the system. Links on the
+  /// that is never moved may, nor a record, a backup or what this tool has moved aside, nor a part of the
+  /// system, nor what has a path that isn't UTF-8 and so can't be recorded. Links on the
   /// way to the item are resolved first; the item itself may be a link.
   bool allows(const Path& item) const;
   /// Returns whether an item to which a link or a launcher leads may go as an application: only a bundle.
   bool allowsTarget(const Path& item) const;
-  /// Returns why a candidate has to stay, as a sentence: it may not go, or a volume is mounted inside, which
-  /// would go with it. Nothing if it may go.
-  std::optional<std::string> reasonToStay(const UninstallCandidate& candidate, const AppRecord& app) const;
+  /// Returns whether a candidate for uninstalling an application may go, by the rule for what it is.
+  bool allows(const UninstallCandidate& candidate, const AppRecord& app) const;
 
  private:
-  bool allows(const UninstallCandidate& candidate, const AppRecord& app) const;
   bool allowsInstallerSession(const Path& item) const;
   bool isPartOfSystem(const Sighting& item) const;
 

@@ -43,6 +43,9 @@ void save(Platform& platform, const AppUninstallSession& session, const Path& ro
   const Path folder = root.appending(session.id);
   if (!EntryName::isOne(session.id))
     throw CocoaError::fromCode(CocoaError::Operation::save, CocoaErrorCode::fileWriteInvalidFileName, folder);
+  // What a link leads to is somebody else's.
+  if (platform.files.isSymbolicLink(folder))
+    throw CocoaError::fromCode(CocoaError::Operation::save, CocoaErrorCode::fileWriteFileExists, folder);
   platform.files.createFolder(folder).orThrow();
   const std::string text =
       StoredJson::write(session, StoredJson::Layout::pretty, DateForm::secondsSince2001).orThrow();

@@ -11,7 +11,7 @@
 namespace quarn::UninstallSessionStore {
 
 /// Writes a record, in place of a former one with the same identifier. The file appears whole or not at all.
-/// Throws. An identifier that can't name a folder is refused.
+/// Throws. An identifier that can't name a folder is refused, as is one at which there is a link.
 void save(Platform& platform, const AppUninstallSession& session, const Path& root);
 
 /// Returns the records below a folder, newest first. What can't be read as one is left out.

@@ -169,6 +169,8 @@ std::string Trial::wordProblems(const Outcome& outcome, const Tree& now) const {
     if (!line.starts_with("id = \"")) continue;
     hasShown = true;
     const auto session = trees::session(line.substr(6, line.size() - 7));
+    // What couldn't be recorded was shown instead.
+    if (hasError) continue;
     if (!session) {
       problems += "UNTRUE: " + line + "\n";
     } else if (campaign::count(outcome.said, "[[items]]") != static_cast<long>(session->items.size())) {

@@ -84,7 +84,7 @@ TEST_F(UninstallDrives, whereNothingCanBeRecordedItIsSaidWhatWent) {
     EXPECT_EQ(trial.lostContents(), "");
     for (const std::string& item : jobOf("application").goes) {
       EXPECT_EQ(trial.placesOf(item).size(), 1U) << item;
-      EXPECT_NE(scene::exists(item), says(run.err, "\t" + item + "\n")) << item << run.err;
+      EXPECT_NE(scene::exists(item), says(run.err, "originalPath = \"" + item + "\"\n")) << item << run.err;
     }
   }
 }

@@ -83,6 +83,7 @@ TEST(UninstallPlanner, takesTheTargetOnlyIfItIsNamed) {
   named.includeExternalTarget = true;
   EXPECT_FALSE(isTaken(candidate(Category::executable, copyOfFoo, true), Selection::everything(), app));
   EXPECT_TRUE(isTaken(candidate(Category::executable, copyOfFoo, false), named, app));
+  app.isSymlink = true;
   app.externalTargetPath = "../Volumes/X9/ExternalQuarn/Apps/Foo.app";
   EXPECT_TRUE(isTaken(candidate(Category::executable, copyOfFoo, false), named, app)) << "a relative link";
 }

@@ -27,11 +27,15 @@ struct Runner {
   AppUninstallSession run(const AppUninstallPlan& plan, const Platform& platform = hostPlatform(),
                           const std::optional<Paths>& selected = std::nullopt, bool dryRun = false) {
     Platform whole = platform;
-    return AppUninstallRunner::run(whole, plan, Selection::everything(), dryRun, selected,
-                                   {[this](const std::string& line) { steps.push_back(line); }});
+    AppUninstallReporter reporter;
+    reporter.log = [this](const std::string& line) { steps.push_back(line); };
+    reporter.warn = [this](const std::string& sentence) { warnings.push_back(sentence); };
+    reporter.unrecorded = [this](const AppUninstallSession& session) { unrecorded.push_back(session); };
+    return AppUninstallRunner::run(whole, plan, Selection::everything(), dryRun, selected, reporter);
   }
 
-  Texts steps;
+  Texts steps, warnings;
+  std::vector<AppUninstallSession> unrecorded;
 };
 
 AppUninstallPlan planned(const std::string& path = foo) {
@@ -152,6 +156,9 @@ TEST(UninstallRunner, stashesBesideWhatTheTrashRefuses) {
   Runner runner;
   const auto session = runner.run(planned(), replacing({.trash = &trash}));
   EXPECT_EQ(runner.steps[1], "stash\texecutable\t" + foo);
+  EXPECT_EQ(runner.warnings.size(), 3u);
+  EXPECT_TRUE(runner.warnings[0].starts_with("The Trash refused “" + foo +
+                                             "”. It is in /Applications/.QuarnTrash/Foo.app-uninstall-"));
   for (const auto& item : session.movedItems) {
     EXPECT_TRUE(item.succeeded);
     EXPECT_EQ(item.trashedTo, std::nullopt);
@@ -239,6 +246,62 @@ TEST(UninstallRunner, refusesAPartOfTheSystem) {
   EXPECT_FALSE(scene::exists(sessions));
 }
 
+TEST(UninstallRunner, refusesALinkToAPartOfTheSystem) {
+  scene::makeApp("/System/Applications/Foo.app");
+  scene::link(foo, "../System/Applications/Foo.app");
+  scene::write(caches + "/x", "cache");
+  EXPECT_EQ(refusalOf(planned()), "Refusing to uninstall system app: " + foo);
+  EXPECT_TRUE(scene::isLink(foo));
+  EXPECT_TRUE(scene::exists(caches));
+}
+
+TEST(UninstallRunner, refusesAPathThatCantBeRecorded) {
+  const std::string odd = "/Applications/\xFF.app";
+  scene::makeApp(odd);
+  EXPECT_EQ(refusalOf(planned(odd)),
+            "Refusing to uninstall: “\xFF.app” can’t be recorded, since its path isn’t UTF-8.");
+  EXPECT_TRUE(scene::exists(odd));
+}
+
+TEST(UninstallRunner, logsEachStepAfterItWasTaken) {
+  makeFoo();
+  Platform platform = hostPlatform();
+  std::vector<bool> wasThere;
+  AppUninstallReporter reporter;
+  reporter.log = [&](const std::string& line) {
+    if (line.starts_with("trash\t")) wasThere.push_back(scene::exists(line.substr(line.rfind('\t') + 1)));
+  };
+  AppUninstallRunner::run(platform, planned(), Selection::everything(), false, std::nullopt, reporter);
+  EXPECT_EQ(wasThere, std::vector<bool>(3, false));
+}
+
+TEST(UninstallRunner, leavesTheNewPlaceOutIfTheSystemDoesntTell) {
+  class Silent : public Trash {
+   public:
+    Result<Path> moveToTrash(const Path& item) override {
+      hostPlatform().trash.moveToTrash(item).orThrow();
+      return Path();
+    }
+  };
+  scene::makeApp(foo);
+  Silent trash;
+  const auto session = Runner().run(planned(), replacing({.trash = &trash}));
+  EXPECT_TRUE(session.movedItems[0].succeeded);
+  EXPECT_EQ(session.movedItems[0].trashedTo, std::nullopt);
+}
+
+TEST(UninstallRunner, writesNothingThroughALinkInThePlaceOfItsRecord) {
+  scene::makeApp(foo);
+  scene::makeFolder("/Users/me/Documents");
+  doubles::FakeClock clock;
+  clock.moment = Moment(std::chrono::seconds(1'700'000'000));
+  const auto plan = planned();
+  scene::makeFolder(sessions);
+  scene::link(sessions + "/" + DateText::compactLocal(clock.moment), "/Users/me/Documents");
+  EXPECT_THROW(Runner().run(plan, replacing({.clock = &clock})), PlatformError);
+  EXPECT_EQ(namesIn("/Users/me/Documents"), Texts{});
+}
+
 TEST(UninstallRunner, refusesWhatIsNoApplicationOrBelongsWhereItIs) {
   scene::write("/Users/me/Documents/precious", "precious");
   EXPECT_EQ(refusalOf(planned("/Users/me/Documents")),
@@ -304,6 +367,8 @@ TEST(UninstallRunner, throwsInTheEndIfTheRecordCantBeWritten) {
   EXPECT_FALSE(scene::exists(foo));
   EXPECT_EQ(namesIn("/Users/me/.Trash"), (Texts{"Foo", "Foo.app", "com.example.foo"}));
   EXPECT_EQ(runner.steps.back(), "trash\tcaches\t" + caches) << "the last words aren't said";
+  ASSERT_EQ(runner.unrecorded.size(), 1u);
+  EXPECT_EQ(runner.unrecorded[0].movedItems.back().trashedTo, inTrash("com.example.foo"));
 }
 
 TEST(UninstallRunner, leavesAnItemWithAVolumeInside) {
@@ -320,6 +385,63 @@ TEST(UninstallRunner, leavesAnItemWithAVolumeInside) {
   EXPECT_EQ(runner.steps[3], "keep\tcaches\t" + caches + "\tA volume is mounted inside com.example.foo: " +
                                  caches + "/inside. Eject it first.");
   EXPECT_EQ(scene::read(caches + "/inside/foreign"), "foreign");
+  EXPECT_EQ(runner.warnings, Texts{"“" + caches + "” stays. A volume is mounted inside com.example.foo: " +
+                                   caches + "/inside. Eject it first."});
+}
+
+TEST(UninstallRunner, tellsInADryRunWhatWouldStay) {
+  if (!scene::hasMounts()) GTEST_SKIP() << "This room has no mounts.";
+  makeFoo();
+  scene::makeFolder(caches + "/inside");
+  ASSERT_EQ(std::system(("mount -t tmpfs none '" + caches + "/inside'").c_str()), 0);
+  Runner runner;
+  EXPECT_FALSE(runner.run(planned(), hostPlatform(), std::nullopt, true).movedItems[2].succeeded);
+  EXPECT_TRUE(runner.steps[3].starts_with("keep\tcaches\t" + caches + "\t"));
+}
+
+TEST(UninstallRunner, leavesAFolderThatHoldsTheApplicationThatStays) {
+  const std::string folder = library + "/Application Support/Launcher";
+  const std::string inside = folder + "/Foo.app";
+  scene::makeApp(inside);
+  scene::makeLauncher(foo, inside);
+  const auto before = scene::tree(folder);
+  const auto plan = planned();
+  ASSERT_EQ(pathsOf(plan.candidates), (Texts{foo, inside, folder}));
+  Runner runner;
+  runner.run(plan);
+  EXPECT_EQ(runner.steps[2], "keep\tapplicationSupport\t" + folder +
+                                 "\t“Launcher” holds the application that stays: " + inside);
+  EXPECT_EQ(scene::tree(folder), before);
+  scene::makeLauncher(foo, inside);
+  Runner().run(planned(), hostPlatform(), Paths{foo, inside, folder});
+  EXPECT_FALSE(scene::exists(folder)) << "all of it was named";
+}
+
+TEST(UninstallRunner, doesntTakeADriveThatIsGoneForAnApplicationThatIsGone) {
+  if (!scene::hasMounts()) GTEST_SKIP() << "This room has no mounts.";
+  scene::makeApp(copyOfFoo);
+  scene::link(foo, copyOfFoo);
+  const auto plan = planned();
+  scene::unplug("X9");
+  Runner runner;
+  const auto session = runner.run(plan, hostPlatform(), Paths{foo, copyOfFoo});
+  EXPECT_TRUE(session.movedItems[0].succeeded);
+  EXPECT_FALSE(session.movedItems[1].succeeded);
+  EXPECT_EQ(runner.steps[2],
+            "keep\texecutable\t" + copyOfFoo + "\tThe drive is no longer mounted: /Volumes/X9");
+}
+
+TEST(UninstallRunner, doesntTakeADriveThatGoesMidwayForAnApplicationThatIsGone) {
+  if (!scene::hasMounts()) GTEST_SKIP() << "This room has no mounts.";
+  scene::makeApp(copyOfFoo);
+  scene::link(foo, copyOfFoo);
+  const auto pulls = [](const std::string& operation) -> Result<void> {
+    if (operation == "trash " + copyOfFoo && scene::exists(copyOfFoo)) scene::unplug("X9");
+    return {};
+  };
+  GatedPlatform gated(pulls);
+  const auto session = Runner().run(planned(), gated.platform(), Paths{copyOfFoo});
+  EXPECT_FALSE(session.movedItems[0].succeeded);
 }
 
 TEST(UninstallRunner, refusesAnApplicationWithAVolumeInside) {
@@ -475,6 +597,11 @@ TEST(UninstallSessions, thatAreBrokenOrStrangersAreNone) {
   EXPECT_EQ(UninstallSessionStore::find(hostPlatform(), "other", root), std::nullopt);
   for (const char* id : {"", ".", "..", "../UninstallSessions/real", "real/"})
     EXPECT_EQ(UninstallSessionStore::find(hostPlatform(), id, root), std::nullopt) << id;
+  scene::write(sessions + "/deep/session.json", std::string(100'000, '['));
+  scene::link(sessions + "/zero/session.json", "/dev/zero");
+  scene::makeFolder(sessions + "/pipe");
+  ASSERT_EQ(std::system(("mkfifo '" + sessions + "/pipe/session.json'").c_str()), 0);
+  EXPECT_EQ(UninstallSessionStore::list(hostPlatform(), root).size(), 2u);
   session.id = "../../escape";
   EXPECT_THROW(UninstallSessionStore::save(hostPlatform(), session, root), PlatformError);
   EXPECT_FALSE(scene::exists(library + "/Application Support/escape"));

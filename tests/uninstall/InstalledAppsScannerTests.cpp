@@ -66,6 +66,22 @@ TEST(InstalledAppsScanner, takesAPropertyListThatIsNoDictionaryOrBrokenForNone) 
   }
 }
 
+TEST(InstalledAppsScanner, describesAnApplicationThatCantBeReadByItsName) {
+  scene::makeApp(foo);
+  ::chmod(foo.c_str(), 0);
+  const auto seen = scene::quarn({"uninstall", "apps"});
+  EXPECT_EQ(seen.out, "app\tkind\tid\tname\tpath\napp\tnormal\t-\tFoo\t" + foo + "\n");
+}
+
+TEST(InstalledAppsScanner, readsABinaryPropertyList) {
+  // {"CFBundleIdentifier": "com.b"}
+  const std::string list =
+      std::string("bplist00\xD1\x01\x02\x5F\x10\x12", 14) + "CFBundleIdentifier" + "\x55" + "com.b" +
+      std::string("\x08\x0B\x20\0\0\0\0\0\0\x01\x01\0\0\0\0\0\0\0\x03\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\x26", 35);
+  scene::write(foo + "/Contents/Info.plist", list);
+  EXPECT_EQ(inspected()->bundleIdentifier, "com.b");
+}
+
 TEST(InstalledAppsScanner, takesAValueOfAnotherTypeForAbsent) {
   makeBundle(foo,
              "<key>CFBundleIdentifier</key><integer>7</integer><key>CFBundleName</key><array/>"

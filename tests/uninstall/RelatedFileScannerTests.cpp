@@ -112,9 +112,15 @@ TEST(RelatedFiles, ofAnApplicationWithoutAnIdentifierGoByItsNameAlone) {
   scene::makeFolder(library + "/Saved Application State/Foo.savedState");
   scene::makeFolder("/Users/me/.foo");
   scene::makeFolder(library + "/Caches/foo-cli");
+  scene::makeFolder(library + "/Application Support/Foo");
+  scene::makeFolder(library + "/Logs/Foo");
   scene::write(library + "/Preferences/ByHost/com.example.foo.plist", "x");
-  const Texts expected = {library + "/Caches/Foo", library + "/Saved Application State/Foo.savedState",
-                          "/Users/me/.foo", library + "/Caches/foo-cli"};
+  const Texts expected = {library + "/Application Support/Foo",
+                          library + "/Caches/Foo",
+                          library + "/Logs/Foo",
+                          library + "/Saved Application State/Foo.savedState",
+                          "/Users/me/.foo",
+                          library + "/Caches/foo-cli"};
   EXPECT_EQ(related(record(std::nullopt)), expected);
   EXPECT_EQ(related(record("")), expected) << "an empty one counts as absent";
 }
@@ -174,6 +180,42 @@ TEST(RelatedFiles, underTheSlugOfAnotherProgramAreNotTaken) {
 TEST(RelatedFiles, thatAreDanglingLinksOrCantBeLookedAtAreAbsent) {
   scene::link(library + "/Caches/Foo", "/nowhere");
   EXPECT_EQ(related(record()), Texts{});
+  scene::makeFolder(library + "/Logs/Foo");
+  scene::write(library + "/Preferences/ByHost/com.example.foo.plist", "x");
+  ::chmod((library + "/Logs").c_str(), 0);
+  ::chmod((library + "/Preferences/ByHost").c_str(), 0);
+  const auto seen = scene::quarn({"uninstall", "plan", foo, "--format", "tsv"});
+  EXPECT_EQ(seen.out.find("Foo\n"), std::string::npos) << seen.out;
+  EXPECT_EQ(seen.out.find("ByHost"), std::string::npos) << seen.out;
+}
+
+TEST(RelatedFiles, areNeverWhatThisToolMovedAside) {
+  for (const char* folder : {"Application Support", "Caches", "Logs", "Containers"})
+    scene::write(library + "/" + folder + "/.QuarnTrash/Bar-uninstall-1/precious", "x");
+  EXPECT_EQ(related(record(".QuarnTrash", ".QuarnTrash")), Texts{});
+  EXPECT_EQ(related(record(".quarntrash", ".quarntrash")), Texts{});
+}
+
+TEST(RelatedFiles, withANameOfAnotherFormThatIsNoTextAreLeftOut) {
+  scene::write(library + "/Preferences/ByHost/com.example.foo.\xFF.plist", "x");
+  EXPECT_EQ(related(record()), Texts{}) << "it couldn't be recorded";
+}
+
+TEST(RelatedFiles, thatAreOneFolderUnderTwoPathsStandOnce) {
+  scene::makeFolder(library + "/Caches/Foo");
+  // As on a volume that ignores letter case.
+  std::filesystem::remove(library + "/Logs");
+  scene::link(library + "/Logs", library + "/Caches");
+  EXPECT_EQ(related(record(std::nullopt)), Texts{library + "/Caches/Foo"});
+}
+
+TEST(RelatedFiles, areFoundUnderTheNameThatTheDiskGivesASlash) {
+  // The Finder's "a/b" is "a:b" on the disk.
+  scene::makeFolder(library + "/Caches/a:b");
+  AppRecord slash = record(std::nullopt, "a/b");
+  EXPECT_EQ(related(slash), Texts{}) << "a slash is no part of a name";
+  makeBundle("/Applications/a:b.app", key("CFBundleName", "a/b"));
+  EXPECT_EQ(related(*inspected("/Applications/a:b.app")), Texts{library + "/Caches/a:b"});
 }
 
 TEST(RelatedFiles, thatAreLinksAreTheLinks) {
@@ -315,6 +357,15 @@ TEST(RelatedFiles, toWhichALauncherLeadsAreApplicationsOnly) {
     launcher.externalTargetPath = target;
     EXPECT_EQ(related(launcher), Texts{}) << target;
   }
+}
+
+TEST(RelatedFiles, ofALauncherWithARelativeTargetDontHoldIt) {
+  scene::makeApp("/Applications/Other.app");
+  AppRecord launcher = record(std::nullopt, "Launcher");
+  launcher.externalTargetPath = "Other.app";
+  EXPECT_EQ(related(launcher), Texts{}) << "a launcher starts at no folder";
+  launcher.isSymlink = true;
+  EXPECT_EQ(related(launcher), Texts{"/Applications/Other.app"});
 }
 
 TEST(RelatedFiles, ofWhatMustStayDontHoldIt) {
