@@ -85,7 +85,7 @@ TEST_F(DedupePairs, duringAMoveItWaitsAndFindsTheLinkThen) {
       {"/bin/sh", "-c", "quarn move one /Applications/Foo.app --yes --no-data >/tmp/1 2>&1"});
   ASSERT_TRUE(scene::appears("/tmp/half"));
   scene::Background late({"/bin/sh", "-c", run + " >/tmp/2.out 2>/tmp/2.err"});
-  for (int i = 0; i < 500 && (!scene::exists("/tmp/2.err") || scene::read("/tmp/2.err").empty()); ++i)
+  for (int i = 0; i < 3000 && (!scene::exists("/tmp/2.err") || scene::read("/tmp/2.err").empty()); ++i)
     std::this_thread::sleep_for(milliseconds(20));
   EXPECT_EQ(scene::read("/tmp/2.err"), turns::waiting);
   scene::write("/tmp/go", "");

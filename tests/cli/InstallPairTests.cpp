@@ -54,7 +54,7 @@ class InstallPairs : public testing::Test {
     scene::Background early({"/bin/sh", "-c", one + " >/tmp/1.out 2>&1"});
     EXPECT_TRUE(scene::appears("/tmp/begun")) << scene::read("/tmp/1.out");
     scene::Background late({"/bin/sh", "-c", other + " >/tmp/2.out 2>&1"});
-    for (int i = 0; i < 500 && (!scene::exists("/tmp/2.out") || scene::read("/tmp/2.out").empty()); ++i)
+    for (int i = 0; i < 3000 && (!scene::exists("/tmp/2.out") || scene::read("/tmp/2.out").empty()); ++i)
       std::this_thread::sleep_for(milliseconds(20));
     scene::write("/tmp/go", "");
     early.wait();

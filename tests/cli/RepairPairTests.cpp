@@ -85,10 +85,10 @@ TEST_F(RepairPairs, aQuestionThatIsOpenKeepsOtherRunsWaiting) {
       {"/bin/sh", "-c", "quarn health repair --no-snapshot </tmp/answers >/tmp/asked 2>&1"});
   scene::Background answering(
       {"/bin/sh", "-c", "exec >/tmp/answers; while [ ! -e /tmp/enough ]; do sleep 0.02; done; echo y"});
-  for (int i = 0; i < 500 && scene::read("/tmp/asked").find("Proceed?") == std::string::npos; ++i)
+  for (int i = 0; i < 3000 && scene::read("/tmp/asked").find("Proceed?") == std::string::npos; ++i)
     std::this_thread::sleep_for(milliseconds(20));
   scene::Background moving({"/bin/sh", "-c", "quarn move one com.example.foo --yes >/tmp/moved 2>/tmp/told"});
-  for (int i = 0; i < 500 && scene::read("/tmp/told") != turns::waiting; ++i)
+  for (int i = 0; i < 3000 && scene::read("/tmp/told") != turns::waiting; ++i)
     std::this_thread::sleep_for(milliseconds(20));
   EXPECT_EQ(scene::read("/tmp/told"), turns::waiting);
   EXPECT_FALSE(scene::isLink(app));
@@ -159,7 +159,7 @@ TEST(RepairFault, anItemThatTookTheNameOfTheOneThatWasFoundStays) {
   scene::Background run({"/bin/sh", "-c", "quarn health repair --no-snapshot </tmp/answers >/tmp/said 2>&1"});
   scene::Background answering(
       {"/bin/sh", "-c", "exec >/tmp/answers; while [ ! -e /tmp/enough ]; do sleep 0.02; done; echo y"});
-  for (int i = 0; i < 500 && scene::read("/tmp/said").find("Proceed?") == std::string::npos; ++i)
+  for (int i = 0; i < 3000 && scene::read("/tmp/said").find("Proceed?") == std::string::npos; ++i)
     std::this_thread::sleep_for(milliseconds(20));
   plugAnotherX9();
   scene::makeApp(moved, {.version = "of another drive"});
@@ -182,7 +182,7 @@ TEST(RepairFault, aLinkIsNotRemovedWhenTheItemThatItWasToLeadToWentAway) {
   scene::Background run({"/bin/sh", "-c", "quarn health repair --no-snapshot </tmp/answers >/tmp/said 2>&1"});
   scene::Background answering(
       {"/bin/sh", "-c", "exec >/tmp/answers; while [ ! -e /tmp/enough ]; do sleep 0.02; done; echo y"});
-  for (int i = 0; i < 500 && scene::read("/tmp/said").find("Proceed?") == std::string::npos; ++i)
+  for (int i = 0; i < 3000 && scene::read("/tmp/said").find("Proceed?") == std::string::npos; ++i)
     std::this_thread::sleep_for(milliseconds(20));
   scene::unplug("X9");
   scene::write("/tmp/enough", "");

@@ -22,9 +22,12 @@ void makeAppOf(const std::string& program) {
   std::filesystem::copy_file(program, executable, std::filesystem::copy_options::overwrite_existing);
 }
 
-/// A shell out of the bundle that says when it is ready; `script` begins with what it does on SIGTERM.
+/// A shell out of the bundle that says when it is ready; `script` begins with what it does on SIGTERM. It
+/// waits without a child: one that has just been forked is a process of the bundle, too, and outlives it.
 std::vector<std::string> shellOfApp(const std::string& script) {
-  return {executable, "-c", script + "; : >/tmp/ready; while :; do sleep 0.05; done"};
+  return {executable, "-c",
+          "mkfifo /tmp/never 2>&-; exec 3<>/tmp/never; " + script +
+              "; : >/tmp/ready; while :; do read -r line <&3; done"};
 }
 
 TEST(RunningApp, isNotMoved) {

@@ -113,6 +113,6 @@ std::string read(const std::string& path);
 /// a sum of the content. Equal trees give equal lists.
 std::vector<std::string> tree(const std::string& path);
 /// Waits up to `seconds` for something to exist; whether it does.
-bool appears(const std::string& path, double seconds = 10);
+bool appears(const std::string& path, double seconds = 60);
 
 }  // namespace scene
