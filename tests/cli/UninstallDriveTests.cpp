@@ -97,7 +97,7 @@ TEST_F(UninstallDrives, aCopyOnADriveThatIsReadOnlyStaysAndTheSessionSaysSo) {
   remount(scene::drive, 0);
   EXPECT_EQ(trial.left(), 1U);
   ASSERT_EQ(trial.sessions().size(), 1U);
-  const auto& copy = itemOf(trial.sessions()[0], driveCopy);
+  const auto copy = itemOf(trial.sessions()[0], driveCopy);
   EXPECT_FALSE(copy.succeeded);
   EXPECT_FALSE(copy.trashedTo);
 }
