@@ -190,7 +190,7 @@ TEST_F(DedupeCampaign, aLookThatFailsRemovesNothingThatIsNoDuplicate) {
   for (const bool forGood : {false, true}) {
     for (const int error : {EIO, EACCES}) {
       const scene::Failure failure{scene::CallKind::looking, error, forGood};
-      sweep::forEachCall(first += 3, 23, [&](int n) { return failAt(n, failure); });
+      sweep::forEachCall(first += 3, 97, [&](int n) { return failAt(n, failure); });
     }
   }
   EXPECT_GE(runs_, 20);
