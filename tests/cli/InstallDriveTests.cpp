@@ -1,12 +1,10 @@
 #include <chrono>
 #include <csignal>
-#include <cstdio>
 #include <cstdlib>
 #include <functional>
 #include <gtest/gtest.h>
-#include <random>
-#include <thread>
 
+#include "tests/cli/AnyMoment.h"
 #include "tests/cli/CallSweep.h"
 #include "tests/cli/CampaignLooks.h"
 #include "tests/cli/DriveScenes.h"
@@ -29,7 +27,6 @@ using installs::Trial;
 namespace {
 
 namespace fs = std::filesystem;
-using std::chrono::microseconds;
 
 const std::string copyOfFoo = installs::drivesApps + "/Foo.app";
 
@@ -167,11 +164,10 @@ class InstallSignals : public testing::TestWithParam<Job> {
   void SetUp() override {
     if (const std::string reason = installs::whyNoStock(); !reason.empty()) GTEST_SKIP() << reason;
   }
-  static int rounds() { return isWhole() ? 40 : 2; }
   /// From the start of a run to well behind its end.
-  microseconds anyMoment() {
+  static std::chrono::milliseconds longest() {
     const bool isSlow = GetParam().way == installs::Way::package;
-    return microseconds(std::uniform_int_distribution<>(0, isSlow ? 600'000 : 120'000)(random_));
+    return std::chrono::milliseconds(isSlow ? 600 : 120);
   }
 
   static void judge(const Trial& trial, const Outcome& outcome, const std::string& what) {
@@ -184,37 +180,27 @@ class InstallSignals : public testing::TestWithParam<Job> {
     EXPECT_EQ(now + trial.problemsOfNextRun(), "") << GetParam().name << ", " << what << "\n" << outcome.said;
   }
 
-  std::mt19937 random_{20'261'122};
+  anymoment::Moments moments_{longest()};
 };
 
 INSTANTIATE_TEST_SUITE_P(Of, InstallSignals, testing::ValuesIn(jobsNamed(namesOfPulled())),
                          [](const auto& job) { return job.param.name; });
 
 TEST_P(InstallSignals, endARunAtAnyMomentAndLoseNothing) {
-  for (int i = 0; i < rounds(); ++i) {
+  for (int i = 0; i < anymoment::rounds(); ++i) {
     for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
       const Trial trial(GetParam());
-      scene::Background run({"/bin/sh", "-c", "exec " + GetParam().line() + " >/tmp/said 2>&1"});
-      const auto moment = anyMoment();
-      std::this_thread::sleep_for(moment);
-      ::kill(run.pid(), number);
-      const int status = run.wait();
-      EXPECT_TRUE(status == -number || status >= 0) << status;
-      judge(trial, {status, scene::read("/tmp/said"), status == -number},
-            "signal " + std::to_string(number) + " after " + std::to_string(moment.count()) + " us");
+      const auto ended = anymoment::bySignal(GetParam().line(), number, moments_.next());
+      judge(trial, {ended.status, ended.said, ended.wasEnded}, ended.how);
     }
   }
 }
 
 TEST_P(InstallSignals, aPipeClosedAtAnyMomentLosesNothing) {
-  for (int i = 0; i < rounds(); ++i) {
+  for (int i = 0; i < anymoment::rounds(); ++i) {
     const Trial trial(GetParam());
-    char seconds[32];
-    std::snprintf(seconds, sizeof seconds, "%.6f", static_cast<double>(anyMoment().count()) / 1e6);
-    scene::shell("{ " + GetParam().line() + "2>&1; echo $? >/tmp/status; } | sleep " + seconds);
-    const int status = std::stoi(scene::read("/tmp/status"));
-    EXPECT_TRUE(status == 0 || status == 1 || status == 128 + SIGPIPE) << status;
-    judge(trial, {status, "", true}, std::string("a pipe closed after ") + seconds + " s");
+    const auto ended = anymoment::byClosedPipe(GetParam().line(), moments_.next());
+    judge(trial, {ended.status, ended.said, ended.wasEnded}, ended.how);
   }
 }
 

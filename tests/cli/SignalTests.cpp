@@ -1,12 +1,9 @@
 #include <chrono>
 #include <csignal>
-#include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <gtest/gtest.h>
-#include <random>
-#include <thread>
 
+#include "tests/cli/AnyMoment.h"
 #include "tests/cli/Campaign.h"
 #include "tests/cli/Faults.h"
 
@@ -18,12 +15,6 @@ using campaign::Trial;
 namespace {
 
 namespace fs = std::filesystem;
-using std::chrono::microseconds;
-
-int rounds() {
-  const char* wanted = std::getenv("QUARN_CAMPAIGN");
-  return wanted && std::string(wanted) == "all" ? 40 : 2;
-}
 
 /// The tools that a run started may go on to their end.
 void waitForTools() {
@@ -38,9 +29,6 @@ std::string line(const Command& command) {
 
 class Signals : public testing::TestWithParam<Command> {
  protected:
-  /// From the start of a run to well behind its end.
-  microseconds anyMoment() { return microseconds(std::uniform_int_distribution<>(0, 90'000)(random_)); }
-
   void judge(Trial& trial, const campaign::Outcome& outcome, const std::string& what) {
     waitForTools();
     // Before the next run, which is judged by itself.
@@ -48,37 +36,28 @@ class Signals : public testing::TestWithParam<Command> {
     EXPECT_EQ(now + trial.problemsOfNextRun(), "") << GetParam().name << ", " << what << "\n" << outcome.said;
   }
 
-  std::mt19937 random_{20'261'122};
+  /// Until well behind the end of a run.
+  anymoment::Moments moments_{std::chrono::milliseconds(90)};
 };
 
 INSTANTIATE_TEST_SUITE_P(Moves, Signals, testing::ValuesIn(campaign::commands()),
                          [](const auto& instance) { return instance.param.name; });
 
 TEST_P(Signals, endARunAtAnyMomentAndLoseNothing) {
-  for (int i = 0; i < rounds(); ++i) {
+  for (int i = 0; i < anymoment::rounds(); ++i) {
     for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
       Trial trial(GetParam());
-      scene::Background run({"/bin/sh", "-c", "exec " + line(GetParam()) + " >/tmp/said 2>&1"});
-      const auto moment = anyMoment();
-      std::this_thread::sleep_for(moment);
-      ::kill(run.pid(), number);
-      const int status = run.wait();
-      EXPECT_TRUE(status == -number || status >= 0) << status;
-      judge(trial, {status, scene::read("/tmp/said"), status == -number},
-            "signal " + std::to_string(number) + " after " + std::to_string(moment.count()) + " us");
+      const auto ended = anymoment::bySignal(line(GetParam()), number, moments_.next());
+      judge(trial, {ended.status, ended.said, ended.wasEnded}, ended.how);
     }
   }
 }
 
 TEST_P(Signals, aPipeClosedAtAnyMomentLosesNothing) {
-  for (int i = 0; i < rounds(); ++i) {
+  for (int i = 0; i < anymoment::rounds(); ++i) {
     Trial trial(GetParam());
-    char seconds[32];
-    std::snprintf(seconds, sizeof seconds, "%.6f", static_cast<double>(anyMoment().count()) / 1e6);
-    scene::shell("{ " + line(GetParam()) + "2>&1; echo $? >/tmp/status; } | sleep " + seconds);
-    const int status = std::stoi(scene::read("/tmp/status"));
-    EXPECT_TRUE(status == 0 || status == 1 || status == 128 + SIGPIPE) << status;
-    judge(trial, {status, "", true}, std::string("a pipe closed after ") + seconds + " s");
+    const auto ended = anymoment::byClosedPipe(line(GetParam()), moments_.next());
+    judge(trial, {ended.status, ended.said, ended.wasEnded}, ended.how);
   }
 }
 
