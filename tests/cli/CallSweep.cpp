@@ -19,9 +19,18 @@ bool isWhole() {
 }  // namespace
 
 void forEachCall(int first, int step, const Run& run) {
-  for (int n = isWhole() ? 1 : first;; n += isWhole() ? 1 : step) {
-    if (!run(n) || testing::Test::HasFatalFailure()) return;
+  int n = isWhole() ? 1 : first;
+  // A program with few calls would meet no fault at all.
+  for (; !run(n); n /= 2) {
+    if (testing::Test::HasFatalFailure()) return;
+    if (n == 1) {
+      ADD_FAILURE() << "no run met a fault, so nothing was tried";
+      return;
+    }
   }
+  do {
+    n += isWhole() ? 1 : step;
+  } while (run(n) && !testing::Test::HasFatalFailure());
 }
 
 std::optional<Met> killedAt(int n, const std::vector<std::string>& command) {

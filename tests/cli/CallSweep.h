@@ -15,7 +15,8 @@ namespace sweep {
 /// A run at the n-th call; false once there are fewer calls.
 using Run = std::function<bool(int n)>;
 
-/// Every call, or a sample of them: `step` apart, beginning at `first`.
+/// Every call, or a sample of them: `step` apart, beginning at `first`. With fewer calls than that it
+/// begins sooner. The test fails if no run meets a fault.
 void forEachCall(int first, int step, const Run& run);
 
 /// What a run met, and what it left for a judge.
