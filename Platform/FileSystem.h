@@ -105,9 +105,14 @@ class FileSystem {
   /// Returns the stored target of a link. Not a link: `fileReadUnknown`. Missing: `fileReadNoSuchFile`.
   virtual Result<std::string> readSymbolicLink(const Path& path) const = 0;
   /// Resolves every link in the path. Spells each name as the disk does, and chooses the customary path where
-  /// several lead to the same item. If any component is missing, returns the path standardized but
-  /// unresolved.
-  virtual Path resolvingLinks(const Path& path) const = 0;
+  /// several lead to the same item. Any component missing, or links that lead in a circle:
+  /// `fileReadNoSuchFile`.
+  virtual Result<Path> realPath(const Path& path) const = 0;
+  /// The same, but where that fails, for whatever reason, returns the path standardized and unresolved.
+  Path resolvingLinks(const Path& path) const {
+    const auto found = realPath(path);
+    return found ? *found : standardized(path);
+  }
   /// Removes doubled slashes, "." and "..". Resolves links only if ".." occurs and the whole path exists;
   /// otherwise it doesn't touch the disk, except that a Mac also asks it before it drops a leading
   /// "/private".

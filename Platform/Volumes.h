@@ -14,12 +14,14 @@ namespace quarn {
 struct VolumeProperties {
   std::optional<std::string> name;
   std::optional<std::int64_t> totalCapacity;
-  /// Includes space that the system would purge to make room.
+  /// Includes space that the system would purge to make room. A Mac may report 0 for a volume of another file
+  /// system than its own.
   std::optional<std::int64_t> availableCapacityForImportantUsage;
   std::optional<bool> isBrowsable;
   std::optional<bool> isInternal;
   std::optional<bool> isReadOnly;
   std::optional<std::string> localizedFormatDescription;
+  std::optional<std::int64_t> availableCapacity;  ///< without what the system would purge
   bool operator==(const VolumeProperties&) const = default;
 };
 

@@ -4,10 +4,6 @@
 
 namespace quarn {
 
-bool Command::isAvailable() const {
-  return std::visit([](auto* function) { return function != nullptr; }, handler);
-}
-
 const Flag* Command::flag(std::string_view name) const {
   const auto found =
       std::find_if(flags.begin(), flags.end(), [name](const Flag& flag) { return flag.name == name; });

@@ -59,10 +59,6 @@ using LookingHandler = ExitStatus (*)(const ReadOnlyInvocation&);
 using ChangingHandler = ExitStatus (*)(const Invocation&);
 using Handler = std::variant<LookingHandler, ChangingHandler>;
 
-/// In place of the handler of a command that this version doesn't have.
-inline constexpr LookingHandler looksInALaterVersion = nullptr;
-inline constexpr ChangingHandler changesInALaterVersion = nullptr;
-
 /// All that is known of a command. Dispatch, the usage text and the tables of the README are made from it.
 struct Command {
   std::string_view words;    ///< "move one"
@@ -74,7 +70,6 @@ struct Command {
   Handler handler;
   std::string_view usageLine{};  ///< empty: left out of the usage text
 
-  bool isAvailable() const;
   bool changesTheDisk() const { return std::holds_alternative<ChangingHandler>(handler); }
   /// The flag of that name; nothing if it knows none.
   const Flag* flag(std::string_view name) const;
@@ -86,6 +81,8 @@ struct Group {
   std::string_view missingAction;  ///< the whole message
   std::string_view unknownAction;  ///< the word follows
   std::span<const Command* const> commands;
+  /// A path that all these commands need, and that is asked for before the action is looked at.
+  const Flag* requiredPath = nullptr;
 };
 
 }  // namespace quarn

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "QuarnCLI/CLIError.h"
+
 namespace quarn {
 namespace {
 
@@ -31,6 +33,17 @@ std::optional<std::string> CLIArgs::value(const Flag& flag) const {
   const auto found = firstOf(values, flag);
   if (found == values.end() || found + 1 == values.end()) return std::nullopt;
   return *(found + 1);
+}
+
+std::optional<std::string> CLIArgs::path(const Flag& flag) const {
+  auto given = value(flag);
+  return given && given->empty() ? std::nullopt : given;
+}
+
+std::string CLIArgs::requiredPath(const Flag& flag) const {
+  auto given = path(flag);
+  if (!given) throw CLIError("Missing " + std::string(flag.name) + ".");
+  return *std::move(given);
 }
 
 std::optional<std::string> CLIArgs::positional() const {

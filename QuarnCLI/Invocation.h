@@ -24,6 +24,11 @@ struct CLIArgs {
   bool contains(const Flag& flag) const;
   /// What follows the first occurrence of a flag; absent if there is none or it is the last.
   std::optional<std::string> value(const Flag& flag) const;
+  /// The same for a path. An empty one is absent: it comes from a variable that isn't set, and would mean the
+  /// current folder.
+  std::optional<std::string> path(const Flag& flag) const;
+  /// The same for one that must be there. Throws `CLIError`.
+  std::string requiredPath(const Flag& flag) const;
   /// The operand: the first argument that doesn't begin with "--". It is looked for without regard to which
   /// flags take a value, so it has to stand before these.
   std::optional<std::string> positional() const;

@@ -70,6 +70,11 @@ Timing timed(const Command& command) {
           static_cast<double>(usage.ru_maxrss) / 1024};
 }
 
+Timing less(const Timing& run, const Timing& step) {
+  return {run.wallSeconds - step.wallSeconds, run.processorSeconds - step.processorSeconds,
+          run.peakMegabytes};
+}
+
 std::string outputOf(const Command& command) {
   int ends[2];
   failUnless(::pipe2(ends, O_CLOEXEC) == 0, command);

@@ -17,6 +17,8 @@ struct Timing {
 
 /// Runs a command with its output thrown away. Ends the program if it doesn't succeed, as `outputOf` does.
 Timing timed(const Command& command);
+/// What a run took beyond one of its steps, which was timed alone. The peak is that of the whole run.
+Timing less(const Timing& run, const Timing& step);
 /// What a command prints.
 std::string outputOf(const Command& command);
 

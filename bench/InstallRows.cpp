@@ -29,12 +29,6 @@ void inspection() {
   timed({"rm", "-rf", volume});
 }
 
-/// The run, less what the copy alone takes.
-Timing lessTheCopy(const Timing& run, const Timing& copy) {
-  return {run.wallSeconds - copy.wallSeconds, run.processorSeconds - copy.processorSeconds,
-          run.peakMegabytes};
-}
-
 void installation(const std::string& subject) {
   const std::string app = "/tmp/Big.app";
   const std::string folder = "/Volumes/X9/ExternalQuarn";
@@ -53,7 +47,7 @@ void installation(const std::string& subject) {
     if (command != run) return timed(command);
     const Timing alone = timed({subject, "copy", app, copy});
     fresh();
-    return lessTheCopy(timed(command), alone);
+    return less(timed(command), alone);
   };
   print({"`install run` less its copy, 50,000 files", "`cp -a`", 0.5},
         compete({run, {"cp", "-a", app, copy}, 11, fresh, measure}));

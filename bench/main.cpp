@@ -5,10 +5,12 @@
 #include <fstream>
 #include <string>
 
+#include "bench/BackupRows.h"
 #include "bench/Contest.h"
 #include "bench/DedupeRows.h"
 #include "bench/HealthRows.h"
 #include "bench/InstallRows.h"
+#include "bench/PluginRows.h"
 #include "bench/Programs.h"
 #include "bench/ReplacedTool.h"
 #include "bench/SnapshotRows.h"
@@ -118,6 +120,8 @@ int main(int count, char** values) {
   bench::printHealthRows(values[1]);
   bench::printDedupeRows();
   bench::printInstallRows(values[1]);
+  bench::printBackupRows(values[1]);
+  bench::printPluginRows();
   oneMove();
   starts();
   processList(values[1]);

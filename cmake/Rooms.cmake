@@ -65,8 +65,8 @@ function(quarn_room target)
       target_link_libraries(${target} PUBLIC ${room})
     endif()
   endforeach()
-  target_precompile_headers(${target} PRIVATE <functional> <map> <memory> <optional> <string> <string_view>
-                                              <variant> <vector>)
+  target_precompile_headers(${target} PRIVATE <algorithm> <chrono> <functional> <map> <memory> <optional>
+                                              <string> <string_view> <variant> <vector>)
 endfunction()
 
 # quarn_hold_rooms_to_table(): fails if a room links another one that the table doesn't let it know, by whatever name,

@@ -50,6 +50,32 @@ INFO
   /usr/libexec/quarn-room/sign-package "$1" notarized
 }
 
+# put_up_plugin PATH MEGABYTES
+put_up_plugin() {
+  mkdir -p "$1/Contents/MacOS" "$1/Contents/Resources"
+  echo "code of ${1##*/}" >"$1/Contents/MacOS/Hush"
+  head -c "$2"000000 /dev/urandom >"$1/Contents/Resources/rooms.wav"
+}
+
+# put_up_project FOLDER: its `make` assembles the application "Sand Kite", which says its version.
+put_up_project() {
+  mkdir -p "$1"
+  echo 1 >"$1/version"
+  cat >"$1/Makefile" <<'MAKEFILE'
+bundle = build/Sand Kite.app/Contents
+all:
+	@mkdir -p '$(bundle)/MacOS'
+	@echo '<key>CFBundleExecutable</key><string>kite</string>' >'$(bundle)/Info.plist'
+	@{ echo '#!/bin/sh'; echo "echo Sand Kite $$(cat version)"; } >'$(bundle)/MacOS/kite'
+	@chmod 755 '$(bundle)/MacOS/kite'
+MAKEFILE
+}
+
+add_plugin_and_project() {
+  put_up_plugin "$HOME/Downloads/Plug-ins/Hush.vst3" 2
+  put_up_project "$HOME/Sand Kite"
+}
+
 # Puts an application into the user's downloads, as it is, as a zip archive and as a package.
 download() {
   downloads="$HOME/Downloads"

@@ -26,6 +26,7 @@ type_in() {
 . "$(dirname "$0")/scene.sh"
 furnish
 download
+add_plugin_and_project
 
 show quarn move drives
 show quarn move apps
@@ -60,3 +61,11 @@ type_in 'quarn dedupe run --yes | tail -n 1'
 show quarn uninstall plan "/Applications/Tape Loft.app" --format human
 show quarn uninstall run "/Applications/Tape Loft.app"
 show ls -A "$HOME/.Trash"
+show quarn install plugins install "$HOME/Downloads/Plug-ins" --target-drive /Volumes/X9 --yes
+show readlink /Library/Audio/Plug-Ins/VST3/Hush.vst3
+show cd "$HOME/Sand Kite"
+show quarn scaffold build-command --default-drive /Volumes/X9
+show ./build.command
+show "/Applications/Sand Kite.app/Contents/MacOS/kite"
+show env QUARN_SOURCE_ROOT=. quarn backup create --target-drive /Volumes/X9
+show quarn backup list --target-drive /Volumes/X9

@@ -3,9 +3,8 @@
 
 namespace quarn {
 
-Path LinuxFileSystem::resolvingLinks(const Path& path) const {
-  const auto found = resolved(path);
-  return found ? *found : standardized(path);
+Result<Path> LinuxFileSystem::realPath(const Path& path) const {
+  return resolved(path);
 }
 
 Path LinuxFileSystem::standardized(const Path& path) const {

@@ -32,7 +32,8 @@ VolumeProperties describe(const MountedVolume& volume, const struct statvfs& sta
   VolumeProperties properties;
   properties.name = volume.name();
   properties.totalCapacity = bytes(status.f_blocks, status);
-  properties.availableCapacityForImportantUsage = bytes(status.f_bavail, status);
+  properties.availableCapacity = bytes(status.f_bavail, status);
+  properties.availableCapacityForImportantUsage = properties.availableCapacity;
   properties.isBrowsable = !volume.isHidden();
   properties.isInternal = volume.mountPoint == Path("/");
   properties.isReadOnly = volume.isReadOnly;

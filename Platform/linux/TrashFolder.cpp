@@ -21,9 +21,11 @@ constexpr mode_t ownersOnly = 0700;
 // from removing each other's.
 constexpr mode_t everybodysOwn = 01333;
 
+/// Returns nothing, with `errno` set, on failure.
 std::optional<dev_t> device(const Path& folder) {
   const PathAt at(folder);
   struct stat status;
+  if (at.error()) errno = at.error();
   if (at.error() || ::fstatat(at.folder(), at.name(), &status, 0) != 0) return std::nullopt;
   return status.st_dev;
 }
@@ -33,15 +35,19 @@ bool isMountPoint(const std::vector<MountedVolume>& volumes, const Path& folder)
                      [&folder](const MountedVolume& volume) { return volume.mountPoint == folder; });
 }
 
-/// Returns the mount point of the volume that holds a folder. Compares device numbers, which show every
-/// mount, and the mount table, because a volume may share its device number with the folder above it (a bind
-/// mount).
-Path topOfVolume(const std::vector<MountedVolume>& volumes, Path folder) {
+/// Returns the mount point of the volume that holds a folder, or nothing, with `errno` set, if a folder on
+/// the way can't be looked up: it would be taken for the top, and get a Trash that nobody looks into.
+/// Compares device numbers, which show every mount, and the mount table, because a volume may share its
+/// device number with the folder above it (a bind mount).
+std::optional<Path> topOfVolume(const std::vector<MountedVolume>& volumes, Path folder) {
   const auto volume = device(folder);
-  while (!isMountPoint(volumes, folder) && folder.parent() != folder && device(folder.parent()) == volume) {
+  while (volume && !isMountPoint(volumes, folder) && folder.parent() != folder) {
+    const auto above = device(folder.parent());
+    if (!above) return std::nullopt;
+    if (above != volume) break;
     folder = folder.parent();
   }
-  return folder;
+  return volume ? std::optional(folder) : std::nullopt;
 }
 
 /// Opens a folder, or makes it first. Refuses a link, which could lead anywhere.
@@ -77,9 +83,11 @@ TrashFolder volumeTrash(const Path& top) {
 
 TrashFolder TrashFolder::forItemsIn(const Path& folder, const Path& home) {
   const auto volumes = MountTable::volumes().value_or(std::vector<MountedVolume>{});
-  const Path top = topOfVolume(volumes, folder);
-  const bool isOnHomeVolume = top == topOfVolume(volumes, resolved(home).value_or(home));
-  return isOnHomeVolume ? homeTrash(home) : volumeTrash(top);
+  const auto top = topOfVolume(volumes, folder);
+  if (!top) return result({}, {});
+  const auto topOfHome = topOfVolume(volumes, resolved(home).valueOr(home));
+  if (!topOfHome && errno != ENOENT) return result({}, {});
+  return top == topOfHome ? homeTrash(home) : volumeTrash(*top);
 }
 
 }  // namespace quarn

@@ -5,13 +5,14 @@
 namespace quarn {
 
 // Not left to Foundation, which decomposes accented letters in the paths that it returns.
-Path MacFileSystem::resolvingLinks(const Path& path) const {
+Result<Path> MacFileSystem::realPath(const Path& path) const {
   const auto found = resolved(path);
-  return found ? withoutPrivateFolder(withoutDataVolume(*found)) : standardized(path);
+  if (!found) return found;
+  return withoutPrivateFolder(withoutDataVolume(*found));
 }
 
 Path MacFileSystem::standardized(const Path& path) const {
-  const auto found = goesUp(path) ? resolved(path) : std::nullopt;
+  const auto found = goesUp(path) ? resolved(path).asOptional() : std::nullopt;
   return withoutPrivateFolder(found ? *found : path.simplified());
 }
 

@@ -26,7 +26,7 @@ Path MacPlaces::executable() const {
     NSString* file = NSBundle.mainBundle.executablePath;
     // The path may lead through links, so they are resolved here.
     const Path path(file ? bytesOf(file) : "");
-    return resolved(path).value_or(path);
+    return resolved(path).valueOr(path);
   }
 }
 

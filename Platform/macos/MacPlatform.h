@@ -11,7 +11,7 @@ namespace quarn {
 
 class MacFileSystem : public PosixFileSystem {
  public:
-  Path resolvingLinks(const Path& path) const override;
+  Result<Path> realPath(const Path& path) const override;
   Path standardized(const Path& path) const override;
 };
 

@@ -54,9 +54,9 @@ Result<std::vector<Path>> MacVolumes::mountPoints() const {
 Result<VolumeProperties> MacVolumes::properties(const Path& item) const {
   @autoreleasepool {
     NSArray<NSURLResourceKey>* keys = @[
-      NSURLVolumeNameKey, NSURLVolumeTotalCapacityKey, NSURLVolumeAvailableCapacityForImportantUsageKey,
-      NSURLVolumeIsBrowsableKey, NSURLVolumeIsInternalKey, NSURLVolumeIsReadOnlyKey,
-      NSURLVolumeLocalizedFormatDescriptionKey
+      NSURLVolumeNameKey, NSURLVolumeTotalCapacityKey, NSURLVolumeAvailableCapacityKey,
+      NSURLVolumeAvailableCapacityForImportantUsageKey, NSURLVolumeIsBrowsableKey, NSURLVolumeIsInternalKey,
+      NSURLVolumeIsReadOnlyKey, NSURLVolumeLocalizedFormatDescriptionKey
     ];
     // A new URL for each question, because a URL keeps the values that it has once returned (NSURL.h).
     NSError* error = nil;
@@ -66,6 +66,7 @@ Result<VolumeProperties> MacVolumes::properties(const Path& item) const {
     VolumeProperties properties;
     properties.name = text(values[NSURLVolumeNameKey]);
     properties.totalCapacity = number(values[NSURLVolumeTotalCapacityKey]);
+    properties.availableCapacity = number(values[NSURLVolumeAvailableCapacityKey]);
     properties.availableCapacityForImportantUsage =
         number(values[NSURLVolumeAvailableCapacityForImportantUsageKey]);
     properties.isBrowsable = flag(values[NSURLVolumeIsBrowsableKey]);

@@ -1,9 +1,12 @@
 #include "Platform/posix/ResolvedPath.h"
 
+#include <cerrno>
 #include <cstdlib>
 #include <memory>
 #include <string>
 #include <unistd.h>
+
+#include "Platform/CocoaError.h"
 
 namespace quarn {
 namespace {
@@ -12,13 +15,19 @@ struct Free {
   void operator()(char* text) const { std::free(text); }
 };
 
+/// Links that lead in a circle lead to nothing, as sure as a missing item.
+PlatformError failure(int errnoValue, const Path& path) {
+  return CocoaError::fromErrno(CocoaError::Operation::readFile, errnoValue == ELOOP ? ENOENT : errnoValue,
+                               path);
+}
+
 }  // namespace
 
-std::optional<Path> resolved(const Path& path) {
+Result<Path> resolved(const Path& path) {
   // realpath(3) would stop at the NUL and resolve another path.
-  if (path.holdsNul()) return std::nullopt;
+  if (path.holdsNul()) return failure(ENOENT, path);
   const std::unique_ptr<char, Free> text(::realpath(path.text().c_str(), nullptr));
-  if (!text) return std::nullopt;
+  if (!text) return failure(errno, path);
   return Path(text.get());
 }
 

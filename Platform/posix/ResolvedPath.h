@@ -1,14 +1,13 @@
 #pragma once
 
-#include <optional>
-
 #include "Platform/Path.h"
+#include "Platform/Result.h"
 
 namespace quarn {
 
-/// Returns the path with every link resolved, or nothing if a component is missing or the path contains a
-/// NUL.
-std::optional<Path> resolved(const Path& path);
+/// Returns the path with every link resolved. A component is missing, links lead in a circle, or the path
+/// contains a NUL: `fileReadNoSuchFile`.
+Result<Path> resolved(const Path& path);
 
 /// Returns whether the path contains "..". After a link this component leads to the parent of the link's
 /// target, so it can't be removed from the text alone.

@@ -25,6 +25,12 @@ const Command* commandNamed(const Group& group, std::string_view words) {
   return found == group.commands.end() ? nullptr : *found;
 }
 
+/// `words` begin with the action.
+[[noreturn]] void refuseUnknown(const Group& group, const std::vector<std::string>& words) {
+  if (group.requiredPath) CLIArgs{words, *group.commands.front()}.requiredPath(*group.requiredPath);
+  throw CLIError(std::string(group.unknownAction) + words.front());
+}
+
 /// `position` is that of the action among the words.
 Match findInGroup(const Group& group, const std::vector<std::string>& words, std::size_t position) {
   if (words.size() <= position) throw CLIError(std::string(group.missingAction));
@@ -32,9 +38,9 @@ Match findInGroup(const Group& group, const std::vector<std::string>& words, std
   const std::string both = std::string(group.words) + " " + action;
   if (const Group* inner = groupNamed(both)) return findInGroup(*inner, words, position + 1);
   const Command* command = commandNamed(group, both);
-  if (!command) throw CLIError(std::string(group.unknownAction) + action);
-  if (!command->isAvailable()) throw CLIError("This version of quarn does not have the command: " + both);
-  return {*command, {{words.begin() + static_cast<std::ptrdiff_t>(position) + 1, words.end()}, *command}};
+  const auto at = words.begin() + static_cast<std::ptrdiff_t>(position);
+  if (!command) refuseUnknown(group, {at, words.end()});
+  return {*command, {{at + 1, words.end()}, *command}};
 }
 
 }  // namespace

@@ -18,8 +18,7 @@ struct Match {
   CLIArgs args;
 };
 
-/// The command that the words ask for. Throws `CLIError` for a word that is missing or unknown, and
-/// for a command that this version doesn't have.
+/// The command that the words ask for. Throws `CLIError` for a word that is missing or unknown.
 Match find(const std::vector<std::string>& words);
 
 /// A line for every command, joined by line feeds.

@@ -10,12 +10,6 @@
 namespace quarn::InstallArgs {
 namespace {
 
-/// An empty text comes from a variable that isn't set, and would mean the current folder.
-std::optional<std::string> givenPath(const CLIArgs& args, const Flag& flag) {
-  const auto given = args.value(flag);
-  return given && given->empty() ? std::nullopt : given;
-}
-
 InstallerOption knownOption(const ReadOnlyPlatform& platform, const std::optional<std::string>& id) {
   if (!id) throw CLIError("Missing --option.");
   auto option = InstallerOptionLoader::find(platform, *id);
@@ -27,8 +21,8 @@ InstallerOption knownOption(const ReadOnlyPlatform& platform, const std::optiona
 
 Choice choiceOf(const ReadOnlyPlatform& platform, const CLIArgs& args) {
   const auto id = args.value(InstallFlags::option);
-  const auto targetDrive = givenPath(args, InstallFlags::targetDrive);
-  const auto linkRoot = givenPath(args, InstallFlags::applicationLinkRoot);
+  const auto targetDrive = args.path(InstallFlags::targetDrive);
+  const auto linkRoot = args.path(InstallFlags::applicationLinkRoot);
   Choice choice{.source = sourceOf(platform, args), .option = knownOption(platform, id), .targetDrive = {}};
   if (!targetDrive) throw CLIError("Missing --target-drive.");
   choice.targetDrive = PathText::fileURL(platform.places, *targetDrive);

@@ -1,60 +1,11 @@
-#include <array>
+#include "QuarnCLI/scaffold/ScaffoldCommands.h"
 
 #include "QuarnCLI/Groups.h"
 
 namespace quarn {
 namespace {
 
-constexpr Flag appName{
-    .name = "--app-name",
-    .kind = ValueKind::text,
-    .valueName = "name",
-    .meaning = "the application's name; that of the current folder without it",
-};
-constexpr Flag binSrc{
-    .name = "--bin-src",
-    .kind = ValueKind::path,
-    .valueName = "path",
-    .meaning = "where the project's build leaves the application",
-};
-constexpr Flag defaultDrive{
-    .name = "--default-drive",
-    .kind = ValueKind::path,
-    .valueName = "path",
-    .meaning = "the drive that the script installs onto",
-};
-constexpr Flag force{
-    .name = "--force",
-    .meaning = "replaces a script that is there",
-};
-constexpr Flag output{
-    .name = "-o",
-    .kind = ValueKind::path,
-    .valueName = "path",
-    .meaning = "where the script is written",
-};
-constexpr std::array<std::string_view, 7> presets = {"swiftpm", "juce", "xcode", "cmake",
-                                                     "make",    "npm",  "auto"};
-constexpr Flag preset{
-    .name = "--preset",
-    .kind = ValueKind::choice,
-    .choices = presets,
-    .meaning = "how the project is built; found out without it",
-};
-constexpr Flag flags[] = {appName, binSrc, defaultDrive, force, output, preset};
-
-constexpr Command buildCommand{
-    .words = "scaffold build-command",
-    .purpose = "writes a script that builds and installs a project",
-    .flags = flags,
-    .outcomes = {.success = "written", .failure = "a script is there already, or it can't be written"},
-    .handler = changesInALaterVersion,
-    .usageLine =
-        "quarn scaffold build-command [--app-name <Name>] [--bin-src <path>] [--default-drive <path>] "
-        "[--force] [-o <path>]",
-};
-
-constexpr const Command* commands[] = {&buildCommand};
+constexpr const Command* commands[] = {&ScaffoldCommands::buildCommand};
 
 }  // namespace
 

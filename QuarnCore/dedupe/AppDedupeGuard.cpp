@@ -69,7 +69,8 @@ bool isSameOrInside(const Sighting& item, const Sighting& bundle) {
 }
 
 void requireOwnPlace(const ReadOnlyPlatform& platform, const Path& launcher, const Path& keep) {
-  const Sighting item = sight(platform.files, launcher), stays = sight(platform.files, keep);
+  const Sighting item = sight(platform.files, launcher).orThrow();
+  const Sighting stays = sight(platform.files, keep).orThrow();
   if (isSameOrInside(item, stays) || isSameOrInside(stays, item))
     throw MoveRefused(named(launcher) + " belongs to the application that stays.");
   const ProtectedPlaces places(platform);

@@ -17,10 +17,11 @@ std::vector<Path> dataAmong(const ReadOnlyPlatform& platform, const ProtectedPla
                             const std::vector<Path>& paths, const Path& bundlePath) {
   if (paths.empty()) return {};
   const Sighting bundle = sight(platform.files, bundlePath);
+  if (bundle.failure) return {};
   std::vector<Path> data;
   for (const Path& path : paths) {
     const Sighting item = sight(platform.files, path);
-    if (item.isAtOrIn(bundle) || bundle.isAtOrIn(item)) continue;
+    if (item.failure || item.isAtOrIn(bundle) || bundle.isAtOrIn(item)) continue;
     if (!places.isOneOrAroundOne(item) && !places.isInOwnFolder(item)) data.push_back(path);
   }
   return data;

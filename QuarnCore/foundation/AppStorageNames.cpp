@@ -11,6 +11,9 @@ Path appsRoot(const Path& drive) {
 Path dataRoot(const Path& drive) {
   return externalRootPath(drive).appending(data);
 }
+Path pluginsRoot(const Path& drive) {
+  return externalRootPath(drive).appending(plugins);
+}
 Path foldersRoot(const Path& drive) {
   return externalRootPath(drive).appending(folders);
 }

@@ -12,6 +12,7 @@ namespace quarn::AppStorageNames {
 inline constexpr std::string_view externalRoot = "ExternalQuarn";
 inline constexpr std::string_view apps = "Apps";
 inline constexpr std::string_view data = "Data";
+inline constexpr std::string_view plugins = "Plugins";
 inline constexpr std::string_view folders = "Folders";                ///< reserved
 inline constexpr std::string_view installerCache = "InstallerCache";  ///< reserved
 /// Beside the root folder on the drive, not inside it.
@@ -26,6 +27,7 @@ inline constexpr std::array<std::string_view, 1> legacyExternalRoots = {"Quarn"}
 Path externalRootPath(const Path& drive);
 Path appsRoot(const Path& drive);
 Path dataRoot(const Path& drive);
+Path pluginsRoot(const Path& drive);
 Path foldersRoot(const Path& drive);
 
 /// Paths in the user's home folder.

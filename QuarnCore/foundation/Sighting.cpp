@@ -7,19 +7,54 @@
 namespace quarn {
 namespace {
 
+using Failure = std::optional<PlatformError>;
+
+/// A name that is too long belongs to no item.
+bool saysMissing(const PlatformError& error) {
+  return error.code == CocoaErrorCode::fileReadNoSuchFile ||
+         error.code == CocoaErrorCode::fileReadInvalidFileName;
+}
+
+Failure failureOf(const FileSystem& files, const Path& item) {
+  const auto attributes = files.attributes(item);
+  if (!attributes) return saysMissing(attributes.error()) ? Failure() : attributes.error();
+  // A link that leads to nothing is no failure; one that leads to what can't be looked at is.
+  const auto real = files.realPath(item);
+  return real || saysMissing(real.error()) ? Failure() : real.error();
+}
+
 /// Returns the path itself, or the nearest folder around it that exists.
-Path nearestThatExists(const FileSystem& files, const Path& path) {
+Path nearestThatExists(const FileSystem& files, const Path& path, Failure& failure) {
   Path current = path;
-  while (!files.exists(current) && current.parent() != current) current = current.parent();
+  for (; !files.exists(current) && current.parent() != current; current = current.parent()) {
+    const auto why = failureOf(files, current);
+    if (why && !failure) failure = why;
+    // Nothing lies below a link that leads nowhere, and that isn't always reported as missing (ELOOP,
+    // lstat(2)).
+    if (!why && files.isSymbolicLink(current)) failure.reset();
+  }
+  // Nor below a file (ENOTDIR).
+  if (current != path && !files.isFolder(current)) failure.reset();
   return current;
 }
 
-std::vector<FileIdentity> identitiesUpFrom(const FileSystem& files, const Path& resolved) {
+std::vector<FileIdentity> identitiesUpFrom(const FileSystem& files, const Path& resolved, Failure& failure) {
   std::vector<FileIdentity> identities;
   for (Path current = resolved;; current = current.parent()) {
-    if (const auto attributes = files.attributes(current)) identities.push_back(attributes->identity);
+    const auto attributes = files.attributes(current);
+    if (attributes) {
+      identities.push_back(attributes->identity);
+    } else {
+      if (!failure) failure = attributes.error();
+    }
     if (current.parent() == current) return identities;
   }
+}
+
+Failure named(Failure failure, const Path& item) {
+  if (failure)
+    failure->description = "“" + item.lastComponent() + "” can’t be looked at: " + failure->description;
+  return failure;
 }
 
 }  // namespace
@@ -43,15 +78,29 @@ bool Sighting::isAtOrIn(const Sighting& folder) const {
          std::find(identities.begin(), identities.end(), folder.identities.front()) != identities.end();
 }
 
+Sighting Sighting::orThrow() && {
+  if (failure) throw *std::move(failure);
+  return std::move(*this);
+}
+
+bool leadsInto(const FileSystem& files, const Path& item, const Path& folder) {
+  return isAtOrInByText(sight(files, item).orThrow().leadsTo, sight(files, folder).orThrow().leadsTo);
+}
+
 Sighting sight(const FileSystem& files, const Path& item) {
   const Path spelled = files.standardized(item);
-  const Path existing = nearestThatExists(files, spelled);
-  const Path resolved = files.resolvingLinks(existing);
+  Failure failure;
+  const Path existing = nearestThatExists(files, spelled, failure);
+  const auto real = files.realPath(existing);
+  if (!real && !failure) failure = real.error();
+  const Path resolved = real ? *real : existing;
+  auto identities = identitiesUpFrom(files, resolved, failure);
   return {.spelled = spelled,
           .leadsTo = resolved.appending(spelled.text().substr(existing.text().size())),
           .isLink = files.isSymbolicLink(spelled),
           .exists = existing == spelled,
-          .identities = identitiesUpFrom(files, resolved)};
+          .identities = std::move(identities),
+          .failure = named(std::move(failure), spelled)};
 }
 
 Sighting sightItself(const FileSystem& files, const Path& item) {
@@ -62,12 +111,17 @@ Sighting sightItself(const FileSystem& files, const Path& item) {
           .leadsTo = folder.leadsTo.appending(spelled.lastComponent()),
           .isLink = true,
           .exists = false,
-          .identities = folder.identities};
+          .identities = folder.identities,
+          .failure = folder.failure};
 }
 
 Sighting unseen(const Path& standardized) {
-  return {
-      .spelled = standardized, .leadsTo = standardized, .isLink = false, .exists = false, .identities = {}};
+  return {.spelled = standardized,
+          .leadsTo = standardized,
+          .isLink = false,
+          .exists = false,
+          .identities = {},
+          .failure = {}};
 }
 
 }  // namespace quarn

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <vector>
 
 #include "Platform/FileSystem.h"
@@ -16,10 +17,14 @@ struct Sighting {
   /// The identity of what the path leads to, if that exists, followed by those of all existing folders around
   /// it.
   std::vector<FileIdentity> identities;
+  /// Why a part of this couldn't be looked at, though it may exist. What is said above may then be wrong.
+  std::optional<PlatformError> failure;
 
   /// Returns whether this is `folder` or lies anywhere in it, by its path, by what it leads to, or by
   /// identity.
   bool isAtOrIn(const Sighting& folder) const;
+  /// Throws the failure, if there is one. For whoever relies on the rest to change something.
+  Sighting orThrow() &&;
 };
 
 /// Returns whether a path is `folder` or lies anywhere in it, judged by the text alone. Letter case matters;
@@ -27,6 +32,10 @@ struct Sighting {
 bool isAtOrInByText(const Path& item, const Path& folder);
 /// Returns whether a path lies inside one of the folders, judged in the same way.
 bool isInsideAnyByText(const Path& item, const std::vector<Path>& folders);
+
+/// Returns whether what a path leads to is what `folder` leads to, or lies anywhere in it. Neither has to
+/// exist. Throws if one of them can't be looked at.
+bool leadsInto(const FileSystem& files, const Path& item, const Path& folder);
 
 /// Looks at an item, following links. Changes nothing and never throws.
 Sighting sight(const FileSystem& files, const Path& item);

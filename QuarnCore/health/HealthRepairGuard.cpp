@@ -7,6 +7,7 @@
 #include "QuarnCore/discovery/ProtectedPlaces.h"
 #include "QuarnCore/discovery/RunningAppsDetector.h"
 #include "QuarnCore/foundation/AppStorageNames.h"
+#include "QuarnCore/health/SymlinkScanning.h"
 #include "QuarnCore/move/MountPoints.h"
 #include "QuarnCore/move/MovePlanner.h"
 #include "QuarnCore/move/MoverError.h"
@@ -16,6 +17,10 @@ namespace {
 
 std::string quoted(const std::string& text) {
   return "“" + text + "”";
+}
+
+MoveRefused hasChanged(const Path& item) {
+  return MoveRefused(quoted(item.text()) + " has changed since it was looked at.");
 }
 
 MoveRefused belongsThere(const Path& item) {
@@ -51,31 +56,31 @@ bool isPlaceOfApplications(const ReadOnlyPlatform& platform, const Path& item) {
 /// Looks at the item itself: a link to it elsewhere would be followed to somebody else's.
 void requirePlaceOfApplications(const ReadOnlyPlatform& platform, const Path& location) {
   const ProtectedPlaces places(platform);
-  const Sighting sighting = sight(platform.files, location);
+  const Sighting sighting = sight(platform.files, location).orThrow();
   if (places.isOneOrAroundOne(sighting) || places.isInOwnFolder(sighting)) throw belongsThere(location);
-  const Sighting around = sight(platform.files, location.parent());
+  const Sighting around = sight(platform.files, location.parent()).orThrow();
   if (!location.isAbsolute() || around.leadsTo != around.spelled ||
       !isPlaceOfApplications(platform, sighting.spelled))
     throw MoveRefused(quoted(location.text()) +
                       " isn’t a place that applications or their data are moved from.");
 }
 
-bool isHealthyElsewhere(const ReadOnlyPlatform& platform, const HealthReport& report, const Path& target) {
-  const Sighting copy = sight(platform.files, target);
+bool isHealthyElsewhere(const ReadOnlyPlatform& platform, const HealthReport& report, const Sighting& copy) {
   return std::any_of(report.issues.begin(), report.issues.end(), [&](const HealthIssue& issue) {
     if (issue.kind != HealthIssue::Kind::healthy || !issue.target) return false;
-    const Sighting used = sight(platform.files, *issue.target);
+    const Sighting used = sight(platform.files, *issue.target).orThrow();
     return copy.isAtOrIn(used) || used.isAtOrIn(copy);
   });
 }
 
 void requireOwnCopy(const ReadOnlyPlatform& platform, const HealthReport& report, const Path& location,
                     const Path& target) {
+  const Sighting copy = sight(platform.files, target).orThrow();
   if (!driveOf(platform, target))
     throw MoveRefused(quoted(target.text()) + " isn’t in the folder for moved items of a mounted drive.");
   if (target.lastComponent() != location.lastComponent())
     throw MoveRefused(quoted(target.text()) + " isn’t a copy of " + quoted(location.lastComponent()) + ".");
-  if (isHealthyElsewhere(platform, report, target))
+  if (isHealthyElsewhere(platform, report, copy))
     throw MoveRefused(quoted(target.text()) + " is in use: a link leads there.");
 }
 
@@ -83,18 +88,33 @@ void requireOwnCopy(const ReadOnlyPlatform& platform, const HealthReport& report
 
 std::optional<Path> driveOf(const ReadOnlyPlatform& platform, const Path& item) {
   if (!item.isAbsolute()) return std::nullopt;
-  const Path place = sight(platform.files, item.parent()).leadsTo.appending(item.lastComponent());
-  const auto top = folderAtTopOfDrive(place);
+  const Sighting folder = sight(platform.files, item.parent());
+  if (folder.failure) return std::nullopt;
+  const auto top = folderAtTopOfDrive(folder.leadsTo.appending(item.lastComponent()));
   if (!top || !isFolderForMovedItems(top->lastComponent()) || !MountPoints::contains(platform, top->parent()))
     return std::nullopt;
   return top->parent();
 }
 
 void requireTrashable(const ReadOnlyPlatform& platform, const Path& item) {
-  const Sighting sighting = sight(platform.files, item);
+  const Sighting sighting = sight(platform.files, item).orThrow();
   const ProtectedPlaces places(platform);
   if (places.isOneOrAroundOne(sighting) || places.isRecordOrBackup(sighting)) throw belongsThere(item);
   if (platform.files.exists(item)) MountPoints::refuseInside(platform, item);
+}
+
+void requireBroken(const ReadOnlyPlatform& platform, const HealthIssue& issue) {
+  if (!issue.target) return;
+  const auto text = platform.files.readSymbolicLink(issue.location).orThrow();
+  if (PathText::linkTarget(issue.location, text).simplified() != issue.target->simplified())
+    throw hasChanged(issue.location);
+  const Path programs = issue.target->appending("Contents/MacOS");
+  for (const Path& item : {*issue.target, issue.target->appending("Contents/Info.plist"), programs})
+    sight(platform.files, item).orThrow();
+  if (platform.files.isFolder(programs))
+    platform.files.list(platform.files.realPath(programs).orThrow(), Hidden::included).orThrow();
+  if (SymlinkInspector::inspect(platform, issue.location, *issue.target).kind != issue.kind)
+    throw hasChanged(*issue.target);
 }
 
 void requirePlausible(const ReadOnlyPlatform& platform, const HealthReport& report,
@@ -116,14 +136,14 @@ void requireMovable(const ReadOnlyPlatform& platform, const Path& source) {
 void requirePreferencesFile(const ReadOnlyPlatform& platform, const Path& link) {
   const auto text = platform.files.readSymbolicLink(link).orThrow();
   const Path seenFromTheLink = PathText::linkTarget(link, text);
-  const Sighting taken = sight(platform.files, PathText::fileURL(platform.places, text));
+  const Sighting taken = sight(platform.files, PathText::fileURL(platform.places, text)).orThrow();
   // What is missing is told by the way back itself.
   if (!taken.exists) return;
   const auto attributes = platform.files.attributes(taken.leadsTo);
   const bool isFile =
       attributes && attributes->kind == FileKind::regular && taken.leadsTo.extension() == "plist";
   if (!isFile || ProtectedPlaces(platform).isRecordOrBackup(taken) ||
-      sight(platform.files, seenFromTheLink).leadsTo != taken.leadsTo)
+      sight(platform.files, seenFromTheLink).orThrow().leadsTo != taken.leadsTo)
     throw MoveRefused(quoted(link.lastComponent()) + " doesn’t lead to a preferences file.");
 }
 

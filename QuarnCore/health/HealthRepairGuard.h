@@ -12,6 +12,10 @@ namespace quarn::HealthRepairGuard {
 /// other volume is mounted inside: that would go with it.
 void requireTrashable(const ReadOnlyPlatform& platform, const Path& item);
 
+/// The link leads where the report says, and what is there is as broken. It may have looked so because it
+/// couldn't be looked at, which throws the error that says why.
+void requireBroken(const ReadOnlyPlatform& platform, const HealthIssue& issue);
+
 /// A reverted application, or its data, is at a place that a move takes things from, isn't a launcher, and
 /// has its copy under its own name in the folder for moved items of a mounted drive, where no healthy link
 /// leads.

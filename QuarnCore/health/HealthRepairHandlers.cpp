@@ -33,7 +33,7 @@ void trashShims(HealthRepairRun& run, const Path& target) {
 }  // namespace
 
 HealthRepairRun::HealthRepairRun(Platform& whole, const HealthReport& whatWasFound,
-                                 std::function<void(const std::string& line)> whoIsTold)
+                                 const std::function<void(const std::string& line)>& whoIsTold)
     : platform(whole), report(whatWasFound), say(whoIsTold), trash(whole, whatWasFound, whoIsTold) {
   for (const HealthIssue& issue : report.issues) {
     if (issue.kind != HealthIssue::Kind::reverted) continue;
@@ -44,6 +44,21 @@ HealthRepairRun::HealthRepairRun(Platform& whole, const HealthReport& whatWasFou
                          JobRunner::begin(platform, drive.value_or(destination.parent()), false));
   }
 }
+
+namespace {
+
+/// Returns whether what a link leads to is broken, and says otherwise why the link stays.
+bool isBroken(const HealthRepairRun& run, const HealthIssue& issue) {
+  try {
+    HealthRepairGuard::requireBroken(run.platform, issue);
+    return true;
+  } catch (const LocalizedError& error) {
+    run.say("  left as it is: " + error.localizedDescription());
+    return false;
+  }
+}
+
+}  // namespace
 
 namespace HealthRepairDanglingHandler {
 std::optional<Path> candidate(const ReadOnlyPlatform& platform, const HealthIssue& issue) {
@@ -60,6 +75,7 @@ void handle(HealthRepairRun& run, const HealthIssue& issue, const std::optional<
     run.say("  left as it is: " + candidate->text() + " is no longer there");
     return;
   }
+  if (!isBroken(run, issue)) return;
   (void)files.removeSymbolicLink(issue.location);
   if (!candidate) {
     run.say("  removed " + issue.location.text());
@@ -76,6 +92,7 @@ std::string action(const HealthIssue&) {
 }
 
 void handle(HealthRepairRun& run, const HealthIssue& issue) {
+  if (!isBroken(run, issue)) return;
   (void)run.platform.files.removeSymbolicLink(issue.location);
   if (issue.target) run.trash.trash(*issue.target);
   run.say("  trashed symlink + remnant for " + nameOf(issue));

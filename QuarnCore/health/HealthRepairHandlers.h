@@ -18,7 +18,7 @@ namespace quarn {
 /// What the repairs of one run share.
 struct HealthRepairRun {
   HealthRepairRun(Platform& whole, const HealthReport& whatWasFound,
-                  std::function<void(const std::string& line)> whoIsTold);
+                  const std::function<void(const std::string& line)>& whoIsTold);
 
   Platform& platform;
   const HealthReport& report;

@@ -37,12 +37,9 @@ Places placesOf(const Path& source, const InstallerOption& option, const Path& t
           .launcher = linkRoot.appending(source.lastComponent())};
 }
 
-/// Refuses a drive that isn't mounted: the folders made in its place would be on the startup disk.
 ChosenVolume mountedVolume(const ReadOnlyPlatform& platform, const Path& targetDrive) {
   if (!targetDrive.isAbsolute()) throw MoveRefused("It isn’t known which drive to install onto.");
-  const auto volume = ChosenVolume::holding(platform, targetDrive);
-  if (volume && platform.files.isFolder(targetDrive)) return *volume;
-  throw MoveRefused("No drive is mounted there: " + targetDrive.text());
+  return ChosenVolume::ofDrive(platform, targetDrive);
 }
 
 /// Found before anything is set aside for its copy.
@@ -80,9 +77,9 @@ void requireApart(const Sighting& one, const Sighting& other) {
 
 /// What is set aside takes everything in it along.
 void requireApart(const ReadOnlyPlatform& platform, const Places& places) {
-  const Sighting source = sightItself(platform.files, places.source);
-  const Sighting destination = sightItself(platform.files, places.destination);
-  const Sighting launcher = sightItself(platform.files, places.launcher);
+  const Sighting source = sightItself(platform.files, places.source).orThrow();
+  const Sighting destination = sightItself(platform.files, places.destination).orThrow();
+  const Sighting launcher = sightItself(platform.files, places.launcher).orThrow();
   requireApart(launcher, destination);
   requireApart(destination, launcher);
   // An application that is on the drive already is only given a launcher.
@@ -97,7 +94,7 @@ void requireNothingElseInside(const ReadOnlyPlatform& platform, const Places& pl
     // A link is taken by itself, whatever it leads to.
     if (platform.files.isSymbolicLink(place) || !platform.files.exists(place)) continue;
     MountPoints::refuseInside(platform, place);
-    if (protectedPlaces.isOneOrAroundOne(sight(platform.files, place)))
+    if (protectedPlaces.isOneOrAroundOne(sight(platform.files, place).orThrow()))
       throw MoveRefused("“" + place.text() + "” belongs where it is.");
   }
 }

@@ -10,7 +10,7 @@ Path on(const Path& drive, const std::string& externalRootName) {
 }
 
 bool isOn(const ReadOnlyPlatform& platform, const Path& appsFolder, const Path& drive) {
-  return isAtOrInByText(sight(platform.files, appsFolder).leadsTo, sight(platform.files, drive).leadsTo);
+  return leadsInto(platform.files, appsFolder, drive);
 }
 
 }  // namespace quarn::AppsFolder

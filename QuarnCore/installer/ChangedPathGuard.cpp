@@ -36,6 +36,7 @@ ChangedPathGuard::ChangedPathGuard(const ReadOnlyPlatform& platform, const Insta
 bool ChangedPathGuard::allows(const Path& path) const {
   if (!isWhole(path)) return false;
   const Sighting item = sightItself(platform_.files, path);
+  if (item.failure) return false;
   if (protected_.isOneOrAroundOne(item) || protected_.isRecordOrBackup(item)) return false;
   const bool isBrought = isInsideAnyByText(item.leadsTo, folders_) ||
                          (!item.isLink && LauncherShim::recordedTarget(platform_, path));

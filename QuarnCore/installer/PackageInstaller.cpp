@@ -101,7 +101,8 @@ std::vector<Path> pkgAppTargets(Platform& platform, const Path& package) {
 /// on another volume makes room.
 bool mayMakeRoom(const ReadOnlyPlatform& platform, const Path& copy) {
   const Sighting sighting = sight(platform.files, copy);
-  return copy.extension() == "app" && sighting.leadsTo.text().starts_with(otherVolumes) &&
+  return copy.extension() == "app" && !sighting.failure &&
+         sighting.leadsTo.text().starts_with(otherVolumes) &&
          !ProtectedPlaces(platform).isOneOrAroundOne(sighting) && MountPoints::areNoneInside(platform, copy);
 }
 

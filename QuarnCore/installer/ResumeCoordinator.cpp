@@ -19,13 +19,20 @@ constexpr const char* errorDomain = "install-resume";
 constexpr int noSession = 1;
 constexpr int unknownOption = 2;
 
+/// An application that can't be looked at isn't gone: its own installation tells why it fails.
+bool isStillThere(const ReadOnlyPlatform& platform, const Path& app) {
+  if (platform.files.isSymbolicLink(app)) return false;
+  const Sighting place = sight(platform.files, app);
+  return place.exists || place.failure;
+}
+
 std::vector<Path> stillPending(const ReadOnlyPlatform& platform, const InstallerSession& session,
                                const InstallerOption& option, const Path& targetDrive) {
   std::vector<Path> present;
   for (const std::string& text : session.pendingExternalizeApps) {
     const Path app(text);
-    const bool isThere = platform.files.exists(app) && !platform.files.isSymbolicLink(app);
-    if (isThere || AppInstallEngine::wasBrokenOff(platform, app, option, targetDrive)) present.push_back(app);
+    if (isStillThere(platform, app) || AppInstallEngine::wasBrokenOff(platform, app, option, targetDrive))
+      present.push_back(app);
   }
   // An application inside another one goes to the drive along with it.
   std::vector<Path> apps;

@@ -1,11 +1,8 @@
 #include "QuarnCore/installer/SessionStore.h"
 
-#include <algorithm>
-
 #include "Platform/CocoaError.h"
-#include "Platform/Text.h"
 #include "QuarnCore/foundation/EntryName.h"
-#include "QuarnCore/foundation/StoredJson.h"
+#include "QuarnCore/foundation/RecordFolders.h"
 
 namespace quarn {
 
@@ -36,7 +33,7 @@ InstallerSession InstallerSession::with(InstallerSessionStatus newStatus,
 namespace SessionStore {
 namespace {
 
-constexpr const char* sessionFile = "session.json";
+constexpr RecordFolders<InstallerSession> records{"session.json", StoredJson::Layout::compact};
 constexpr const char* changedPathsFile = "changed-paths.tsv";
 
 std::string linesOf(const std::vector<std::string>& paths) {
@@ -53,39 +50,21 @@ void save(Platform& platform, const InstallerSession& session, const Path& root)
                                root.appending(session.id));
   const Path folder = root.appending(session.id);
   platform.files.createFolder(folder).orThrow();
-  const std::string text =
-      StoredJson::write(session, StoredJson::Layout::compact, DateForm::secondsSince2001).orThrow();
-  platform.files.writeAtomically(folder.appending(sessionFile), text).orThrow();
+  records.save(platform, session, folder);
   platform.files.writeAtomically(folder.appending(changedPathsFile), linesOf(session.changedPaths)).orThrow();
 }
 
 std::vector<InstallerSession> list(const ReadOnlyPlatform& platform, const Path& root) {
-  auto names = platform.files.list(root, Hidden::skipped).valueOr({});
-  std::sort(names.begin(), names.end());
-  std::vector<InstallerSession> sessions;
-  for (const std::string& name : names) {
-    if (auto session = load(platform, root.appending(name))) sessions.push_back(*std::move(session));
-  }
-  std::stable_sort(
-      sessions.begin(), sessions.end(),
-      [](const InstallerSession& a, const InstallerSession& b) { return a.createdAt > b.createdAt; });
-  return sessions;
+  return records.newestFirst(platform, root);
 }
 
 std::optional<InstallerSession> find(const ReadOnlyPlatform& platform, const std::string& id,
                                      const Path& root) {
-  if (!EntryName::isOne(id)) return std::nullopt;
-  auto session = load(platform, root.appending(id));
-  if (!session || !Text::equal(session->id, id)) return std::nullopt;
-  return session;
+  return records.find(platform, id, root);
 }
 
 std::optional<InstallerSession> load(const ReadOnlyPlatform& platform, const Path& folder) {
-  const auto text = platform.files.read(folder.appending(sessionFile));
-  if (!text) return std::nullopt;
-  auto session = StoredJson::read<InstallerSession>(*text, DateForm::secondsSince2001);
-  if (!session) return std::nullopt;
-  return *std::move(session);
+  return records.load(platform, folder);
 }
 
 }  // namespace SessionStore

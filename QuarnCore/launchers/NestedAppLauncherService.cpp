@@ -18,10 +18,12 @@ constexpr int deepest = 1;
 constexpr std::size_t mostNames = 4;
 
 /// Returns whether the application is the very thing at the launcher's path, as it is behind a link to the
-/// folder of applications itself. A launcher there would open itself.
+/// folder of applications itself. A launcher there would open itself. What can't be looked at may
+/// be that.
 bool isItsOwnLauncher(const ReadOnlyPlatform& platform, const Candidate& candidate) {
   const Sighting ofApp = sight(platform.files, candidate.targetApp.parent());
   const Sighting ofLauncher = sight(platform.files, candidate.launcher.parent());
+  if (ofApp.failure || ofLauncher.failure) return true;
   return ofApp.isAtOrIn(ofLauncher) && ofLauncher.isAtOrIn(ofApp);
 }
 

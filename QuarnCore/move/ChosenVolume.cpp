@@ -18,7 +18,9 @@ std::optional<Path> driveOf(const Path& path) {
 }
 
 std::optional<std::int32_t> deviceOf(const ReadOnlyPlatform& platform, const Path& item) {
-  const auto attributes = platform.files.attributes(platform.files.resolvingLinks(item));
+  const auto place = platform.files.realPath(item);
+  if (!place) return std::nullopt;
+  const auto attributes = platform.files.attributes(*place);
   if (!attributes) return std::nullopt;
   return attributes->identity.device;
 }
@@ -42,6 +44,12 @@ std::optional<ChosenVolume> ChosenVolume::holding(const ReadOnlyPlatform& platfo
   const auto device = deviceAround(platform, place);
   if (!device) return std::nullopt;
   return ChosenVolume(drive, *device);
+}
+
+ChosenVolume ChosenVolume::ofDrive(const ReadOnlyPlatform& platform, const Path& drive) {
+  const auto volume = holding(platform, drive);
+  if (volume && platform.files.isFolder(drive)) return *volume;
+  throw MoveRefused("No drive is mounted there: " + drive.text());
 }
 
 ChosenVolume ChosenVolume::requiredFor(const ReadOnlyPlatform& platform, const Path& folder) {

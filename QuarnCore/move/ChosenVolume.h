@@ -15,7 +15,10 @@ class ChosenVolume {
   /// Returns the volume that holds a folder, or will hold it once it exists. Returns nothing if the folder
   /// lies below "/Volumes/<name>" and nothing is mounted there.
   static std::optional<ChosenVolume> holding(const ReadOnlyPlatform& platform, const Path& folder);
-  /// Does the same, but throws `MoveRefused` if nothing is mounted there.
+  /// Returns the volume of a drive that was named. Throws `MoveRefused` if there is no folder, or nothing is
+  /// mounted there: the folders made in its place would be on the startup disk.
+  static ChosenVolume ofDrive(const ReadOnlyPlatform& platform, const Path& drive);
+  /// Does the same as `holding`, but throws `MoveRefused` if nothing is mounted there.
   static ChosenVolume requiredFor(const ReadOnlyPlatform& platform, const Path& folder);
 
   /// Returns whether the volume is still mounted and the item, or what a link leads to, lies on it. The item

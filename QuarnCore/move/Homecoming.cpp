@@ -19,8 +19,8 @@ namespace {
 /// the link would be gone already. And a link or a launcher made by a stranger could otherwise carry off the
 /// home folder.
 void requireApart(const ReadOnlyPlatform& platform, const Path& place, const Path& target) {
-  const Sighting at = sightItself(platform.files, place);
-  const Sighting leadsTo = sight(platform.files, target);
+  const Sighting at = sightItself(platform.files, place).orThrow();
+  const Sighting leadsTo = sight(platform.files, target).orThrow();
   if (at.isAtOrIn(leadsTo) || leadsTo.isAtOrIn(at) || MountPoints::contains(platform, target))
     throw MoverError::verifyFailed(place.lastComponent() + " leads to a volume or to a folder around itself");
   const ProtectedPlaces places(platform);

@@ -32,10 +32,6 @@ PlatformError couldNotLeave(const ReadOnlyPlatform& platform, const PlatformErro
   return moveError(platform, error, source, isRefused ? source : destination, source.parent());
 }
 
-MoveRefused notCopyable(const std::string& name) {
-  return MoveRefused("“" + name + "” is a socket or a device, which can't be copied. Remove it first.");
-}
-
 void compare(Platform& platform, const Path& source, const Path& destination) {
   const auto findings = MoveVerifier::beforeRemoval(platform, source, destination);
   if (!findings.difference && !findings.obstacle) return;
@@ -81,7 +77,7 @@ void requireMovable(const ReadOnlyPlatform& platform, const Path& item, const Pa
   const auto obstacles = isOnOneVolume(platform, item, folder)
                              ? Obstacles{.toCopying = {}, .toRemoval = platform.files.obstacleToRemoval(item)}
                              : Obstacles::find(platform, item);
-  if (obstacles.toCopying) throw notCopyable(*obstacles.toCopying);
+  if (obstacles.toCopying) throw MoveRefused::notCopyable(*obstacles.toCopying);
   if (obstacles.toRemoval)
     throw couldNotLeave(platform, *obstacles.toRemoval, item, folder.appending(item.lastComponent()));
 }

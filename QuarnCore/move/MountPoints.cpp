@@ -13,6 +13,21 @@ std::vector<Path> all(const ReadOnlyPlatform& platform) {
   return platform.volumes.mountPoints().valueOr({});
 }
 
+std::vector<Path> required(const ReadOnlyPlatform& platform) {
+  auto mountPoints = platform.volumes.mountPoints();
+  if (!mountPoints) throw MoveRefused("The list of mounted volumes can't be read.");
+  return *std::move(mountPoints);
+}
+
+/// The links in the parent are resolved, but not the item itself if it is a link.
+Path placeOf(const ReadOnlyPlatform& platform, const Path& item) {
+  const auto folder = platform.files.realPath(item.parent());
+  if (!folder && folder.error().code != CocoaErrorCode::fileReadNoSuchFile)
+    throw MoveRefused("It can't be seen whether a volume is mounted inside " + item.lastComponent() + ": " +
+                      folder.error().localizedDescription());
+  return (folder ? *folder : platform.files.standardized(item.parent())).appending(item.lastComponent());
+}
+
 }  // namespace
 
 bool contains(const ReadOnlyPlatform& platform, const Path& place) {
@@ -33,14 +48,18 @@ Path holding(const ReadOnlyPlatform& platform, const Path& place) {
 }
 
 void refuseInside(const ReadOnlyPlatform& platform, const Path& item) {
-  const auto mountPoints = platform.volumes.mountPoints();
-  if (!mountPoints) throw MoveRefused("The list of mounted volumes can't be read.");
-  // The links in the parent are resolved, but not the item itself if it is a link.
-  const Path place = platform.files.resolvingLinks(item.parent()).appending(item.lastComponent());
-  for (const Path& mountPoint : *mountPoints) {
-    if (Text::equal(mountPoint.text(), place.text()))
-      throw MoveRefused(item.lastComponent() + " is a volume of its own: " + mountPoint.text());
-    if (isAtOrInByText(mountPoint, place))
+  const auto mountPoints = required(platform);
+  const Path place = placeOf(platform, item);
+  if (std::any_of(mountPoints.begin(), mountPoints.end(),
+                  [&](const Path& mountPoint) { return Text::equal(mountPoint.text(), place.text()); }))
+    throw MoveRefused(item.lastComponent() + " is a volume of its own: " + place.text());
+  refuseBelow(platform, item);
+}
+
+void refuseBelow(const ReadOnlyPlatform& platform, const Path& item) {
+  const Path place = placeOf(platform, item);
+  for (const Path& mountPoint : required(platform)) {
+    if (isAtOrInByText(mountPoint, place) && !Text::equal(mountPoint.text(), place.text()))
       throw MoveRefused("A volume is mounted inside " + item.lastComponent() + ": " + mountPoint.text() +
                         ". Eject it first.");
   }

@@ -13,6 +13,8 @@ Path holding(const ReadOnlyPlatform& platform, const Path& place);
 /// Throws `MoveRefused` if an item is a mount point or contains one: a copy would include that volume's
 /// contents, and a removal would empty it. Also throws if the list of mount points can't be read.
 void refuseInside(const ReadOnlyPlatform& platform, const Path& item);
+/// Does the same, but lets an item pass that is a mount point itself.
+void refuseBelow(const ReadOnlyPlatform& platform, const Path& item);
 /// Returns whether `refuseInside` lets an item pass.
 bool areNoneInside(const ReadOnlyPlatform& platform, const Path& item);
 

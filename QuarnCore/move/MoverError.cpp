@@ -37,4 +37,8 @@ MoverError MoverError::destinationExists() {
   return {Reason::destinationExists, "Destination already exists."};
 }
 
+MoveRefused MoveRefused::notCopyable(const std::string& name) {
+  return MoveRefused("“" + name + "” is a socket or a device, which can't be copied. Remove it first.");
+}
+
 }  // namespace quarn

@@ -46,6 +46,8 @@ class MoverError : public LocalizedError {
 class MoveRefused : public LocalizedError {
  public:
   explicit MoveRefused(std::string sentence) : sentence_(std::move(sentence)) {}
+  /// For a socket or a device, given its name.
+  static MoveRefused notCopyable(const std::string& name);
   const std::string& localizedDescription() const noexcept override { return sentence_; }
 
  private:

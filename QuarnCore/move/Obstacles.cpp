@@ -3,14 +3,10 @@
 namespace quarn {
 namespace {
 
-bool canBeCopied(FileKind kind) {
-  return kind != FileKind::socket && kind != FileKind::blockDevice && kind != FileKind::characterDevice;
-}
-
 class Search : public WalkVisitor {
  public:
   WalkStep visit(const WalkItem& item) override {
-    if (!canBeCopied(item.kind())) found.toCopying = std::string(item.relativePath());
+    if (!Obstacles::canBeCopied(item.kind())) found.toCopying = std::string(item.relativePath());
     found.toRemoval = item.obstacleToRemoval();
     return found.toCopying || found.toRemoval ? WalkStep::stop : WalkStep::proceed;
   }
@@ -23,6 +19,10 @@ class Search : public WalkVisitor {
 };
 
 }  // namespace
+
+bool Obstacles::canBeCopied(FileKind kind) {
+  return kind != FileKind::socket && kind != FileKind::blockDevice && kind != FileKind::characterDevice;
+}
 
 Obstacles Obstacles::find(const ReadOnlyPlatform& platform, const Path& item) {
   Search search;

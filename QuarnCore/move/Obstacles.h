@@ -13,6 +13,8 @@ struct Obstacles {
   std::optional<std::string> toCopying;    ///< the name of a socket or device, relative to the item
   std::optional<PlatformError> toRemoval;  ///< an error, also for a folder that can't be read
 
+  /// Returns whether an item of this kind can be copied. Sockets and devices can't.
+  static bool canBeCopied(FileKind kind);
   static Obstacles find(const ReadOnlyPlatform& platform, const Path& item);
 };
 

@@ -27,7 +27,7 @@ ChosenVolume mountedVolume(const ReadOnlyPlatform& platform, const Path& destina
 void refuseProtectedPlace(const ReadOnlyPlatform& platform, const Path& destination) {
   if (MountPoints::contains(platform, destination))
     throw MoveRefused("Destination is a whole volume: " + destination.text() + ". Name a folder on it.");
-  if (ProtectedPlaces(platform).isOneOrAroundOne(sight(platform.files, destination)))
+  if (ProtectedPlaces(platform).isOneOrAroundOne(sight(platform.files, destination).orThrow()))
     throw MoveRefused("Destination is a folder that belongs where it is: " + destination.text());
 }
 

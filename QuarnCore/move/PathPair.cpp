@@ -12,7 +12,8 @@ void requireSafe(const ReadOnlyPlatform& platform, const Path& source, const Pat
   if (Text::equal(source.text(), destination.text())) {
     throw MoveRefused("Source and destination are the same path.");
   }
-  const Sighting from = sight(platform.files, source), to = sight(platform.files, destination);
+  const Sighting from = sight(platform.files, source).orThrow();
+  const Sighting to = sight(platform.files, destination).orThrow();
   if (to.isAtOrIn(from)) {
     throw MoveRefused("Destination lies inside the source: " + destination.text());
   }

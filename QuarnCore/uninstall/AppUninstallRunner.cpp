@@ -6,6 +6,7 @@
 #include "Platform/Text.h"
 #include "QuarnCore/foundation/Turn.h"
 #include "QuarnCore/uninstall/AppUninstallError.h"
+#include "QuarnCore/uninstall/PlannedApp.h"
 #include "QuarnCore/uninstall/UninstallObstacles.h"
 #include "QuarnCore/uninstall/UninstallRemoval.h"
 
@@ -31,6 +32,8 @@ void requireUninstallable(const ReadOnlyPlatform& platform, const AppRecord& app
   if (!UninstallCandidateGuard::isBundle(bundle))
     throw AppUninstallError::refused("Refusing to uninstall: “" + bundle.lastComponent() +
                                      "” isn’t an application.");
+  if (const auto why = PlannedApp::reasonToDoubt(platform, app))
+    throw AppUninstallError::refused("Refusing to uninstall: " + *why);
 }
 
 Candidates chosen(const AppUninstallPlan& plan, const UninstallSelection& selection,

@@ -35,8 +35,10 @@ std::optional<std::string> UninstallObstacles::reasonToStay(const UninstallCandi
   const Path item(candidate.path);
   const std::string name = "“" + item.lastComponent() + "”";
   if (!Text::isUTF8(candidate.path)) return name + " can’t be recorded, since its path isn’t UTF-8.";
+  const Sighting place = sightItself(platform_.files, item);
+  if (place.failure) return place.failure->description;
   if (!guard_.allows(candidate, app_)) return name + " belongs where it is.";
-  if (stayingTarget_ && stayingTarget_->isAtOrIn(sightItself(platform_.files, item)))
+  if (stayingTarget_ && stayingTarget_->isAtOrIn(place))
     return name + " holds the application that stays: " + stayingTarget_->spelled.text();
   try {
     ChosenVolume::requiredFor(platform_, item.parent());

@@ -1,12 +1,12 @@
 #include "QuarnCore/uninstall/UninstallRemoval.h"
 
-#include <chrono>
 #include <set>
 
 #include "Platform/DateText.h"
 #include "Platform/Text.h"
 #include "QuarnCore/foundation/AppStorageNames.h"
 #include "QuarnCore/foundation/FileStash.h"
+#include "QuarnCore/foundation/TimedFolder.h"
 #include "QuarnCore/installer/PackageReceipts.h"
 #include "QuarnCore/move/ChosenVolume.h"
 #include "QuarnCore/uninstall/UninstallSessionStore.h"
@@ -14,21 +14,10 @@
 namespace quarn {
 namespace {
 
-/// Makes the folder of the record. Its name is a time in whole seconds: where one is taken, by the record of
-/// an earlier run or by anything else, the run waits for the next second. Returns the name also where no
-/// folder can be made; whoever writes the record is told.
+/// Makes the folder of the record. Returns its name also where it can't be made; whoever writes the record is
+/// told.
 std::string claimID(Platform& platform, const Path& root) {
-  using namespace std::chrono_literals;
-  constexpr int attempts = 3;
-  platform.files.createFolder(root).orIgnore();
-  for (int i = 1;; ++i) {
-    std::string id = DateText::compactLocal(platform.clock.now());
-    const Path folder = root.appending(id);
-    const bool isTaken = !platform.files.claim(folder, FileKind::folder) && platform.files.attributes(folder);
-    if (!isTaken || i == attempts) return id;
-    const auto sinceSecond = platform.clock.now().time_since_epoch() % 1s;
-    platform.clock.sleep(1s - std::chrono::duration_cast<std::chrono::milliseconds>(sinceSecond));
-  }
+  return TimedFolder::make(platform, root).valueOr(DateText::compactLocal(platform.clock.now()));
 }
 
 }  // namespace

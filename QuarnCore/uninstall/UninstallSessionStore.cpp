@@ -1,11 +1,8 @@
 #include "QuarnCore/uninstall/UninstallSessionStore.h"
 
-#include <algorithm>
-
 #include "Platform/CocoaError.h"
-#include "Platform/Text.h"
 #include "QuarnCore/foundation/EntryName.h"
-#include "QuarnCore/foundation/StoredJson.h"
+#include "QuarnCore/foundation/RecordFolders.h"
 
 namespace quarn {
 
@@ -35,7 +32,7 @@ inline constexpr auto storedKeys<AppUninstallSession> = std::tuple{
 namespace UninstallSessionStore {
 namespace {
 
-constexpr const char* sessionFile = "session.json";
+constexpr RecordFolders<AppUninstallSession> records{"session.json", StoredJson::Layout::pretty};
 
 }  // namespace
 
@@ -47,38 +44,20 @@ void save(Platform& platform, const AppUninstallSession& session, const Path& ro
   if (platform.files.isSymbolicLink(folder))
     throw CocoaError::fromCode(CocoaError::Operation::save, CocoaErrorCode::fileWriteFileExists, folder);
   platform.files.createFolder(folder).orThrow();
-  const std::string text =
-      StoredJson::write(session, StoredJson::Layout::pretty, DateForm::secondsSince2001).orThrow();
-  platform.files.writeAtomically(folder.appending(sessionFile), text).orThrow();
+  records.save(platform, session, folder);
 }
 
 std::vector<AppUninstallSession> list(const ReadOnlyPlatform& platform, const Path& root) {
-  auto names = platform.files.list(root, Hidden::skipped).valueOr({});
-  std::sort(names.begin(), names.end());
-  std::vector<AppUninstallSession> sessions;
-  for (const std::string& name : names) {
-    if (auto session = load(platform, root.appending(name))) sessions.push_back(*std::move(session));
-  }
-  std::stable_sort(
-      sessions.begin(), sessions.end(),
-      [](const AppUninstallSession& a, const AppUninstallSession& b) { return a.createdAt > b.createdAt; });
-  return sessions;
+  return records.newestFirst(platform, root);
 }
 
 std::optional<AppUninstallSession> load(const ReadOnlyPlatform& platform, const Path& folder) {
-  const auto text = platform.files.read(folder.appending(sessionFile));
-  if (!text) return std::nullopt;
-  auto session = StoredJson::read<AppUninstallSession>(*text, DateForm::secondsSince2001);
-  if (!session) return std::nullopt;
-  return *std::move(session);
+  return records.load(platform, folder);
 }
 
 std::optional<AppUninstallSession> find(const ReadOnlyPlatform& platform, const std::string& id,
                                         const Path& root) {
-  if (!EntryName::isOne(id)) return std::nullopt;
-  auto session = load(platform, root.appending(id));
-  if (!session || !Text::equal(session->id, id)) return std::nullopt;
-  return session;
+  return records.find(platform, id, root);
 }
 
 }  // namespace UninstallSessionStore

@@ -1,25 +1,17 @@
 #include "tests/cli/CallSweep.h"
 
 #include <cerrno>
-#include <cstdlib>
+#include <cstdio>
 #include <gtest/gtest.h>
 
 #include "tests/cli/DriveScenes.h"
+#include "tests/support/CampaignExtent.h"
 #include "tests/support/linux/ChangingCalls.h"
 #include "tests/support/linux/KilledAt.h"
 
 namespace sweep {
-namespace {
-
-bool isWhole() {
-  const char* wanted = std::getenv("QUARN_CAMPAIGN");
-  return wanted && std::string(wanted) == "all";
-}
-
-}  // namespace
-
 void forEachCall(int first, int step, const Run& run) {
-  int n = isWhole() ? 1 : first;
+  int n = extent::isWhole() ? 1 : first;
   // A program with few calls would meet no fault at all.
   for (; !run(n); n /= 2) {
     if (testing::Test::HasFatalFailure()) return;
@@ -29,8 +21,20 @@ void forEachCall(int first, int step, const Run& run) {
     }
   }
   do {
-    n += isWhole() ? 1 : step;
+    n += extent::step(step);
   } while (run(n) && !testing::Test::HasFatalFailure());
+}
+
+Tally::~Tally() {
+  if (runs_ > 0) std::printf("%s: %d runs, %d with something wrong\n", name_.c_str(), runs_, wrong_);
+}
+
+void Tally::judge(const std::string& fault, const std::string& said, const std::string& now,
+                  const std::string& next) {
+  ++runs_;
+  if (now.empty() && next.empty()) return;
+  ++wrong_;
+  ADD_FAILURE() << name_ << ", " << fault << "\n" << now << said << "then:\n" << next;
 }
 
 std::optional<Met> killedAt(int n, const std::vector<std::string>& command) {

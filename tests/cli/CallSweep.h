@@ -29,6 +29,24 @@ struct Met {
   bool wasBlind = false;  ///< looks failed
 };
 
+/// Counts the runs of a sweep, and what was wrong with them. Prints both when it goes.
+class Tally {
+ public:
+  explicit Tally(std::string name) : name_(std::move(name)) {}
+  ~Tally();
+  Tally(const Tally&) = delete;
+  Tally& operator=(const Tally&) = delete;
+
+  /// Fails the test if a run left something wrong, or if the next one, without a fault, did.
+  void judge(const std::string& fault, const std::string& said, const std::string& now,
+             const std::string& next);
+  int runs() const { return runs_; }
+
+ private:
+  const std::string name_;
+  int runs_ = 0, wrong_ = 0;
+};
+
 /// Kills a program at its n-th changing call. Where it can't be traced, the test fails and there is nothing.
 std::optional<Met> killedAt(int n, const std::vector<std::string>& command);
 /// Lets its n-th call of a kind fail. The same holds for a program that doesn't come to an end.

@@ -17,18 +17,11 @@ class Campaign : public testing::TestWithParam<Command> {
   void SetUp() override {
     if (const std::string reason = scene::whyNotTraced(); !reason.empty()) GTEST_SKIP() << reason;
   }
-  void TearDown() override {
-    if (runs_ > 0)
-      std::printf("%s: %d runs, %d with something wrong\n", GetParam().name.c_str(), runs_, wrong_);
-  }
 
   void judge(Trial& trial, const campaign::Outcome& outcome, const std::string& fault) {
-    ++runs_;
     const std::string now = trial.problems(outcome);
     const std::string next = trial.problemsOfNextRun();
-    if (now.empty() && next.empty()) return;
-    ++wrong_;
-    ADD_FAILURE() << GetParam().name << ", " << fault << "\n" << now << outcome.said << "then:\n" << next;
+    tally_.judge(fault, outcome.said, now, next);
   }
 
   bool judged(Trial& trial, const std::optional<sweep::Met>& met) {
@@ -47,8 +40,7 @@ class Campaign : public testing::TestWithParam<Command> {
     return judged(trial, sweep::failedAt(n, failure, GetParam().words()));
   }
 
-  int runs_ = 0;
-  int wrong_ = 0;
+  sweep::Tally tally_{GetParam().name};
 };
 
 std::string nameOf(const testing::TestParamInfo<Command>& info) {

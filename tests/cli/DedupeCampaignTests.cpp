@@ -145,17 +145,12 @@ class DedupeCampaign : public testing::Test {
   void SetUp() override {
     if (const std::string reason = scene::whyNotTraced(); !reason.empty()) GTEST_SKIP() << reason;
   }
-  void TearDown() override {
-    if (runs_ > 0) std::printf("%d runs\n", runs_);
-  }
 
   bool judged(const Trial& trial, const std::optional<sweep::Met>& met) {
     if (!met) return false;
-    ++runs_;
     const std::string now = trial.problems() + (met->wasEnded ? "" : trial.lies(*met));
     const std::string next = trial.problemsOfNextRun();
-    if (!now.empty() || !next.empty())
-      ADD_FAILURE() << met->fault << "\n" << now << met->said << "then:\n" << next;
+    tally_.judge(met->fault, met->said, now, next);
     return met->wasMet;
   }
   bool failAt(int n, const scene::Failure& failure) {
@@ -163,7 +158,7 @@ class DedupeCampaign : public testing::Test {
     return judged(trial, sweep::failedAt(n, failure, command));
   }
 
-  int runs_ = 0;
+  sweep::Tally tally_{"dedupe"};
 };
 
 TEST_F(DedupeCampaign, killedAtAChangingCallLeavesEachItemWhole) {
@@ -171,7 +166,7 @@ TEST_F(DedupeCampaign, killedAtAChangingCallLeavesEachItemWhole) {
     const Trial trial;
     return judged(trial, sweep::killedAt(n, command));
   });
-  EXPECT_GE(runs_, 4) << "one call for each item, and the run without a fault";
+  EXPECT_GE(tally_.runs(), 4) << "one call for each item, and the run without a fault";
 }
 
 TEST_F(DedupeCampaign, aChangingCallThatFailsIsToldAndLeavesItsItemWhole) {
@@ -181,7 +176,7 @@ TEST_F(DedupeCampaign, aChangingCallThatFailsIsToldAndLeavesItsItemWhole) {
       sweep::forEachCall(1, 1, [&](int n) { return failAt(n, failure); });
     }
   }
-  EXPECT_GE(runs_, 8 * 4);
+  EXPECT_GE(tally_.runs(), 8 * 4);
 }
 
 TEST_F(DedupeCampaign, aLookThatFailsRemovesNothingThatIsNoDuplicate) {
@@ -193,7 +188,7 @@ TEST_F(DedupeCampaign, aLookThatFailsRemovesNothingThatIsNoDuplicate) {
       sweep::forEachCall(first += 3, 97, [&](int n) { return failAt(n, failure); });
     }
   }
-  EXPECT_GE(runs_, 20);
+  EXPECT_GE(tally_.runs(), 20);
 }
 
 }  // namespace

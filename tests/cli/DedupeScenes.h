@@ -1,10 +1,10 @@
 #pragma once
 
-#include <regex>
 #include <string>
 #include <vector>
 
 #include "tests/cli/Expected.h"
+#include "tests/support/Patterns.h"
 
 /// What the tests of the dedupe commands share.
 namespace dedupes {
@@ -38,8 +38,8 @@ inline scene::Run dedupe(Lines words) {
 
 /// Whole, but for the moment of the scan.
 inline std::string timeless(const scene::Run& run) {
-  const std::regex moment("scannedAt = \"[0-9]{4}-[0-9]{2}-[0-9]{2}T[0-9]{2}:[0-9]{2}:[0-9]{2}Z\"");
-  return std::regex_replace(expected::shown(run), moment, "scannedAt = \"NOW\"");
+  const std::string moment("scannedAt = \"[0-9]{4}-[0-9]{2}-[0-9]{2}T[0-9]{2}:[0-9]{2}:[0-9]{2}Z\"");
+  return patterns::replace(expected::shown(run), moment, "scannedAt = \"NOW\"");
 }
 
 inline std::string said(int status, const std::string& out) {

@@ -2,12 +2,12 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <regex>
 #include <string>
 #include <string_view>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 
+#include "tests/support/Patterns.h"
 #include "tests/support/Scene.h"
 
 /// How the expectations of the command tests are written: a whole run as one text, so that a test
@@ -30,7 +30,7 @@ inline std::string failed(const std::string& message, const std::string& out = "
 
 /// The same text with every elapsed time as "#.#s".
 inline std::string timeless(const std::string& text) {
-  return std::regex_replace(text, std::regex("ok in [0-9]+\\.[0-9]s"), "ok in #.#s");
+  return patterns::replace(text, "ok in [0-9]+\\.[0-9]s", "ok in #.#s");
 }
 
 inline std::string grouped(const std::string& digits) {

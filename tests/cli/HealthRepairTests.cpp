@@ -1,5 +1,7 @@
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <sys/mount.h>
+#include <sys/stat.h>
 
 #include "tests/cli/Expected.h"
 
@@ -407,6 +409,67 @@ TEST(HealthRepair, goesThroughTheKindsInItsOwnOrder) {
   EXPECT_EQ(
       kinds,
       "dangling corrupted reverted orphan missingTrackedFiles missingSpotlightLaunchers unsafePrefsPlist ");
+}
+
+TEST(HealthRepair, linksThatLeadInACircleAreDead) {
+  scene::link("/Applications/Foo.app", "/Applications/Foo.app");
+  scene::link("/Applications/Bar.app", "/Applications/Foo.app/Bar.app");
+  const auto run = repair({"--yes"});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_FALSE(scene::isLink("/Applications/Foo.app")) << run.out;
+  EXPECT_FALSE(scene::isLink("/Applications/Bar.app")) << run.out;
+}
+
+TEST(HealthRepair, aBundleWithALinkToWhatMayNotBeLookedAtStays) {
+  const std::string copy = apps + "/Foo.app", closed = "/Volumes/X9/closed";
+  for (const std::string inner : {"Contents/MacOS", "Contents/Info.plist"}) {
+    std::filesystem::remove_all(copy);
+    scene::makeApp(copy);
+    std::filesystem::remove_all(closed);
+    scene::makeFolder(closed);
+    std::filesystem::rename(copy + "/" + inner, closed + "/inner");
+    scene::link(copy + "/" + inner, closed + "/inner");
+    std::filesystem::remove("/Applications/Foo.app");
+    scene::link("/Applications/Foo.app", copy);
+    const auto before = scene::tree(copy);
+    ::chmod(closed.c_str(), 0);
+    const auto run = repair({"--yes"});
+    ::chmod(closed.c_str(), 0755);
+    EXPECT_NE(run.out.find("  left as it is: "), std::string::npos) << run.out;
+    EXPECT_EQ(scene::tree(copy), before);
+    EXPECT_EQ(scene::target("/Applications/Foo.app"), copy);
+  }
+}
+
+TEST(HealthRepair, aLinkToWhatMayNotBeLookedAtStaysAndSoDoesThat) {
+  const std::string copy = apps + "/Foo.app";
+  scene::link("/Applications/Foo.app", copy);
+  struct {
+    std::string closed, kind, why;
+  } const cases[] = {
+      {copy + "/Contents/MacOS", "corrupted",
+       "The file “MacOS” couldn’t be opened because you don’t have permission to view it."},
+      {copy + "/Contents", "empty",
+       "“Info.plist” can’t be looked at: The file “Info.plist” couldn’t be opened because you don’t have "
+       "permission to "
+       "view it."},
+      {apps, "dangling",
+       "“Foo.app” can’t be looked at: The file “Foo.app” couldn’t be opened because you don’t have "
+       "permission to "
+       "view it."},
+  };
+  for (const auto& each : cases) {
+    std::filesystem::remove_all(copy);
+    scene::makeApp(copy);
+    const auto before = scene::tree(copy);
+    ::chmod(each.closed.c_str(), 0);
+    const auto run = repair({"--yes"});
+    ::chmod(each.closed.c_str(), 0755);
+    EXPECT_NE(run.out.find("[" + each.kind + "] Foo.app"), std::string::npos) << run.out;
+    EXPECT_TRUE(run.out.ends_with("  left as it is: " + each.why + "\n")) << run.out;
+    EXPECT_EQ(scene::target("/Applications/Foo.app"), copy);
+    EXPECT_EQ(scene::tree(copy), before);
+  }
 }
 
 }  // namespace

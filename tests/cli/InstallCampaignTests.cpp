@@ -21,17 +21,10 @@ class InstallCampaign : public testing::TestWithParam<Job> {
     if (const std::string reason = installs::whyNoStock(); !reason.empty()) GTEST_SKIP() << reason;
     if (GetParam().name == "image") images_.emplace();
   }
-  void TearDown() override {
-    if (runs_ > 0)
-      std::printf("%s: %d runs, %d with something wrong\n", GetParam().name.c_str(), runs_, wrong_);
-  }
 
   void judge(const Trial& trial, const installs::Outcome& outcome, const std::string& fault) {
-    ++runs_;
     const std::string now = trial.problems(outcome), next = trial.problemsOfNextRun();
-    if (now.empty() && next.empty()) return;
-    ++wrong_;
-    ADD_FAILURE() << GetParam().name << ", " << fault << "\n" << now << outcome.said << "then:\n" << next;
+    tally_.judge(fault, outcome.said, now, next);
   }
 
   bool judged(const Trial& trial, const std::optional<sweep::Met>& met) {
@@ -54,8 +47,7 @@ class InstallCampaign : public testing::TestWithParam<Job> {
   static int stride() { return GetParam().name == "image" ? 4 : 1; }
 
   std::optional<installs::ImageServer> images_;
-  int runs_ = 0;
-  int wrong_ = 0;
+  sweep::Tally tally_{GetParam().name};
 };
 
 INSTANTIATE_TEST_SUITE_P(Of, InstallCampaign, testing::ValuesIn(installs::jobs()),

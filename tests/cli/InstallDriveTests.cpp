@@ -1,6 +1,5 @@
 #include <chrono>
 #include <csignal>
-#include <cstdlib>
 #include <functional>
 #include <gtest/gtest.h>
 
@@ -29,11 +28,6 @@ namespace {
 namespace fs = std::filesystem;
 
 const std::string copyOfFoo = installs::drivesApps + "/Foo.app";
-
-bool isWhole() {
-  const char* wanted = std::getenv("QUARN_CAMPAIGN");
-  return wanted && std::string(wanted) == "all";
-}
 
 class InstallDrive : public testing::TestWithParam<Job> {
  protected:
@@ -69,10 +63,9 @@ INSTANTIATE_TEST_SUITE_P(Of, InstallDrive, testing::ValuesIn(jobsNamed(namesOfPu
                          [](const auto& job) { return job.param.name; });
 
 TEST_P(InstallDrive, pulledAtAnyCallLosesNothingAndNothingIsTakenForIt) {
-  const int step = isWhole() ? 1 : 29;
   for (const bool leavesItsMountPoint : {false, true}) {
-    for (int n = step == 1 || leavesItsMountPoint ? 1 : 15; pullAt(n, leavesItsMountPoint); n += step) {
-    }
+    sweep::forEachCall(leavesItsMountPoint ? 1 : 15, 29,
+                       [&](int n) { return pullAt(n, leavesItsMountPoint); });
   }
 }
 

@@ -3,11 +3,11 @@
 #include <ctime>
 #include <gtest/gtest.h>
 #include <map>
-#include <regex>
 #include <unistd.h>
 
 #include "tests/cli/Expected.h"
 #include "tests/support/Packages.h"
+#include "tests/support/Patterns.h"
 
 /// What the tests of the install commands share: sources, options, sessions, and running the program.
 namespace installs {
@@ -44,8 +44,8 @@ inline scene::Run runLenient(const std::string& source, const Words& more = {}) 
 /// What is shown with each identifier that is made from the time as "ID", and each number of paths as "N".
 inline std::string timeless(const scene::Run& done) {
   std::string text = expected::shown(done);
-  text = std::regex_replace(text, std::regex("[0-9]{8}_[0-9]{6}"), "ID");
-  return std::regex_replace(text, std::regex("(\tfiles\t)[0-9]+"), "$1N");
+  text = patterns::replace(text, "[0-9]{8}_[0-9]{6}", "ID");
+  return patterns::replace(text, "(\tfiles\t)[0-9]+", "$1N");
 }
 
 inline void orders(const std::string& tool, const std::string& text) {
@@ -156,7 +156,7 @@ inline Words savedSessions() {
 inline void expectOneFailedSession(const std::string& source) {
   const Words sessions = savedSessions();
   ASSERT_EQ(sessions.size(), 1U) << testing::PrintToString(sessions);
-  std::string escaped = std::regex_replace(source, std::regex("/"), "\\/");
+  std::string escaped = patterns::replace(source, "/", "\\/");
   for (const std::string& key :
        {std::string("\"status\":\"failed\""), std::string("\"actions\":[]"),
         std::string("\"changedPaths\":[]"), std::string("\"newReceipts\":[]"),

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/cli/Expected.h"
+#include "tests/support/Patterns.h"
 
 using namespace expected;
 using scene::quarn;
@@ -155,8 +156,8 @@ TEST(MoveOne, aSlowCopyShowsWhatHasArrivedTwiceASecond) {
   const std::string bytes = sizeOf(app);
   const auto run = quarn({"move", "one", app, "--yes", "--progress"});
   EXPECT_EQ(run.status, 0);
-  EXPECT_TRUE(std::regex_match(run.err, std::regex("(    " + half + " / " + bytes + "  4[0-9]%   \r)+    " +
-                                                   bytes + " / " + bytes + "  100%   \r\n")))
+  EXPECT_TRUE(patterns::match(run.err, "(    " + half + " / " + bytes + "  4[0-9]%   \r)+    " + bytes +
+                                           " / " + bytes + "  100%   \r\n"))
       << run.err;
 }
 
@@ -193,9 +194,8 @@ TEST(MoveOne, theMoveIsRecordedInTheManifest) {
   scene::makeApp(app);
   const std::int64_t bytes = allocated(app);
   quarn({"move", "one", app, "--yes"});
-  const std::string text =
-      std::regex_replace(scene::read(scene::manifest),
-                         std::regex("[0-9]{4}-[0-9]{2}-[0-9]{2}T[0-9]{2}:[0-9]{2}:[0-9]{2}Z"), "WHEN");
+  const std::string text = patterns::replace(
+      scene::read(scene::manifest), "[0-9]{4}-[0-9]{2}-[0-9]{2}T[0-9]{2}:[0-9]{2}:[0-9]{2}Z", "WHEN");
   EXPECT_EQ(text,
             "[\n  {\n    \"bundleIdentifier\" : \"com.example.foo\",\n"
             "    \"destinationPath\" : \"\\/Volumes\\/X9\\/ExternalQuarn\\/Apps\\/Foo.app\",\n"

@@ -40,11 +40,9 @@ INSTANTIATE_TEST_SUITE_P(Moves, PulledDrive, testing::ValuesIn(campaign::command
                          [](const auto& instance) { return instance.param.name; });
 
 TEST_P(PulledDrive, atAnyCallLosesNothingAndNothingIsTakenForIt) {
-  const char* wanted = std::getenv("QUARN_CAMPAIGN");
-  const int step = wanted && std::string(wanted) == "all" ? 1 : 29;
   for (const bool leavesItsMountPoint : {false, true}) {
-    for (int n = step == 1 || leavesItsMountPoint ? 1 : 15; pullAt(n, leavesItsMountPoint); n += step) {
-    }
+    sweep::forEachCall(leavesItsMountPoint ? 1 : 15, 29,
+                       [&](int n) { return pullAt(n, leavesItsMountPoint); });
   }
 }
 

@@ -206,17 +206,10 @@ class RepairCampaign : public testing::TestWithParam<Repair> {
   void SetUp() override {
     if (const std::string reason = scene::whyNotTraced(); !reason.empty()) GTEST_SKIP() << reason;
   }
-  void TearDown() override {
-    if (runs_ > 0)
-      std::printf("%s: %d runs, %d with something wrong\n", GetParam().name.c_str(), runs_, wrong_);
-  }
 
   void judge(const Trial& trial, const std::string& said, const std::string& fault) {
-    ++runs_;
     const std::string now = trial.problems(), next = trial.problemsOfNextRun();
-    if (now.empty() && next.empty()) return;
-    ++wrong_;
-    ADD_FAILURE() << GetParam().name << ", " << fault << "\n" << now << said << "then:\n" << next;
+    tally_.judge(fault, said, now, next);
   }
 
   bool judged(const Trial& trial, const std::optional<sweep::Met>& met) {
@@ -235,8 +228,7 @@ class RepairCampaign : public testing::TestWithParam<Repair> {
     return judged(trial, sweep::failedAt(n, failure, GetParam().words()));
   }
 
-  int runs_ = 0;
-  int wrong_ = 0;
+  sweep::Tally tally_{GetParam().name};
 };
 
 INSTANTIATE_TEST_SUITE_P(Of, RepairCampaign, testing::ValuesIn(repairs()),

@@ -15,6 +15,29 @@ namespace {
 
 namespace fs = std::filesystem;
 
+/// A repair whose first question is open: time for others to change something.
+class OpenQuestion {
+ public:
+  OpenQuestion() {
+    for (int i = 0; i < 3000 && said().find("Proceed?") == std::string::npos; ++i)
+      std::this_thread::sleep_for(milliseconds(20));
+  }
+  /// Says yes to it, and no to the next one.
+  int answer() {
+    scene::write("/tmp/enough", "");
+    return asking_.wait();
+  }
+  static std::string said() { return scene::read("/tmp/said"); }
+
+ private:
+  static std::vector<std::string> shell(const std::string& line) { return {"/bin/sh", "-c", line}; }
+
+  const scene::Run made_ = scene::shell("mkfifo /tmp/answers");
+  scene::Background asking_{shell("quarn health repair --no-snapshot </tmp/answers >/tmp/said 2>&1")};
+  scene::Background answering_{
+      shell("exec >/tmp/answers; while [ ! -e /tmp/enough ]; do sleep 0.02; done; echo y; echo n")};
+};
+
 const std::vector<int> gaps = {0, 0, 10, 40, 80, 120, 200, 300};
 
 class RepairPairs : public testing::Test {
@@ -80,20 +103,13 @@ TEST_F(RepairPairs, aQuestionThatIsOpenKeepsOtherRunsWaiting) {
   clear();
   scene::makeApp(app);
   scene::link("/Applications/Dead.app", "/nowhere");
-  ASSERT_EQ(scene::shell("mkfifo /tmp/answers").status, 0);
-  scene::Background asking(
-      {"/bin/sh", "-c", "quarn health repair --no-snapshot </tmp/answers >/tmp/asked 2>&1"});
-  scene::Background answering(
-      {"/bin/sh", "-c", "exec >/tmp/answers; while [ ! -e /tmp/enough ]; do sleep 0.02; done; echo y"});
-  for (int i = 0; i < 3000 && scene::read("/tmp/asked").find("Proceed?") == std::string::npos; ++i)
-    std::this_thread::sleep_for(milliseconds(20));
+  OpenQuestion question;
   scene::Background moving({"/bin/sh", "-c", "quarn move one com.example.foo --yes >/tmp/moved 2>/tmp/told"});
   for (int i = 0; i < 3000 && scene::read("/tmp/told") != turns::waiting; ++i)
     std::this_thread::sleep_for(milliseconds(20));
   EXPECT_EQ(scene::read("/tmp/told"), turns::waiting);
   EXPECT_FALSE(scene::isLink(app));
-  scene::write("/tmp/enough", "");
-  EXPECT_EQ(asking.wait(), 0);
+  EXPECT_EQ(question.answer(), 0);
   EXPECT_EQ(moving.wait(), 0);
   EXPECT_TRUE(scene::isLink(app)) << scene::read("/tmp/moved");
   EXPECT_FALSE(scene::isLink("/Applications/Dead.app"));
@@ -155,21 +171,15 @@ TEST(RepairFault, aFullDriveLeavesTheApplicationWhole) {
 TEST(RepairFault, anItemThatTookTheNameOfTheOneThatWasFoundStays) {
   if (!scene::hasMounts()) GTEST_SKIP() << "needs real mounts";
   scene::makeApp(moved);
-  ASSERT_EQ(scene::shell("mkfifo /tmp/answers").status, 0);
-  scene::Background run({"/bin/sh", "-c", "quarn health repair --no-snapshot </tmp/answers >/tmp/said 2>&1"});
-  scene::Background answering(
-      {"/bin/sh", "-c", "exec >/tmp/answers; while [ ! -e /tmp/enough ]; do sleep 0.02; done; echo y"});
-  for (int i = 0; i < 3000 && scene::read("/tmp/said").find("Proceed?") == std::string::npos; ++i)
-    std::this_thread::sleep_for(milliseconds(20));
+  OpenQuestion question;
   plugAnotherX9();
   scene::makeApp(moved, {.version = "of another drive"});
   const auto other = scene::tree(moved);
-  scene::write("/tmp/enough", "");
-  EXPECT_EQ(run.wait(), 0);
-  EXPECT_NE(scene::read("/tmp/said")
-                .find("  WARN: could not trash " + moved + ": “Foo.app” isn’t the item that was found.\n"),
+  EXPECT_EQ(question.answer(), 0);
+  EXPECT_NE(question.said().find("  WARN: could not trash " + moved +
+                                 ": “Foo.app” isn’t the item that was found.\n"),
             std::string::npos)
-      << scene::read("/tmp/said");
+      << question.said();
   EXPECT_EQ(scene::tree(moved), other);
 }
 
@@ -178,19 +188,27 @@ TEST(RepairFault, aLinkIsNotRemovedWhenTheItemThatItWasToLeadToWentAway) {
   const std::string link = scene::home + "/Library/Application Support/Notes";
   scene::write("/Volumes/X9/ExternalQuarn/Data/Notes/file", "notes");
   scene::link(link, "/Volumes/X9/Quarn/Data/Notes");
-  ASSERT_EQ(scene::shell("mkfifo /tmp/answers").status, 0);
-  scene::Background run({"/bin/sh", "-c", "quarn health repair --no-snapshot </tmp/answers >/tmp/said 2>&1"});
-  scene::Background answering(
-      {"/bin/sh", "-c", "exec >/tmp/answers; while [ ! -e /tmp/enough ]; do sleep 0.02; done; echo y"});
-  for (int i = 0; i < 3000 && scene::read("/tmp/said").find("Proceed?") == std::string::npos; ++i)
-    std::this_thread::sleep_for(milliseconds(20));
+  OpenQuestion question;
   scene::unplug("X9");
-  scene::write("/tmp/enough", "");
-  EXPECT_EQ(run.wait(), 0);
-  EXPECT_TRUE(scene::read("/tmp/said")
-                  .ends_with("  left as it is: /Volumes/X9/ExternalQuarn/Data/Notes is no longer there\n"))
-      << scene::read("/tmp/said");
+  EXPECT_EQ(question.answer(), 0);
+  EXPECT_TRUE(
+      question.said().ends_with("  left as it is: /Volumes/X9/ExternalQuarn/Data/Notes is no longer there\n"))
+      << question.said();
   EXPECT_TRUE(scene::isLink(link));
+}
+
+TEST(RepairFault, aLinkThatWasReplacedWhileTheQuestionWasOpenStays) {
+  const std::string link = "/Applications/Foo.app", whole = "/Volumes/X9/ExternalQuarn/Apps/New.app";
+  scene::makeApp(whole);
+  scene::link(link, "/Volumes/X9/ExternalQuarn/Apps/Foo.app");
+  OpenQuestion question;
+  std::filesystem::remove(link);
+  scene::link(link, whole);
+  EXPECT_EQ(question.answer(), 0);
+  EXPECT_NE(question.said().find("  left as it is: “" + link + "” has changed since it was looked at.\n"),
+            std::string::npos)
+      << question.said();
+  EXPECT_EQ(scene::target(link), whole);
 }
 
 TEST(RepairFault, aTrashThatRefusesLeavesTheItemsAndSaysSo) {

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/cli/Faults.h"
+#include "tests/support/Patterns.h"
 
 using namespace expected;
 using namespace fault;
@@ -19,7 +20,7 @@ void makeHalfCopy() {
 void expectStashedBeside() {
   const auto stashed = names(beside);
   ASSERT_EQ(stashed.size(), 1U);
-  EXPECT_TRUE(std::regex_match(stashed[0], std::regex("Foo\\.app-[0-9]{9,11}"))) << stashed[0];
+  EXPECT_TRUE(patterns::match(stashed[0], "Foo\\.app-[0-9]{9,11}")) << stashed[0];
   EXPECT_EQ(scene::read(beside + "/" + stashed[0] + "/Contents/part"), "half\n");
   EXPECT_FALSE(scene::exists(moved));
 }

@@ -1,9 +1,9 @@
-#include <cstdlib>
 #include <filesystem>
 #include <gtest/gtest.h>
 
 #include "tests/cli/Campaign.h"
 #include "tests/cli/Faults.h"
+#include "tests/support/CampaignExtent.h"
 #include "tests/support/linux/ChangingCalls.h"
 #include "tests/support/linux/KilledAt.h"
 #include "tests/support/linux/LookingCalls.h"
@@ -40,8 +40,7 @@ class SwappedLink : public testing::TestWithParam<Command> {
     return change ? change->text() : scene::lookEntered(program, stop).value_or("");
   }
   bool isMoment(const std::string& call) const {
-    const char* wanted = std::getenv("QUARN_CAMPAIGN");
-    if (wanted && std::string(wanted) == "all") return !call.empty();
+    if (extent::isWhole()) return !call.empty();
     return call.ends_with("/" + inside());
   }
 

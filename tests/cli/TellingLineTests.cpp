@@ -1,10 +1,10 @@
 #include <filesystem>
 #include <gtest/gtest.h>
-#include <regex>
 #include <set>
 #include <sstream>
 
 #include "QuarnCLI/dispatch/CommandTable.h"
+#include "tests/support/Patterns.h"
 #include "tests/support/Scene.h"
 
 namespace quarn {
@@ -23,9 +23,9 @@ class Told {
     std::istringstream text(run.out);
     for (std::string line; std::getline(text, line);) lines_.push_back(line);
   }
-  bool has(const std::regex& pattern) const {
+  bool has(const std::string& pattern) const {
     return std::any_of(lines_.begin(), lines_.end(),
-                       [&](const std::string& line) { return std::regex_match(line, pattern); });
+                       [&](const std::string& line) { return patterns::match(line, pattern); });
   }
   std::string all() const {
     std::string text;
@@ -47,10 +47,10 @@ const Command& commandNamed(const std::string& words) {
 }
 
 /// A whole line; "…" stands for any text, and a last "N" for a number.
-std::regex patternOf(std::string_view text) {
-  std::string pattern = std::regex_replace(std::string(text), std::regex(R"([.?()\[\]|])"), "\\$&");
-  pattern = std::regex_replace(pattern, std::regex("…"), ".+");
-  return std::regex(std::regex_replace(pattern, std::regex(" N$"), " [0-9]+"));
+std::string patternOf(std::string_view text) {
+  std::string pattern = patterns::replace(std::string(text), R"([.?()\[\]|])", "\\$&");
+  pattern = patterns::replace(pattern, "…", ".+");
+  return patterns::replace(pattern, " N$", " [0-9]+");
 }
 
 void expectTold(const std::string& words, const Told& told) {
@@ -151,9 +151,13 @@ TEST(TellingLines, arePrintedByHealthRepairAsItsRowSays) {
   scene::link("/Users/me/Library/Preferences/com.example.plist", "/nowhere");
   scene::makeApp("/Applications/Foo.app");
   scene::makeApp(apps + "/Foo.app");
+  scene::makeApp(apps + "/Shut.app");
+  scene::link("/Applications/Shut.app", apps + "/Shut.app");
+  fs::permissions(apps + "/Shut.app/Contents", fs::perms::none);
   scene::replaceTool("/usr/bin/ditto", "#!/bin/sh\nexit 1\n");
   scene::removeTool("/usr/bin/tmutil");
   told.run({"health", "repair", "--yes"});
+  fs::permissions(apps + "/Shut.app/Contents", fs::perms(0755));
   told.run({"health", "repair", "--yes", "--re-symlink-reverted"});
   expectTold("health repair", told);
 }
@@ -195,16 +199,37 @@ TEST(TellingLines, arePrintedByDedupeRunAsItsRowSays) {
   expectTold("dedupe run", told);
 }
 
+TEST(TellingLines, arePrintedByThePluginCommandsAsTheirRowsSay) {
+  const Words install = {"install",        "plugins",    "install", "/Users/me/plug-ins",
+                         "--target-drive", "/Volumes/X9"};
+  const auto with = [&](const Words& flags) {
+    Words words = install;
+    words.insert(words.end(), flags.begin(), flags.end());
+    return words;
+  };
+  Told inspected, installed;
+  inspected.run({"install", "plugins", "inspect", "/Users/me/plug-ins"});
+  expectTold("install plugins inspect", inspected);
+  installed.run(install);
+  scene::write("/Users/me/plug-ins/A.vst3/code", "code");
+  installed.run(install);
+  installed.run(with({"--dry-run", "--yes"}));
+  installed.run(with({"--yes"}));
+  installed.run(with({"--yes", "--no-overwrite"}));
+  expectTold("install plugins install", installed);
+}
+
 TEST(TellingLines, areAllShownByACaseHere) {
   Lines telling;
   for (const auto* group : CommandTable::groups()) {
     for (const auto* command : group->commands) {
-      if (command->isAvailable() && !command->tellingLines.empty()) telling.emplace(command->words);
+      if (!command->tellingLines.empty()) telling.emplace(command->words);
     }
   }
   EXPECT_EQ(telling, (Lines{"dedupe run", "health repair", "install inspect", "install pending",
-                            "install resume", "install run", "move all", "move next", "move one", "move path",
-                            "move plan", "snapshot create", "snapshot list", "uninstall run"}));
+                            "install plugins inspect", "install plugins install", "install resume",
+                            "install run", "move all", "move next", "move one", "move path", "move plan",
+                            "snapshot create", "snapshot list", "uninstall run"}));
 }
 
 }  // namespace

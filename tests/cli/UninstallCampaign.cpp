@@ -37,10 +37,6 @@ Lines Trial::placesOf(const std::string& item, const Tree& now) const {
                          fs::path(item).parent_path().string() + "/.QuarnTrash"};
   for (const std::string& folder : folders)
     for (const std::string& name : fault::names(folder)) places.push_back(folder + "/" + name);
-  // A volume whose top can't be found has its Trash elsewhere: where the session says.
-  for (const Session& session : sessions())
-    for (const auto& each : session.items)
-      if (each.place == item && each.trashedTo) places.push_back(*each.trashedTo);
   std::sort(places.begin(), places.end());
   places.erase(std::unique(places.begin(), places.end()), places.end());
   std::erase_if(places, [&](const std::string& place) {

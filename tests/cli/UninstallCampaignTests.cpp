@@ -21,19 +21,12 @@ class UninstallCampaign : public testing::TestWithParam<Job> {
     if (const std::string reason = scene::whyNotTraced(); !reason.empty()) GTEST_SKIP() << reason;
     uninstalls::quickenTools();
   }
-  void TearDown() override {
-    if (runs_ > 0)
-      std::printf("%s: %d runs, %d with something wrong\n", GetParam().name.c_str(), runs_, wrong_);
-  }
 
   bool judged(const Trial& trial, const std::optional<sweep::Met>& met) {
     if (!met) return false;
-    ++runs_;
     const std::string now = trial.problems({met->status, met->said, met->wasEnded});
     const std::string next = trial.problemsOfNextRun();
-    if (now.empty() && next.empty()) return met->wasMet;
-    ++wrong_;
-    ADD_FAILURE() << GetParam().name << ", " << met->fault << "\n" << now << met->said << "then:\n" << next;
+    tally_.judge(met->fault, met->said, now, next);
     return met->wasMet;
   }
 
@@ -47,8 +40,7 @@ class UninstallCampaign : public testing::TestWithParam<Job> {
     return judged(trial, sweep::failedAt(n, failure, GetParam().words()));
   }
 
-  int runs_ = 0;
-  int wrong_ = 0;
+  sweep::Tally tally_{GetParam().name};
 };
 
 INSTANTIATE_TEST_SUITE_P(Of, UninstallCampaign, testing::ValuesIn(uninstalls::jobs()),

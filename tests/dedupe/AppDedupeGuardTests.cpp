@@ -7,6 +7,7 @@
 #include "tests/support/Child.h"
 #include "tests/support/FileSystemDecorator.h"
 #include "tests/support/Replacing.h"
+#include "tests/support/Unresolving.h"
 #include "tests/support/linux/OwnMounts.h"
 
 namespace quarn {
@@ -147,6 +148,15 @@ TEST(DedupeGuard, aLauncherThatAMountShowsUnderASecondNameStaysThere) {
                                second + ": Second.app is a volume of its own: " + second}));
             }),
             "");
+}
+
+TEST(DedupeGuard, aLauncherStaysWhereItCannotBeSeenWhatLiesInWhat) {
+  makeDuplicate();
+  for (const std::string& item : {launcher, app}) {
+    Unresolving files(item);
+    EXPECT_EQ(refusal(replacing({.files = &files})),
+              Unresolving::of(item == app ? "Foo.app" : "Foo Launcher.app"));
+  }
 }
 
 }  // namespace

@@ -3,7 +3,9 @@
 #include "Platform/HostPlatform.h"
 #include "QuarnCore/discovery/DataLocator.h"
 #include "tests/support/Child.h"
+#include "tests/support/Replacing.h"
 #include "tests/support/Scene.h"
+#include "tests/support/Unresolving.h"
 
 namespace quarn {
 namespace {
@@ -299,6 +301,13 @@ TEST_F(DataLocatorWithLedger, lookingLeavesTheLedgerAsItWas) {
   const auto before = scene::tree("/Users/me/.claude");
   locate();
   EXPECT_EQ(scene::tree("/Users/me/.claude"), before);
+}
+
+TEST(DataLocator, leavesOutWhatMayBeAnything) {
+  scene::makeFolder(cache);
+  Unresolving files(cache);
+  EXPECT_TRUE(
+      DataLocator::locate(replacing({.files = &files}), "com.example.foo", "Foo", Path(bundle), {}).empty());
 }
 
 }  // namespace

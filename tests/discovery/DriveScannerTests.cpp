@@ -33,8 +33,8 @@ VolumeProperties browsable(const std::string& name, std::optional<bool> internal
 
 TEST(DriveScanner, tellsEverythingThatTheVolumeSays) {
   FakeVolumes volumes;
-  volumes.add("/Volumes/X9", {"Extern", 2'000, 500, true, false, true, "APFS"});
-  volumes.add("/", {"Macintosh HD", 9'000, 700, true, true, false, "Mac OS Extended"});
+  volumes.add("/Volumes/X9", {"Extern", 2'000, 500, true, false, true, "APFS", {}});
+  volumes.add("/", {"Macintosh HD", 9'000, 700, true, true, false, "Mac OS Extended", {}});
   const auto drives = scan(volumes);
   ASSERT_EQ(drives.size(), 2U);
   EXPECT_EQ(drives[0],
@@ -140,7 +140,7 @@ TEST(DriveScanner, tellsTheSizeOfADriveAndWhetherItCanBeWritten) {
 
 TEST(VolumeCapacityProbe, tellsWhatIsFreeForImportantUse) {
   FakeVolumes volumes;
-  volumes.add("/Volumes/X9", {"X9", 2'000, 1'234, true, false, false, "APFS"});
+  volumes.add("/Volumes/X9", {"X9", 2'000, 1'234, true, false, false, "APFS", {}});
   Platform platform = with(volumes);
   EXPECT_EQ(VolumeCapacityProbe::freeBytes(platform, Path("/Volumes/X9")), 1'234);
 }

@@ -11,6 +11,7 @@ TEST(AppStorageNames, everyNameIsTheOneOnDisk) {
   EXPECT_EQ(AppStorageNames::externalRoot, "ExternalQuarn");
   EXPECT_EQ(AppStorageNames::apps, "Apps");
   EXPECT_EQ(AppStorageNames::data, "Data");
+  EXPECT_EQ(AppStorageNames::plugins, "Plugins");
   EXPECT_EQ(AppStorageNames::folders, "Folders");
   EXPECT_EQ(AppStorageNames::installerCache, "InstallerCache");
   EXPECT_EQ(AppStorageNames::backupsRoot, "QuarnBackups");
@@ -28,6 +29,7 @@ TEST(AppStorageNames, placesOnADriveNeedNoFolderToExist) {
   EXPECT_EQ(AppStorageNames::externalRootPath(noDrive).text(), "/Volumes/Not There/ExternalQuarn");
   EXPECT_EQ(AppStorageNames::appsRoot(noDrive).text(), "/Volumes/Not There/ExternalQuarn/Apps");
   EXPECT_EQ(AppStorageNames::dataRoot(noDrive).text(), "/Volumes/Not There/ExternalQuarn/Data");
+  EXPECT_EQ(AppStorageNames::pluginsRoot(noDrive).text(), "/Volumes/Not There/ExternalQuarn/Plugins");
   EXPECT_EQ(AppStorageNames::foldersRoot(noDrive).text(), "/Volumes/Not There/ExternalQuarn/Folders");
   EXPECT_FALSE(scene::exists(noDrive.text()));
 }

@@ -18,14 +18,11 @@ using quarn::UninstallSelection;
 using quarn::UninstallSwitch;
 using quarn::ValueKind;
 
-std::vector<const Command*> availableCommands() {
-  std::vector<const Command*> available;
-  for (const quarn::Group* group : quarn::CommandTable::groups()) {
-    for (const Command* command : group->commands) {
-      if (command->isAvailable()) available.push_back(command);
-    }
-  }
-  return available;
+std::vector<const Command*> commands() {
+  std::vector<const Command*> all;
+  for (const quarn::Group* group : quarn::CommandTable::groups())
+    all.insert(all.end(), group->commands.begin(), group->commands.end());
+  return all;
 }
 
 /// As code, also within a cell.
@@ -67,7 +64,7 @@ std::string call(const Command& command) {
 
 std::string commandTable() {
   std::string table = head({"Command", "What it does", "Changes the disk"});
-  for (const Command* command : availableCommands()) {
+  for (const Command* command : commands()) {
     table += row({call(*command), std::string(command->purpose), command->changesTheDisk() ? "yes" : "no"});
   }
   return table;
@@ -81,7 +78,7 @@ struct KnownFlag {
 
 std::vector<KnownFlag> knownFlags() {
   std::vector<KnownFlag> known;
-  for (const Command* command : availableCommands()) {
+  for (const Command* command : commands()) {
     for (const Flag& flag : command->flags) {
       auto same = known.begin();
       while (same != known.end() && (same->flag->name != flag.name || same->flag->meaning != flag.meaning))
@@ -113,7 +110,7 @@ std::string tellingLines(const Command& command) {
 std::string statusTable() {
   std::string table =
       head({"Command", "0", "1", "2", "With status 0, this line tells that not all was done"});
-  for (const Command* command : availableCommands()) {
+  for (const Command* command : commands()) {
     const auto& [success, failure, attention] = command->outcomes;
     table += row({code(command->words), std::string(success), std::string(failure), std::string(attention),
                   tellingLines(*command)});

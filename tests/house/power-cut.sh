@@ -80,6 +80,21 @@ fill /Users/me/Library/Caches/Bar
 quarn uninstall run /Users/me/Applications/Bar.app
 cut home uninstall
 
+fill /tmp/Source
+keep /tmp/Source backup
+QUARN_SOURCE_ROOT=/tmp/Source quarn backup create --target-drive /Volumes/E4
+cut drive backup
+quarn backup list --target-drive /Volumes/E4 | command cut -f 1 >"$work/backup"
+# With its new signature, which comes last.
+gain=/Library/Audio/Plug-Ins/VST3/Gain.vst3
+fill "$gain"
+# Beside its contents, nothing may lie in a bundle that is signed.
+rm -r "$gain/.hidden"
+quarn install plugins install /Library/Audio/Plug-Ins --target-drive /Volumes/E4 --yes
+cut drive plugin
+[ -L "$gain" ] && [ -f "$gain/Contents/_CodeSignature/CodeResources" ]
+keep /Volumes/E4/ExternalQuarn/Plugins/VST3/Gain.vst3 plugin
+
 [ -n "$hasPackages" ] || exit 0
 baz=/tmp/payload/Applications/Baz.app
 fill "$baz"
@@ -118,7 +133,13 @@ failed=0
 survived one ExternalQuarn/Apps/Foo.app
 survived path Movies
 survived restore Papers
+survived plugin ExternalQuarn/Plugins/VST3/Gain.vst3
 survived uninstall .Trash/Bar.app
+survived backup "QuarnBackups/$(cat "$work/backup")/Source"
+look backup || exit 1
+[ -s "$work/seen/QuarnBackups/$(cat "$work/backup")/backup.json" ] ||
+  { echo "after the power cut the backup isn't recorded" && failed=1; }
+umount "$work/seen"
 look uninstall || exit 1
 for item in Applications/Bar.app Library/Caches/Bar; do
   sed 's,\\/,/,g' "$work/seen/Library/Application Support/Quarn/UninstallSessions"/*/session.json 2>/dev/null |

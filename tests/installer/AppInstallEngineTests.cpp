@@ -5,6 +5,7 @@
 #include "QuarnCore/installer/AppInstallEngine.h"
 #include "tests/installer/Installing.h"
 #include "tests/support/GatedPlatform.h"
+#include "tests/support/Unresolving.h"
 
 namespace quarn {
 namespace {
@@ -376,6 +377,19 @@ TEST_F(InstallingAnApp, ofALinkToItsGoodCopySetsTheCopyAside) {
   Request request;
   failure(request, launcher);
   EXPECT_EQ(scene::tree(scene::driveTrash() + "/Foo.app"), copy);
+}
+
+TEST_F(InstallingAnApp, refusesWhereItCannotBeSeenWhatLiesInWhat) {
+  scene::makeApp(destination);
+  for (const std::string& place : {source, apps, std::string("/Applications")}) {
+    Unresolving files(place);
+    Platform platform = replacing({.files = &files});
+    Request request;
+    EXPECT_EQ(failure(request, source, platform), Unresolving::of(place == apps ? "Apps" : "Foo.app"))
+        << place;
+  }
+  EXPECT_EQ(scene::tree(destination), original);
+  EXPECT_FALSE(scene::exists(launcher));
 }
 
 }  // namespace

@@ -1,5 +1,4 @@
 #include <gtest/gtest.h>
-#include <regex>
 
 #include "QuarnCore/foundation/AppStorageNames.h"
 #include "QuarnCore/installer/InstallerRunner.h"
@@ -7,6 +6,7 @@
 #include "tests/installer/Installing.h"
 #include "tests/support/GatedPlatform.h"
 #include "tests/support/Packages.h"
+#include "tests/support/Patterns.h"
 
 namespace quarn {
 namespace {
@@ -27,7 +27,7 @@ std::vector<InstallerSession> savedSessions() {
 
 /// Lines with their numbers of paths replaced, which depend on the room.
 Texts withoutCounts(Texts lines) {
-  for (std::string& line : lines) line = std::regex_replace(line, std::regex("(\tfiles\t)[0-9]+"), "$1N");
+  for (std::string& line : lines) line = patterns::replace(line, "(\tfiles\t)[0-9]+", "$1N");
   return lines;
 }
 
@@ -72,7 +72,7 @@ TEST_F(Running, anApplicationTellsTheseSteps) {
       (Texts{"inspect\tapp\t/Users/me/Foo.app", "snapshot-before\tfiles\tN", "events\tskip-focused",
              "source\tapp\t/Users/me/Foo.app", "copy-app\t/Users/me/Foo.app\t" + destination,
              "verify-app\t" + destination, action, "snapshot-after\tfiles\tN", "session\t" + session.id}));
-  EXPECT_TRUE(std::regex_match(session.id, std::regex("[0-9]{8}_[0-9]{6}"))) << session.id;
+  EXPECT_TRUE(patterns::match(session.id, "[0-9]{8}_[0-9]{6}")) << session.id;
   EXPECT_EQ(session.status, Status::done);
   EXPECT_EQ(session.sourcePath, "/Users/me/Foo.app");
   EXPECT_EQ(session.optionID, "own");
@@ -224,14 +224,16 @@ TEST_F(Running, everyNewPathOfAPackageThatKeepsRenamingIsRecorded) {
   scene::write("/Users/me/scripts/postinstall",
                "#!/bin/bash\nset -e\nbase='/Library/Application Support/Churn'\n"
                "for i in $(seq 100); do\n"
+               "  echo x >\"$base/brief-$i\"\n"
                "  mkdir -p \"$base/$i/deep\"\n"
                "  for j in $(seq 10); do echo x >\"$base/$i/deep/$j\"; done\n"
                "  mv \"$base/$i/deep\" \"$base/$i/moved\"\n"
                "  mv \"$base/$i/moved/1\" \"$base/$i/first\"\n"
-               "  rm \"$base/$i/moved/2\"\n"
+               "  rm \"$base/$i/moved/2\" \"$base/brief-$i\"\n"
                "done\n");
   std::filesystem::permissions("/Users/me/scripts/postinstall", std::filesystem::perms(0755));
   packages::component("/Users/me/a.pkg", {.scripts = "/Users/me/scripts"});
+  std::filesystem::create_directories("/Library/Application Support/Churn");
   Request request(lenient());
   const InstallerSession session = run(request, "/Users/me/a.pkg");
   std::size_t count = 0;
@@ -243,8 +245,12 @@ TEST_F(Running, everyNewPathOfAPackageThatKeepsRenamingIsRecorded) {
         << item.path();
   }
   EXPECT_EQ(count, 100u * (1 + 1 + 8 + 1));
-  // Made and removed again within the run, and seen while it lasted.
-  EXPECT_TRUE(holds(session.changedPaths, "/Library/Application Support/Churn/50/deep"));
+  // Made and removed again at once, in a folder that was watched from the beginning; in a new one they may be
+  // missed, depending on how busy the machine is.
+  for (int i = 1; i <= 100; ++i) {
+    const std::string brief = "/Library/Application Support/Churn/brief-" + std::to_string(i);
+    EXPECT_TRUE(holds(session.changedPaths, brief)) << brief;
+  }
 }
 
 TEST_F(Running, aRootThatDoesNotExistAddsNothing) {

@@ -5,6 +5,7 @@
 #include "tests/support/FakeTools.h"
 #include "tests/support/GatedPlatform.h"
 #include "tests/support/Packages.h"
+#include "tests/support/Unresolving.h"
 
 namespace quarn {
 namespace {
@@ -301,6 +302,22 @@ TEST(FailingPackages, aToolThatHangsOverTheDescriptionIsEnded) {
   PackageInstaller::install(tools.platform(), Path("/a.pkg"), false, InstallerRunReporter::silent());
   EXPECT_GE(tools.secondsWaited(), 15);
   EXPECT_LT(tools.secondsWaited(), 20);
+}
+
+TEST_F(InstallingAPackage, whatALinkLeadsToStaysWhereItCannotBeResolved) {
+  scene::makeApp(copy);
+  scene::link(link, copy);
+  const Texts before = scene::tree("/Volumes/X9");
+  Unresolving files(copy);
+  Platform platform = replacing({.files = &files});
+  orders("installer", "fail 1\n");
+  EXPECT_NE(thrown([&] {
+              PackageInstaller::install(platform, Path(package), false,
+                                        {.sink = [this](const std::string& line) { lines.push_back(line); }});
+            }),
+            "nothing");
+  EXPECT_EQ(lines[0], "pre-install-keep-symlink\t" + link + "\t-> " + copy);
+  EXPECT_EQ(scene::tree("/Volumes/X9"), before);
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include "tests/installer/Installing.h"
 #include "tests/support/Child.h"
 #include "tests/support/GatedPlatform.h"
+#include "tests/support/Replacing.h"
 
 namespace quarn {
 namespace {
@@ -180,6 +181,43 @@ TEST_F(Resuming, leavesOutWhatIsGoneAndWhatHasBecomeALink) {
   EXPECT_EQ(lines, (Texts{"externalize-safe-apps\t0", "session-finalized\t" + id}));
   EXPECT_EQ(saved()->actions, Texts{"installed-pkg\t/Users/me/a.pkg"});
   EXPECT_EQ(scene::target(bar), "/Volumes/X9/Bar.app");
+}
+
+TEST_F(Resuming, leavesOutWhatCanBeNoItemAnyMore) {
+  scene::write("/Applications/Suite", "a file");
+  scene::link("/Applications/Loop", "/Applications/Loop");
+  save(pendingSession({"/Applications/Suite/Foo.app", "/Applications/Loop/Foo.app",
+                       "/Applications/" + std::string(300, 'n') + ".app"}));
+  EXPECT_EQ(resume().status, Status::done);
+}
+
+/// Can't look at one item.
+class BlindForFoo : public FileSystemDecorator {
+ public:
+  using FileSystemDecorator::FileSystemDecorator;
+  bool exists(const Path& path) const override {
+    return path.text() != foo && FileSystemDecorator::exists(path);
+  }
+  Result<FileAttributes> attributes(const Path& path) const override {
+    if (path.text() != foo) return FileSystemDecorator::attributes(path);
+    return PlatformError(cocoaErrorDomain, CocoaErrorCode::fileReadUnknown, "an error of the disk");
+  }
+};
+
+TEST_F(Resuming, whatCannotBeLookedAtIsNotGoneAndStaysPending) {
+  scene::makeApp(foo);
+  scene::makeApp(bar);
+  const Texts original = scene::tree(foo);
+  save(pendingSession({bar, foo}));
+  BlindForFoo files(hostPlatform().files);
+  Platform blind = replacing({.files = &files});
+  const InstallerSession session = resume(blind);
+  EXPECT_EQ(session.status, Status::pendingExternalize);
+  EXPECT_EQ(session.pendingExternalizeApps, (Texts{bar, foo}));
+  EXPECT_EQ(session.actions[1], installedLine("Bar.app"));
+  EXPECT_TRUE(session.actions[2].starts_with("externalize-failed\t" + foo + "\t")) << session.actions[2];
+  EXPECT_EQ(lines, (Texts{"externalize-safe-apps\t2", "session-partial\t" + id}));
+  EXPECT_EQ(scene::tree(foo), original);
 }
 
 TEST_F(Resuming, oneThatWasReplacedAlreadyButForItsLauncherGetsTheLauncher) {

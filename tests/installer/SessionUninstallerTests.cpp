@@ -4,6 +4,7 @@
 #include "QuarnCore/installer/UninstallPlanner.h"
 #include "tests/installer/Installing.h"
 #include "tests/support/FakeTools.h"
+#include "tests/support/Unresolving.h"
 
 namespace quarn {
 namespace {
@@ -244,6 +245,16 @@ TEST(Uninstalling, theFolderForApplicationsIsThatOfTheSessionsDriveAndOption) {
     other.targetDrivePath = drive;
     EXPECT_FALSE(allows(apps + "/Foo.app", other)) << drive;
   }
+}
+
+TEST(Uninstalling, leavesWhatCannotBeResolved) {
+  const std::string item = "/Users/me/Library/Application Support/Foo/settings";
+  scene::write(item, "mine");
+  EXPECT_TRUE(allows(item));
+  const Unresolving files("/Users/me/Library/Application Support/Foo");
+  Unresolving writable = files;
+  const Platform platform = replacing({.files = &writable});
+  EXPECT_FALSE(ChangedPathGuard(platform, sessionOf({})).allows(Path(item)));
 }
 
 }  // namespace

@@ -1,12 +1,12 @@
 #include <cstdlib>
 #include <filesystem>
 #include <gtest/gtest.h>
-#include <regex>
 
 #include "QuarnCore/installer/ZipExpander.h"
 #include "tests/support/FakeTools.h"
 #include "tests/support/FakeTree.h"
 #include "tests/support/GatedPlatform.h"
+#include "tests/support/Patterns.h"
 #include "tests/support/Scene.h"
 
 namespace quarn {
@@ -73,8 +73,8 @@ void expectFailure(Platform& platform, int code, const std::string& description)
 TEST_F(ZipExpanding, expandsIntoAFreshFolderOfItsOwn) {
   ditto("mkdir \"$4/Foo.app\"; echo precious >\"$4/Foo.app/a\"");
   const Path folder = expanded(hostPlatform(), Path(archive));
-  EXPECT_TRUE(std::regex_match(folder.text(),
-                               std::regex(temporary + "/QuarnZip-[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}")))
+  EXPECT_TRUE(
+      patterns::match(folder.text(), temporary + "/QuarnZip-[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}"))
       << folder.text();
   EXPECT_EQ(scene::read(folder.text() + "/Foo.app/a"), "precious\n");
   EXPECT_NE(expanded(hostPlatform(), Path(archive)), folder);

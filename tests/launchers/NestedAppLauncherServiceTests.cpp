@@ -6,6 +6,7 @@
 #include "QuarnCore/launchers/NestedAppLauncherService.h"
 #include "tests/launchers/Building.h"
 #include "tests/support/GatedPlatform.h"
+#include "tests/support/Unresolving.h"
 
 namespace quarn {
 namespace {
@@ -277,6 +278,13 @@ TEST_F(NestedLaunchers, afterAMoveFailuresAreIgnored) {
   scene::makeApp(nested("One.app"));
   fs::remove(program);
   EXPECT_EQ(afterMove(), Lines{"launcher-repair-failed\t/Applications/One.app\tLauncher binary is missing."});
+}
+
+TEST_F(NestedLaunchers, areNotMadeForWhatMayBeTheApplicationItself) {
+  scene::makeApp(nested("One.app"));
+  EXPECT_EQ(missingNames(), Lines{"One.app"});
+  Unresolving files(suite);
+  EXPECT_TRUE(NestedAppLauncherService::missingCandidates(replacing({.files = &files}), root).empty());
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include "QuarnCore/move/HealthManifest.h"
 #include "tests/move/Moving.h"
 #include "tests/support/Child.h"
+#include "tests/support/DeepTree.h"
 #include "tests/support/GatedPlatform.h"
 #include "tests/support/linux/OwnMounts.h"
 
@@ -117,6 +118,14 @@ TEST_F(Homecoming, whatChangesOnTheDriveWhileTheCopyIsWrittenOutIsNotLost) {
             "Verification failed: Foo.app copied with 7 of 8 entries — 1 missing.");
   EXPECT_EQ(scene::read(movedApp + "/Contents/late"), "written late");
   EXPECT_FALSE(scene::exists(app)) << "a failed copy at home is removed, and the link stays away";
+}
+
+TEST_F(Homecoming, aLinkTooDeepInItsOwnTargetToTellStays) {
+  const std::string link = makeFarFolder("/Users/me/tree", "/Users/me/half") + "/link";
+  fs::create_symlink("/Users/me/tree", link);
+  EXPECT_EQ(restore(hostPlatform(), link), "“" + std::string(200, 'd') + "” can’t be looked at: The file “" +
+                                               std::string(200, 'd') + "” couldn’t be opened.");
+  EXPECT_EQ(scene::target(link), "/Users/me/tree");
 }
 
 TEST_F(Homecoming, whatBelongsWhereItIsStaysWhateverLeadsToIt) {

@@ -1,5 +1,4 @@
 #include <filesystem>
-#include <regex>
 #include <sys/stat.h>
 
 #include "QuarnCore/discovery/InstallsDB.h"
@@ -7,6 +6,7 @@
 #include "tests/support/Child.h"
 #include "tests/support/DatabaseLock.h"
 #include "tests/support/Doubles.h"
+#include "tests/support/Patterns.h"
 #include "tests/support/Replacing.h"
 #include "tests/support/Scene.h"
 
@@ -60,8 +60,7 @@ TEST(InstallsDBWriter, aMoveIsOneRowInTheLedgersTerms) {
                   "restore_via_quarn|2026-01-31T09:05:00Z|NULL|moved by Quarn; symlink at "
                   "/Applications/Foo.app -> /Volumes/X9/ExternalQuarn/Apps/Foo.app; 12345 bytes"}));
   const Rows id = scene::sql("SELECT install_id FROM installs");
-  EXPECT_TRUE(std::regex_match(
-      id[0], std::regex("quarn-[0-9A-F]{8}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{12}")))
+  EXPECT_TRUE(patterns::match(id[0], "quarn-[0-9A-F]{8}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{12}"))
       << id[0];
   EXPECT_TRUE(scene::sql("SELECT * FROM tracked_files").empty());
   EXPECT_EQ(

@@ -4,6 +4,7 @@
 #include "Platform/HostPlatform.h"
 #include "QuarnCore/move/PathMover.h"
 #include "tests/move/Moving.h"
+#include "tests/support/Unresolving.h"
 #include "tests/support/linux/OwnMounts.h"
 
 namespace quarn {
@@ -108,6 +109,15 @@ TEST(MountedInside, removalNeverEntersAVolume) {
     EXPECT_FALSE(hostPlatform().files.remove(Path(support)));
     scene::write(support + "/state", "mine");
   });
+}
+
+TEST(MountedInside, isNotDeniedWhereTheFolderAroundCannotBeResolved) {
+  scene::write(support + "/state", "mine");
+  Unresolving files("/Users/me/Library");
+  EXPECT_EQ(move(replacing({.files = &files}), support, supportFolder),
+            "It can't be seen whether a volume is mounted inside Foo: " + std::string(Unresolving::sentence));
+  EXPECT_EQ(scene::read(support + "/state"), "mine");
+  EXPECT_FALSE(scene::isLink(support));
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include "QuarnCore/move/PathMover.h"
 #include "tests/move/Moving.h"
 #include "tests/support/Child.h"
+#include "tests/support/DeepTree.h"
 #include "tests/support/GatedPlatform.h"
 #include "tests/support/NothingLost.h"
 
@@ -227,6 +228,15 @@ TEST(PathMover, anAbsurdDiskUsageNeverCostsTheSource) {
                      "#!/bin/sh\ncase \"$2\" in /Users/*) echo 9223372036854775807;; *) echo 4;; esac\n");
   EXPECT_EQ(movePath(), "Verification failed: destination is below 95%; source left untouched.");
   EXPECT_EQ(scene::tree(source), before);
+}
+
+TEST(PathMover, aDestinationTooDeepInTheSourceToTellIsRefused) {
+  setUp();
+  const std::string far = makeFarFolder(source + "/tree", "/Users/me/half");
+  EXPECT_EQ(movePath(hostPlatform(), far + "/new"),
+            "“new” can’t be looked at: The file “" + std::string(200, 'd') + "” couldn’t be opened.");
+  EXPECT_FALSE(scene::exists(far + "/new"));
+  EXPECT_FALSE(scene::isLink(source));
 }
 
 }  // namespace

@@ -126,6 +126,18 @@ TEST_P(Looking, resolvingLinksResolvesAllOrNone) {
   EXPECT_EQ(files().resolvingLinks(scratch / "link//./none"), scratch / "link/none");
 }
 
+TEST_P(Looking, realPathTellsWhyThereIsNone) {
+  ScratchFolder scratch;
+  scratch.write("real/file");
+  scratch.link("link", "real");
+  scratch.link("loop", "loop");
+  EXPECT_EQ(files().realPath(scratch / "link/file").orThrow(), files().resolvingLinks(scratch / "real/file"));
+  EXPECT_EQ(code(files().realPath(scratch / "link/none")), 260);
+  EXPECT_EQ(code(files().realPath(Path(scratch.text() + "/real" + std::string("\0x", 2)))), 260);
+  EXPECT_EQ(code(files().realPath(scratch / "loop/below")), 260);
+  EXPECT_EQ(code(files().realPath(scratch / std::string(300, 'n'))), 258);
+}
+
 TEST_P(Looking, resolvingLinksSpellsNamesAsTheDiskDoes) {
   ScratchFolder scratch;
   const bool areTwo = traitsOf(scratch).letterCase;

@@ -50,6 +50,9 @@ TEST_P(Volumes, whatIsMountedTellsOfItself) {
     ASSERT_TRUE(properties) << path.text();
     EXPECT_NE(properties->name.value_or(""), "") << path.text();
     EXPECT_GT(properties->totalCapacity.value_or(0), 0) << path.text();
+    EXPECT_TRUE(properties->availableCapacity) << path.text();
+    EXPECT_LE(properties->availableCapacity.value_or(0), properties->totalCapacity.value_or(0))
+        << path.text();
     EXPECT_LE(properties->availableCapacityForImportantUsage.value_or(0),
               properties->totalCapacity.value_or(0))
         << path.text();

@@ -13,7 +13,7 @@ class Codesign : public RoomCase {
   }
 };
 
-INSTANTIATE_TEST_SUITE_P(Way, Codesign, everyWay, nameOf);
+INSTANTIATE_TEST_SUITE_P(Way, Codesign, everyWayOfScripts, nameOf);
 
 }  // namespace
 

@@ -25,7 +25,7 @@ class Expand : public RoomCase {
   }
 };
 
-INSTANTIATE_TEST_SUITE_P(Way, Expand, everyWay, nameOf);
+INSTANTIATE_TEST_SUITE_P(Way, Expand, everyWayOfScripts, nameOf);
 
 }  // namespace
 

@@ -6,7 +6,7 @@ namespace {
 
 class Gantrix : public RoomCase {};
 
-INSTANTIATE_TEST_SUITE_P(Way, Gantrix, everyWay, nameOf);
+INSTANTIATE_TEST_SUITE_P(Way, Gantrix, everyWayOfScripts, nameOf);
 
 }  // namespace
 

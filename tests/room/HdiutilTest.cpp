@@ -1,4 +1,3 @@
-#include <regex>
 
 #include "RoomCase.h"
 
@@ -38,7 +37,7 @@ class Hdiutil : public RoomCase {
       "s/<[^<>]*string>//g; s/^ //p';";
 };
 
-INSTANTIATE_TEST_SUITE_P(Way, Hdiutil, everyWay, nameOf);
+INSTANTIATE_TEST_SUITE_P(Way, Hdiutil, everyWayOfScripts, nameOf);
 
 }  // namespace
 

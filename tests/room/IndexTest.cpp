@@ -8,7 +8,7 @@ namespace {
 
 class Index : public RoomCase {};
 
-INSTANTIATE_TEST_SUITE_P(Way, Index, everyWay, nameOf);
+INSTANTIATE_TEST_SUITE_P(Way, Index, everyWayOfScripts, nameOf);
 
 const std::string lsregister =
     "/System/Library/Frameworks/CoreServices.framework/Frameworks/LaunchServices.framework/Support/"

@@ -24,7 +24,7 @@ class Installer : public RoomCase {
   }
 };
 
-INSTANTIATE_TEST_SUITE_P(Way, Installer, everyWay, nameOf);
+INSTANTIATE_TEST_SUITE_P(Way, Installer, everyWayOfScripts, nameOf);
 
 const std::string name = "installer: Package name is A b\n";
 const std::string installing = name + "installer: Installing at base path /\n";

@@ -27,7 +27,8 @@ class Orders : public RoomCase {
         "run mdutil -s /; run spctl -a -vv A.app; run tmutil localsnapshot; run xcrun stapler validate "
         "A.app; run gantrix true; run installer -pkg A.pkg -target /; run pkgutil --check-signature A.pkg; "
         "run "
-        "pkgutil --forget com.example.foo; run xar -xf A.pkg; run /usr/libexec/quarn-room/sign-package A.pkg "
+        "pkgutil --forget com.example.foo; run xar -xf A.pkg; run xattr -cr A.app; run "
+        "/usr/libexec/quarn-room/sign-package A.pkg "
         "apple");
   }
 
@@ -35,13 +36,13 @@ class Orders : public RoomCase {
     std::string lines;
     for (const std::string tool :
          {"codesign", "ditto", "ditto", "hdiutil", "lsregister", "mdutil", "spctl", "tmutil", "xcrun",
-          "gantrix", "installer", "pkgutil", "pkgutil", "xar", "sign-package"})
+          "gantrix", "installer", "pkgutil", "pkgutil", "xar", "xattr", "sign-package"})
       lines += tool + " " + status + "\n";
     return lines;
   }
 };
 
-INSTANTIATE_TEST_SUITE_P(Way, Orders, everyWay, nameOf);
+INSTANTIATE_TEST_SUITE_P(Way, Orders, everyWayOfScripts, nameOf);
 
 const std::string list = "tmutil listlocalsnapshots /";
 

@@ -34,7 +34,7 @@ class Pkgutil : public RoomCase {
   }
 };
 
-INSTANTIATE_TEST_SUITE_P(Way, Pkgutil, everyWay, nameOf);
+INSTANTIATE_TEST_SUITE_P(Way, Pkgutil, everyWayOfScripts, nameOf);
 
 const std::string statusLine = "   Status: package is invalid (checksum did not verify)\n";
 const std::string invalid = statusLine + "1\n";

@@ -22,7 +22,7 @@ class Ticket : public RoomCase {
   }
 };
 
-INSTANTIATE_TEST_SUITE_P(Way, Ticket, everyWay, nameOf);
+INSTANTIATE_TEST_SUITE_P(Way, Ticket, everyWayOfScripts, nameOf);
 
 const std::string processing = "Processing: A.app\n";
 

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
-#include <regex>
 
 #include "TestRoom.h"
+#include "tests/support/Patterns.h"
 
 namespace quarn::tests {
 
@@ -18,14 +18,13 @@ const TestRoom& room() {
 TEST(Tmutil, remembersTheSnapshotsItTook) {
   const Finished finished =
       room()("tmutil listlocalsnapshots /; tmutil localsnapshot && tmutil listlocalsnapshots /");
-  EXPECT_TRUE(std::regex_match(
+  EXPECT_TRUE(patterns::match(
       finished.out,
-      std::regex(
-          "Snapshots for disk /:\n"
-          "NOTE: local snapshots are considered purgeable and may be removed at any time by deleted\\(8\\).\n"
-          "Created local snapshot with date: (20[0-9]{2}-[0-9]{2}-[0-9]{2}-[0-9]{6})\n"
-          "Snapshots for disk /:\n"
-          "com.apple.TimeMachine.\\1.local\n")))
+      "Snapshots for disk /:\n"
+      "NOTE: local snapshots are considered purgeable and may be removed at any time by deleted\\(8\\).\n"
+      "Created local snapshot with date: (20[0-9]{2}-[0-9]{2}-[0-9]{2}-[0-9]{6})\n"
+      "Snapshots for disk /:\n"
+      "com.apple.TimeMachine.\\1.local\n"))
       << finished.out;
 }
 

@@ -39,7 +39,7 @@ class Xar : public RoomCase {
   }
 };
 
-INSTANTIATE_TEST_SUITE_P(Way, Xar, everyWay, nameOf);
+INSTANTIATE_TEST_SUITE_P(Way, Xar, everyWayOfScripts, nameOf);
 
 }  // namespace
 

@@ -15,7 +15,7 @@ class FileSystemDecorator : public FileSystem {
   Result<std::string> readSymbolicLink(const Path& path) const override {
     return inner_.readSymbolicLink(path);
   }
-  Path resolvingLinks(const Path& path) const override { return inner_.resolvingLinks(path); }
+  Result<Path> realPath(const Path& path) const override { return inner_.realPath(path); }
   Path standardized(const Path& path) const override { return inner_.standardized(path); }
   Result<std::vector<std::string>> list(const Path& folder, Hidden hidden) const override {
     return inner_.list(folder, hidden);

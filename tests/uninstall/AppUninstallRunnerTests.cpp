@@ -1,5 +1,7 @@
+#include <cerrno>
 #include <fcntl.h>
 
+#include "Platform/CocoaError.h"
 #include "Platform/DateText.h"
 #include "QuarnCore/foundation/AppStorageNames.h"
 #include "QuarnCore/uninstall/AppUninstallError.h"
@@ -9,6 +11,7 @@
 #include "tests/support/FakeTools.h"
 #include "tests/support/FileSystemDecorator.h"
 #include "tests/support/GatedPlatform.h"
+#include "tests/support/Unresolving.h"
 #include "tests/uninstall/Uninstalling.h"
 
 namespace quarn {
@@ -48,10 +51,11 @@ void makeFoo() {
   scene::write(support + "/x", "data");
 }
 
-std::string refusalOf(const AppUninstallPlan& plan, bool dryRun = false) {
+std::string refusalOf(const AppUninstallPlan& plan, bool dryRun = false,
+                      const Platform& platform = hostPlatform()) {
   Runner runner;
   try {
-    runner.run(plan, hostPlatform(), std::nullopt, dryRun);
+    runner.run(plan, platform, std::nullopt, dryRun);
   } catch (const AppUninstallError& error) {
     EXPECT_EQ(runner.steps, Texts{});
     return error.localizedDescription();
@@ -312,6 +316,84 @@ TEST(UninstallRunner, refusesWhatIsNoApplicationOrBelongsWhereItIs) {
   EXPECT_EQ(refusalOf(planned("/Volumes/X9")), "Refusing to uninstall: “X9” belongs where it is.");
   EXPECT_EQ(refusalOf(planned("/")), "Refusing to uninstall: “/” belongs where it is.");
   EXPECT_EQ(scene::read("/Users/me/Documents/precious"), "precious");
+}
+
+/// Fails to read one file.
+class Unreading : public FileSystemDecorator {
+ public:
+  Unreading(FileSystem& inner, std::string file) : FileSystemDecorator(inner), file_(std::move(file)) {}
+  Result<std::string> read(const Path& file) const override {
+    return isIt(file) ? failure(file) : FileSystemDecorator::read(file);
+  }
+
+ protected:
+  bool isIt(const Path& file) const { return file.text() == file_; }
+  static PlatformError failure(const Path& file) {
+    return CocoaError::fromErrno(CocoaError::Operation::readFile, EIO, file);
+  }
+
+ private:
+  const std::string file_;
+};
+
+/// Fails to look at it as well.
+class BlindFor : public Unreading {
+ public:
+  using Unreading::Unreading;
+  bool exists(const Path& file) const override { return !isIt(file) && Unreading::exists(file); }
+  Result<FileAttributes> attributes(const Path& file) const override {
+    if (isIt(file)) return failure(file);
+    return Unreading::attributes(file);
+  }
+};
+
+TEST(UninstallRunner, refusesAnApplicationWhoseNamesCantBeRead) {
+  makeFoo();
+  const std::string propertyList = foo + "/Contents/Info.plist";
+  Unreading unreading(hostPlatform().files, propertyList);
+  BlindFor blind(hostPlatform().files, propertyList);
+  const std::string why = "The file “Info.plist” couldn’t be opened.";
+  for (const bool dryRun : {false, true}) {
+    EXPECT_EQ(refusalOf(planned(), dryRun, replacing({.files = &unreading})),
+              "Refusing to uninstall: " + why);
+    EXPECT_EQ(refusalOf(planned(), dryRun, replacing({.files = &blind})),
+              "Refusing to uninstall: “Info.plist” can’t be looked at: " + why);
+  }
+  EXPECT_EQ(namesIn("/Users/me/.Trash"), Texts{});
+  EXPECT_FALSE(scene::exists(sessions));
+}
+
+TEST(UninstallRunner, refusesALauncherThatDoesntTellWhatItOpens) {
+  scene::makeApp(copyOfFoo);
+  scene::makeLauncher(foo, copyOfFoo);
+  const std::string target = foo + "/Contents/Resources/ExternalAppTarget.txt";
+  const std::string why = "The file “ExternalAppTarget.txt” couldn’t be opened.";
+  Unreading unreading(hostPlatform().files, target);
+  BlindFor blind(hostPlatform().files, target);
+  EXPECT_EQ(refusalOf(planned(), false, replacing({.files = &unreading})), "Refusing to uninstall: " + why);
+  EXPECT_EQ(refusalOf(planned(), false, replacing({.files = &blind})),
+            "Refusing to uninstall: “ExternalAppTarget.txt” can’t be looked at: " + why);
+  EXPECT_TRUE(scene::exists(foo));
+}
+
+TEST(UninstallRunner, refusesAPlanThatWasMadeWithOtherNamesThanThoseOfTheApplication) {
+  makeBundle(foo, key("CFBundleName", "Foo and More"));
+  scene::write(support + "/x", "of another application");
+  BlindFor files(hostPlatform().files, foo + "/Contents/Info.plist");
+  const auto blind = replacing({.files = &files});
+  const auto plan = AppUninstallPlanner::plan(blind, *InstalledAppsScanner::inspect(blind, Path(foo)),
+                                              Selection::everything());
+  ASSERT_EQ(pathsOf(plan.candidates), (Texts{foo, support}));
+  EXPECT_EQ(refusalOf(plan), "Refusing to uninstall: “Foo.app” isn’t the application that was looked at.");
+  EXPECT_EQ(scene::read(support + "/x"), "of another application");
+}
+
+TEST(UninstallRunner, takesTheDataOfAnApplicationThatHasGoneSinceThePlan) {
+  makeFoo();
+  const auto plan = planned();
+  std::filesystem::remove_all(foo);
+  Runner().run(plan);
+  EXPECT_EQ(namesIn("/Users/me/.Trash"), (Texts{"Foo", "com.example.foo"}));
 }
 
 TEST(UninstallRunner, waitsForASecondOfItsOwn) {
@@ -605,6 +687,16 @@ TEST(UninstallSessions, thatAreBrokenOrStrangersAreNone) {
   session.id = "../../escape";
   EXPECT_THROW(UninstallSessionStore::save(hostPlatform(), session, root), PlatformError);
   EXPECT_FALSE(scene::exists(library + "/Application Support/escape"));
+}
+
+TEST(UninstallRunner, anItemThatCannotBeLookedAtStaysAndSaysSo) {
+  makeFoo();
+  Unresolving files(library + "/Caches");
+  Runner runner;
+  runner.run(planned(), replacing({.files = &files}));
+  EXPECT_TRUE(scene::exists(caches));
+  EXPECT_FALSE(scene::exists(support));
+  EXPECT_EQ(runner.warnings, Texts{"“" + caches + "” stays. " + Unresolving::of("com.example.foo")});
 }
 
 }  // namespace

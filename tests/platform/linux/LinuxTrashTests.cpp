@@ -1,3 +1,5 @@
+#include <cerrno>
+#include <functional>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
@@ -7,6 +9,8 @@
 #include "tests/support/Doubles.h"
 #include "tests/support/Scene.h"
 #include "tests/support/ScratchFolder.h"
+#include "tests/support/linux/KilledAt.h"
+#include "tests/support/linux/LookingCalls.h"
 #include "tests/support/linux/OwnMounts.h"
 
 namespace quarn {
@@ -184,6 +188,33 @@ TEST(LinuxTrash, aReadOnlyDriveHasNone) {
                         "“x” couldn’t be moved to the trash because the volume “Locked” doesn’t have one.");
             }),
             "");
+}
+
+/// Lets a child's n-th look at anything fail with EIO. False if it has fewer.
+bool failLook(int n, const std::function<void()>& body) {
+  ::scene::TracedProgram program(body);
+  int count = 0;
+  while (const auto stop = program.next()) {
+    if (!::scene::lookEntered(program, *stop) || ++count != n) continue;
+    EXPECT_TRUE(program.refuse(EIO));
+  }
+  return count >= n;
+}
+
+TEST(LinuxTrash, aFolderAroundTheItemIsNoVolumeBecauseALookFails) {
+  if (const std::string reason = ::scene::whyNotTraced(); !reason.empty()) GTEST_SKIP() << reason;
+  Scene scene;
+  int n = 1;
+  for (;; ++n) {
+    scene.scratch.write("a/b/x");
+    if (!failLook(n, [&] { (void)scene.trash("a/b/x"); })) break;
+    for (const std::string folder : {"a/b", "a", "."})
+      EXPECT_FALSE(scene.scratch.stands(folder + "/.Trashes")) << "look " << n << ", " << folder;
+    for (const char* top : {"/.Trashes", "/tmp/.Trashes"})
+      EXPECT_FALSE(std::filesystem::exists(top)) << "look " << n << ", " << top;
+  }
+  EXPECT_GT(n, 5);
+  EXPECT_TRUE(scene.scratch.stands("home/.Trash/x"));
 }
 
 }  // namespace

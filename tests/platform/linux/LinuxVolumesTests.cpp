@@ -101,6 +101,7 @@ void expectFreeSpaceForEverybody(const std::string& path) {
     const auto before = statusOf(path);
     const auto properties = hostPlatform().volumes.properties(Path(path)).orThrow();
     if (statusOf(path).f_bavail != before.f_bavail) continue;
+    EXPECT_EQ(properties.availableCapacity, properties.availableCapacityForImportantUsage);
     EXPECT_EQ(properties.availableCapacityForImportantUsage,
               static_cast<std::int64_t>(before.f_bavail * before.f_frsize));
     return;

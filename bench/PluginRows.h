@@ -1,0 +1,8 @@
+#pragma once
+
+namespace bench {
+
+/// Prints the rows on the search for plug-ins.
+void printPluginRows();
+
+}  // namespace bench
