@@ -17,9 +17,9 @@ inline bool isWhole() {
   return wanted && std::string_view(wanted) == "all";
 }
 
-/// From one call that is tried to the next.
+/// From one call that is tried to the next. Where each of them is (1), there is no sample to make sparser.
 inline int step(int sampled) {
-  if (isWhole()) return 1;
+  if (isWhole() || sampled == 1) return 1;
   return isSanitized ? sampled * sparserIfSanitized : sampled;
 }
 
