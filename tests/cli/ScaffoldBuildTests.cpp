@@ -12,8 +12,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const std::string built = project + "/build/Paper Kite.app";
-const std::string installed = "/Applications/Paper Kite.app";
 const std::string asked = "/Users/me/asked";
 
 /// A bundle around an executable at build/kite.

@@ -117,10 +117,6 @@ enum class Fault { killedBefore, killedAfter, fails };
 
 class ScaffoldScriptFaults : public testing::TestWithParam<Fault> {
  protected:
-  const std::string installed = "/Applications/Paper Kite.app";
-  const std::string onDrive = "/Volumes/X9/ExternalQuarn/Apps/Paper Kite.app";
-  const std::string claim = "/tmp/Paper Kite.run";
-
   void setScene() {
     for (const std::string folder : {"/Applications", "/Volumes/X9", "/Users/me"}) {
       for (const auto& item : fs::directory_iterator(folder)) fs::remove_all(item.path());
@@ -130,14 +126,14 @@ class ScaffoldScriptFaults : public testing::TestWithParam<Fault> {
     scene::makeApp(installed, {}, 3'000);
     scene::makeApp(onDrive, {}, 5'000);
     scene::makeApp("/Applications/Other.app");
-    scene::write("/Volumes/X9/ExternalQuarn/Apps/Other.app/x", "other");
+    scene::write(apps + "/Other.app/x", "other");
     old_ = {scene::tree(installed), scene::tree(onDrive)};
     foreign_ = foreign();
   }
 
   static std::vector<std::string> foreign() {
     auto all = scene::tree("/Applications/Other.app");
-    for (const auto& more : scene::tree("/Volumes/X9/ExternalQuarn/Apps/Other.app")) all.push_back(more);
+    for (const auto& more : scene::tree(apps + "/Other.app")) all.push_back(more);
     return all;
   }
 
@@ -188,7 +184,7 @@ class ScaffoldScriptFaults : public testing::TestWithParam<Fault> {
   void removeClaim() const {
     if (!scene::exists(claim)) return;
     const auto before = scene::tree("/Users/me");
-    const auto refused = build({"--external-drive=/Volumes/X9"});
+    const auto refused = build({drive});
     EXPECT_EQ(refused.status, 1);
     EXPECT_TRUE(refused.err.ends_with("remove that folder: rmdir /tmp/Paper\\ Kite.run\n")) << refused.err;
     EXPECT_EQ(scene::tree("/Users/me"), before);
@@ -214,7 +210,7 @@ TEST_P(ScaffoldScriptFaults, loseNothingAtAnyTool) {
   for (bool wasMet = true; wasMet;) {
     setScene();
     faultAt(++n);
-    const auto run = build({"--external-drive=/Volumes/X9"});
+    const auto run = build({drive});
     mend();
     const bool wasStopped = run.status != 0;
     wasMet = scene::read("/Users/me/count").size() >= static_cast<std::size_t>(n);
@@ -233,7 +229,7 @@ TEST_P(ScaffoldScriptFaults, loseNothingAtAnyTool) {
     if (GetParam() == Fault::fails) expectTold(run.out);
     expectNothingLost(said);
     removeClaim();
-    const auto again = build({"--external-drive=/Volumes/X9"});
+    const auto again = build({drive});
     EXPECT_EQ(again.status, 0) << again.out << again.err;
     EXPECT_FALSE(scene::exists(claim));
     expectInstalled();

@@ -14,17 +14,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const std::string built = project + "/build/Paper Kite.app";
-const std::string installed = "/Applications/Paper Kite.app";
-const std::string apps = "/Volumes/X9/ExternalQuarn/Apps";
-const std::string onDrive = apps + "/Paper Kite.app";
 const std::string begun = "==> compile\n==> ad-hoc sign build/Paper Kite.app\n";
 const std::string done = "==> Done.\nLaunch: open \"/Applications/Paper Kite.app\"\n";
 const std::string toApplications = "==> install to /Applications/Paper Kite.app\n";
 const std::string toDrive = "==> install to drive: " + onDrive + "\n";
 const std::string linking = "==> symlink /Applications -> drive\n";
 const std::string resigned = "build/Paper Kite.app: replacing existing signature\n";
-const std::string drive = "--external-drive=/Volumes/X9";
 
 std::string moved(const std::string& from, const std::string& name) {
   return "    moved " + from + " -> " + stash + "/" + name + "\n";

@@ -70,8 +70,7 @@ void expectInstalled(const std::string& folder, const std::string& name, const W
   SCOPED_TRACE(name);
   stopTheClock();
   layTrap();
-  const std::string app = "/Applications/" + name + ".app",
-                    copy = "/Volumes/X9/ExternalQuarn/Apps/" + name + ".app";
+  const std::string app = "/Applications/" + name + ".app", copy = apps + "/" + name + ".app";
   const std::string first = stash + "/" + name + ".app-" + moment;
   const auto expectDone = [&](const Words& options) {
     const auto run = build(options, folder, environment);
@@ -82,11 +81,11 @@ void expectInstalled(const std::string& folder, const std::string& name, const W
   const auto made = scene::tree(app);
   EXPECT_EQ(said(app), "version 1\n");
   scene::write(folder + "/version", "2");
-  expectDone({"--external-drive=/Volumes/X9"});
+  expectDone({drive});
   EXPECT_EQ(scene::tree(first), made);
   EXPECT_EQ(scene::target(app), copy);
   EXPECT_EQ(said(app), "version 2\n");
-  expectDone({"--external-drive=/Volumes/X9"});
+  expectDone({drive});
   EXPECT_EQ(scene::tree(first + "-2"), scene::tree(copy));
   EXPECT_EQ(scene::target(first + "-3"), copy);
   expectTrapUntouched();

@@ -13,11 +13,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const std::string built = project + "/build/Paper Kite.app";
-const std::string installed = "/Applications/Paper Kite.app";
-const std::string onDrive = "/Volumes/X9/ExternalQuarn/Apps/Paper Kite.app";
-const std::string drive = "--external-drive=/Volumes/X9";
-const std::string claim = "/tmp/Paper Kite.run";
 const std::string orders = "/var/db/quarn-room-tools/ditto";
 const std::vector<Words> roads = {{}, {drive}};
 

@@ -13,6 +13,15 @@ using Words = std::vector<std::string>;
 
 inline const std::string project = "/Users/me/Paper Kite";
 
+/// What its script builds, and where it installs it, on either road.
+inline const std::string built = project + "/build/Paper Kite.app";
+inline const std::string installed = "/Applications/Paper Kite.app";
+inline const std::string apps = "/Volumes/X9/ExternalQuarn/Apps";
+inline const std::string onDrive = apps + "/Paper Kite.app";
+inline const std::string drive = "--external-drive=/Volumes/X9";
+/// Is there while it is at work.
+inline const std::string claim = "/tmp/Paper Kite.run";
+
 /// Runs the generator in a project's folder.
 inline scene::Run generate(const Words& options = {}, const std::string& folder = project) {
   Words words = {"scaffold", "build-command"};
@@ -27,11 +36,12 @@ inline mode_t modeOf(const std::string& path) {
 
 /// What the generator prints.
 inline std::string wrote(const std::string& path, const std::string& name, const std::string& source,
-                         const std::string& preset, const std::string& drive = "") {
+                         const std::string& preset, const std::string& defaultDrive = "") {
   return expected::printed("Wrote " + path + "\nApp name: " + name +
                            "\nSource bundle (edit if wrong): " + source + "\nBuild preset: " + preset + "\n" +
-                           (drive.empty() ? "" : "Default external drive: " + drive + "\n") + "\nTry:\n" +
-                           path + "                                # install to /Applications\n" + path +
+                           (defaultDrive.empty() ? "" : "Default external drive: " + defaultDrive + "\n") +
+                           "\nTry:\n" + path +
+                           "                                # install to /Applications\n" + path +
                            " --external-drive=/Volumes/X9   # install to external drive + symlink\n" + path +
                            " --no-install                   # build only\n");
 }
