@@ -190,6 +190,10 @@ PlatformError ofDomain(const std::string& domain, int code) {
   return {domain, code, "The operation couldn’t be completed. (" + which + ".)"};
 }
 
+bool saysMissing(const PlatformError& error) {
+  return error.code == fileReadNoSuchFile || error.code == fileReadInvalidFileName;
+}
+
 PlatformError noTrash(const Path& item, const std::string& volumeName) {
   return error(featureUnsupported, named(item) + " couldn’t be moved to the trash because the volume " +
                                        quoted(volumeName) + " doesn’t have one.");

@@ -30,6 +30,11 @@ PlatformError fromErrno(Operation operation, int errnoValue, const Path& item, c
 PlatformError fromCode(Operation operation, int code, const Path& item, const Path& destination = {},
                        const std::function<std::string()>& volumeName = {});
 
+/// Returns whether a look at an item itself failed because nothing is there; nothing has a name that is too
+/// long. After any other failure, something may be there. Not for resolving links: what they lead to may
+/// exist at a path that is too long.
+bool saysMissing(const PlatformError& error);
+
 /// Returns the error for a tool that can't be started.
 PlatformError toolNotStarted(const Path& executable);
 /// Returns the error for a tool that couldn't be started because the system has no descriptor, process or

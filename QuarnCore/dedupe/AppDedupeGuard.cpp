@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "Platform/CocoaError.h"
 #include "Platform/Text.h"
 #include "QuarnCore/dedupe/AppDedupeRules.h"
 #include "QuarnCore/discovery/LauncherShim.h"
@@ -19,8 +20,7 @@ std::string named(const Path& item) {
 
 /// Fails unless the error says for certain that nothing is there.
 void requireMissing(const PlatformError& error, const Path& launcher) {
-  if (error.code != CocoaErrorCode::fileReadNoSuchFile &&
-      error.code != CocoaErrorCode::fileReadInvalidFileName)
+  if (!CocoaError::saysMissing(error))
     throw MoveRefused("The application that " + named(launcher) + " opens can’t be looked for.");
 }
 
@@ -29,8 +29,8 @@ void requireTargetWasRead(const ReadOnlyPlatform& platform, const Path& launcher
   const Path file = LauncherShim::targetFile(launcher);
   if (platform.files.read(file)) return;
   const auto attributes = platform.files.attributes(file);
-  const bool isUnknown = attributes ? attributes->kind == FileKind::regular
-                                    : attributes.error().code != CocoaErrorCode::fileReadNoSuchFile;
+  const bool isUnknown =
+      attributes ? attributes->kind == FileKind::regular : !CocoaError::saysMissing(attributes.error());
   if (isUnknown) throw MoveRefused("What " + named(launcher) + " opens can’t be read.");
 }
 

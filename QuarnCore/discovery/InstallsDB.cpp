@@ -1,6 +1,10 @@
 #include "QuarnCore/discovery/InstallsDB.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "QuarnCore/discovery/InfoPlist.h"
+#include "QuarnCore/foundation/Sighting.h"
 
 namespace quarn {
 
@@ -75,6 +79,13 @@ std::vector<std::string> trackedFiles(const ReadOnlyPlatform& platform, const st
     if (auto file = statement->text(0)) files.push_back(*std::move(file));
   }
   return files;
+}
+
+std::vector<std::string> missing(const ReadOnlyPlatform& platform, const std::vector<std::string>& files) {
+  std::vector<std::string> missing;
+  std::copy_if(files.begin(), files.end(), std::back_inserter(missing),
+               [&platform](const std::string& file) { return !mayExist(platform.files, Path(file)); });
+  return missing;
 }
 }  // namespace InstallsDB
 

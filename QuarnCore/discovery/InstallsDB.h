@@ -36,6 +36,9 @@ std::optional<Entry> entryForAppName(const ReadOnlyPlatform& platform, const std
 /// row can't be read, the files of the rows before it are returned: each of them is recorded.
 std::vector<std::string> trackedFiles(const ReadOnlyPlatform& platform, const std::string& installId,
                                       const Path& database);
+/// Returns those of the files at which there is nothing, or a link that leads to nothing. What can't be
+/// looked at, as in a folder that is closed to the user, may be there.
+std::vector<std::string> missing(const ReadOnlyPlatform& platform, const std::vector<std::string>& files);
 }  // namespace InstallsDB
 
 namespace InstallsDBEntryResolver {

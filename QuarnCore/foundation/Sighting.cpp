@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "Platform/CocoaError.h"
 #include "Platform/Text.h"
 
 namespace quarn {
@@ -9,18 +10,12 @@ namespace {
 
 using Failure = std::optional<PlatformError>;
 
-/// A name that is too long belongs to no item.
-bool saysMissing(const PlatformError& error) {
-  return error.code == CocoaErrorCode::fileReadNoSuchFile ||
-         error.code == CocoaErrorCode::fileReadInvalidFileName;
-}
-
 Failure failureOf(const FileSystem& files, const Path& item) {
   const auto attributes = files.attributes(item);
-  if (!attributes) return saysMissing(attributes.error()) ? Failure() : attributes.error();
+  if (!attributes) return CocoaError::saysMissing(attributes.error()) ? Failure() : attributes.error();
   // A link that leads to nothing is no failure; one that leads to what can't be looked at is.
   const auto real = files.realPath(item);
-  return real || saysMissing(real.error()) ? Failure() : real.error();
+  return real || CocoaError::saysMissing(real.error()) ? Failure() : real.error();
 }
 
 /// Returns the path itself, or the nearest folder around it that exists.
@@ -101,6 +96,14 @@ Sighting sight(const FileSystem& files, const Path& item) {
           .exists = existing == spelled,
           .identities = std::move(identities),
           .failure = named(std::move(failure), spelled)};
+}
+
+bool mayExist(const FileSystem& files, const Path& item) {
+  if (files.exists(item)) return true;
+  // Around any other path there are no folders to look at.
+  if (!item.isAbsolute()) return false;
+  // A look that failed just now may not fail any more.
+  return sight(files, item).failure || files.exists(item);
 }
 
 Sighting sightItself(const FileSystem& files, const Path& item) {

@@ -39,6 +39,8 @@ bool leadsInto(const FileSystem& files, const Path& item, const Path& folder);
 
 /// Looks at an item, following links. Changes nothing and never throws.
 Sighting sight(const FileSystem& files, const Path& item);
+/// Returns whether an item, or what a link leads to, exists, or may: false only if that is certain.
+bool mayExist(const FileSystem& files, const Path& item);
 /// Looks at an item itself. If it is a link, describes the place of the link and not its target.
 Sighting sightItself(const FileSystem& files, const Path& item);
 /// Describes a path without looking at the disk.

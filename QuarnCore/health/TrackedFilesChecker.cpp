@@ -1,7 +1,6 @@
 #include "QuarnCore/health/TrackedFilesChecker.h"
 
 #include <algorithm>
-#include <iterator>
 
 #include "QuarnCore/discovery/InstallsDB.h"
 
@@ -20,13 +19,6 @@ std::string sampleOf(const Files& missing) {
   return sample;
 }
 
-Files missingOf(const ReadOnlyPlatform& platform, const Files& tracked) {
-  Files missing;
-  std::copy_if(tracked.begin(), tracked.end(), std::back_inserter(missing),
-               [&platform](const std::string& file) { return !platform.files.exists(Path(file)); });
-  return missing;
-}
-
 }  // namespace
 
 std::optional<HealthIssue> check(const ReadOnlyPlatform& platform, const Path& location, const Path& target) {
@@ -35,7 +27,7 @@ std::optional<HealthIssue> check(const ReadOnlyPlatform& platform, const Path& l
   const auto entry = InstallsDBEntryResolver::resolve(platform, location, target);
   if (!entry) return std::nullopt;
   const Files tracked = InstallsDB::trackedFiles(platform, entry->installId, database);
-  const Files missing = missingOf(platform, tracked);
+  const Files missing = InstallsDB::missing(platform, tracked);
   if (missing.empty()) return std::nullopt;
   return HealthIssue{.kind = HealthIssue::Kind::missingTrackedFiles,
                      .location = location,

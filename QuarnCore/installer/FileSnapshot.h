@@ -9,7 +9,8 @@
 
 namespace quarn {
 
-/// The part of a root that a snapshot couldn't see: what comes behind `last` in path order.
+/// The part of a root that a snapshot couldn't see: what comes behind `last` in path order. If that is empty,
+/// not even the root itself could be looked at.
 struct UnseenPart {
   std::string root;
   std::string last;

@@ -18,7 +18,7 @@ bool isBelowApplications(const std::string& path) {
 /// What can't be looked into may be anything.
 bool mayBeLauncher(const ReadOnlyPlatform& platform, const Path& app) {
   const auto record = platform.files.attributes(LauncherShim::targetFile(app));
-  return record || record.error().code != CocoaErrorCode::fileReadNoSuchFile;
+  return record || !CocoaError::saysMissing(record.error());
 }
 
 bool isSafe(const ReadOnlyPlatform& platform, const Path& app) {

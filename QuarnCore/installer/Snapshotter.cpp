@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "Platform/CocoaError.h"
+#include "QuarnCore/foundation/Sighting.h"
 
 namespace quarn::Snapshotter {
 namespace {
@@ -23,7 +24,7 @@ class Capture : public WalkVisitor {
   }
 
   WalkStep failed(const Path&, const PlatformError& error) override {
-    if (error.code == CocoaErrorCode::fileReadNoSuchFile) return WalkStep::proceed;
+    if (CocoaError::saysMissing(error)) return WalkStep::proceed;
     snapshot_.unseen.push_back({root_.text(), snapshot_.paths.last()});
     return WalkStep::stop;
   }
@@ -36,10 +37,11 @@ class Capture : public WalkVisitor {
 };
 
 void captureRoot(const FileSystem& files, const Path& root, FileSnapshot& snapshot) {
+  const auto attributes = files.attributes(root);
+  if (!attributes) return snapshot.unseen.push_back({root.text(), ""});
   Capture capture(snapshot, root);
   // A walk would follow a root that is a link.
-  const auto attributes = files.attributes(root);
-  if (attributes && attributes->kind == FileKind::folder) files.walkSorted(root, Hidden::skipped, capture);
+  if (attributes->kind == FileKind::folder) files.walkSorted(root, Hidden::skipped, capture);
 }
 
 /// Adds a root inside another one. Whether the walk of that one has met it isn't known: it may lie in a
@@ -51,11 +53,11 @@ void captureInside(const FileSystem& files, const Path& root, FileSnapshot& snap
   snapshot.unseen.insert(snapshot.unseen.end(), inner.unseen.begin(), inner.unseen.end());
 }
 
-/// Returns those that exist, standardized, each once and in path order.
+/// Returns those that may exist, standardized, each once and in path order.
 std::vector<Path> inPathOrder(const FileSystem& files, const std::vector<Path>& roots) {
   std::vector<Path> found;
   for (const Path& root : roots) {
-    if (files.exists(root)) found.push_back(files.standardized(root));
+    if (mayExist(files, root)) found.push_back(files.standardized(root));
   }
   std::sort(found.begin(), found.end(),
             [](const Path& a, const Path& b) { return precedesInPathOrder(a.text(), b.text()); });

@@ -16,8 +16,8 @@ std::vector<Path> defaultRoots(const Places& places);
 /// out with all below them, bundles are entered, links are not followed: of a root that is a link, or no
 /// folder, there is only its own path. Paths are those of the roots, standardized, and what lies below.
 ///
-/// Never throws. The first folder that can't be listed ends its root, and what comes behind it is unseen. A
-/// folder that is removed meanwhile doesn't.
+/// Never throws. A root that can't be looked at is unseen with all below it. The first folder that can't be
+/// listed ends its root, and what comes behind it is unseen. A folder that is removed meanwhile doesn't.
 FileSnapshot capture(const ReadOnlyPlatform& platform, const std::vector<Path>& roots);
 
 /// Returns the paths of `after` that are not in `before`, sorted byte by byte. Leaves out what `before`

@@ -71,8 +71,8 @@ int forgetMissingTrackedFiles(Platform& platform, const std::string& installId, 
   const auto database = open(platform, path);
   if (!database) return 0;
   int deleted = 0;
-  for (const std::string& file : InstallsDB::trackedFiles(platform, installId, path)) {
-    if (platform.files.exists(Path(file))) continue;
+  for (const std::string& file :
+       InstallsDB::missing(platform, InstallsDB::trackedFiles(platform, installId, path))) {
     if (execute(*database, "DELETE FROM tracked_files WHERE install_id = ? AND file_path = ?;",
                 {installId, file})) {
       deleted += database->changes();

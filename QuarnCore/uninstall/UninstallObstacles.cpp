@@ -11,11 +11,12 @@
 namespace quarn {
 namespace {
 
-/// Returns the copy to which a link or a launcher leads, unless it is chosen.
+/// Returns the copy to which a link or a launcher leads, unless it is chosen. One that can't be looked at may
+/// be there, and its path tells what holds it.
 std::optional<Sighting> stayingTarget(const ReadOnlyPlatform& platform, const AppRecord& app,
                                       const std::vector<UninstallCandidate>& chosen) {
   const auto target = ExternalTarget::of(app);
-  if (!target || !platform.files.exists(*target)) return std::nullopt;
+  if (!target || !mayExist(platform.files, *target)) return std::nullopt;
   const bool goes = std::any_of(chosen.begin(), chosen.end(), [&](const UninstallCandidate& each) {
     return Text::equal(each.path, target->text());
   });

@@ -2,6 +2,7 @@
 
 #include <set>
 
+#include "Platform/CocoaError.h"
 #include "Platform/DateText.h"
 #include "Platform/Text.h"
 #include "QuarnCore/foundation/AppStorageNames.h"
@@ -75,7 +76,7 @@ void UninstallRemoval::stash(MovedItem& item) {
 bool UninstallRemoval::isGone(const Path& path) const {
   if (!ChosenVolume::holding(platform_, path.parent())) return false;
   const auto attributes = platform_.files.attributes(path);
-  return !attributes && attributes.error().code == CocoaErrorCode::fileReadNoSuchFile;
+  return !attributes && CocoaError::saysMissing(attributes.error());
 }
 
 void UninstallRemoval::forget(const std::string& packageID) {

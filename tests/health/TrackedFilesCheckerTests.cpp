@@ -1,6 +1,10 @@
+#include <filesystem>
 #include <gtest/gtest.h>
 
+#include "QuarnCore/discovery/InstallsDB.h"
 #include "QuarnCore/health/TrackedFilesChecker.h"
+#include "QuarnCore/move/InstallsDBWriter.h"
+#include "tests/support/Child.h"
 #include "tests/support/Doubles.h"
 #include "tests/support/Replacing.h"
 #include "tests/support/Scene.h"
@@ -140,6 +144,20 @@ TEST_F(TrackedFiles, theDatabaseIsThatOfTheHomeFolder) {
   doubles::FakePlaces places(Path("/Users/other"));
   const Platform platform = replacing({.places = &places});
   EXPECT_EQ(found(platform), std::nullopt);
+}
+
+TEST_F(TrackedFiles, thoseThatCannotBeLookedAtAreNotMissing) {
+  track("/Users/me/closed/file");
+  scene::write("/Users/me/closed/file", "content");
+  std::filesystem::permissions("/Users/me/closed", std::filesystem::perms(0));
+  EXPECT_EQ(child::failuresWithoutRights([] {
+              EXPECT_EQ(found(), std::nullopt);
+              Platform& platform = hostPlatform();
+              const Path database = InstallsDB::defaultPath(platform.places);
+              EXPECT_EQ(InstallsDBWriter::forgetMissingTrackedFiles(platform, "foo", database), 0);
+            }),
+            "");
+  std::filesystem::permissions("/Users/me/closed", std::filesystem::perms::owner_all);
 }
 
 }  // namespace

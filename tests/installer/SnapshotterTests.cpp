@@ -4,6 +4,7 @@
 #include <random>
 #include <set>
 #include <sys/stat.h>
+#include <utility>
 
 #include "QuarnCore/installer/Snapshotter.h"
 #include "tests/support/Child.h"
@@ -328,6 +329,39 @@ TEST(Snapshots, areEndedByAnErrorButNotByAFolderThatIsRemovedMeanwhile) {
     if (isGone) expected.emplace_back("/Users/me/root/b");
     EXPECT_EQ(listed(snapshot), expected);
     EXPECT_EQ(snapshot.knows("/Users/me/root/b"), isGone);
+  }
+}
+
+/// One look at an item itself, or at what it leads to, fails.
+class LooksAwayOnce : public FileSystemDecorator {
+ public:
+  LooksAwayOnce(std::string item, bool follows)
+      : FileSystemDecorator(hostPlatform().files), item_(std::move(item)), follows_(follows) {}
+  bool exists(const Path& path) const override {
+    return follows_ && fails(path) ? false : FileSystemDecorator::exists(path);
+  }
+  Result<FileAttributes> attributes(const Path& path) const override {
+    if (!follows_ && fails(path))
+      return PlatformError(cocoaErrorDomain, CocoaErrorCode::fileReadUnknown, "told");
+    return FileSystemDecorator::attributes(path);
+  }
+
+ private:
+  bool fails(const Path& path) const { return path.text() == item_ && !std::exchange(hasFailed_, true); }
+
+  const std::string item_;
+  const bool follows_;
+  mutable bool hasFailed_ = false;
+};
+
+TEST(Snapshots, takeNothingForNewBelowARootThatCouldNotBeLookedAtBefore) {
+  scene::write("/Users/me/root/old", "");
+  const std::vector<Path> roots = {Path("/Users/me/root")};
+  for (const bool follows : {false, true}) {
+    LooksAwayOnce files("/Users/me/root", follows);
+    const Platform platform = replacing({.files = &files});
+    const FileSnapshot before = Snapshotter::capture(platform, roots);
+    EXPECT_EQ(Snapshotter::added(before, Snapshotter::capture(platform, roots)), List()) << follows;
   }
 }
 

@@ -499,6 +499,24 @@ TEST(UninstallRunner, leavesAFolderThatHoldsTheApplicationThatStays) {
   EXPECT_FALSE(scene::exists(folder)) << "all of it was named";
 }
 
+TEST(UninstallRunner, leavesAFolderThatHoldsTheApplicationThatStaysIfThatCannotBeLookedAt) {
+  const std::string folder = library + "/Application Support/Launcher", closed = folder + "/closed";
+  scene::makeApp(closed + "/Foo.app");
+  scene::makeLauncher(foo, closed + "/Foo.app");
+  const auto before = scene::tree(folder);
+  const auto plan = planned();
+  std::filesystem::permissions(closed, std::filesystem::perms(0));
+  EXPECT_EQ(child::failuresWithoutRights([&] {
+              Runner runner;
+              runner.run(plan, hostPlatform(), Paths{foo, folder});
+              EXPECT_TRUE(runner.warnings.at(0).ends_with("holds the application that stays: " + closed +
+                                                          "/Foo.app"));
+            }),
+            "");
+  std::filesystem::permissions(closed, std::filesystem::perms(0755));
+  EXPECT_EQ(scene::tree(folder), before);
+}
+
 TEST(UninstallRunner, doesntTakeADriveThatIsGoneForAnApplicationThatIsGone) {
   if (!scene::hasMounts()) GTEST_SKIP() << "This room has no mounts.";
   scene::makeApp(copyOfFoo);
