@@ -4,6 +4,7 @@
 #include "QuarnCLI/Console.h"
 #include "QuarnCLI/Invocation.h"
 #include "QuarnCLI/move/MoveCommands.h"
+#include "QuarnCore/foundation/Sighting.h"
 #include "QuarnCore/foundation/Turn.h"
 #include "QuarnCore/move/MoverEngine.h"
 
@@ -19,7 +20,10 @@ Path resolveSymlinkURL(const ReadOnlyPlatform& platform, const std::string& text
 }
 
 void requireLink(const ReadOnlyPlatform& platform, const Path& item) {
-  if (!platform.files.exists(item)) throw CLIError("No such item: " + item.text());
+  if (!platform.files.exists(item)) {
+    sight(platform.files, item).orThrow();
+    throw CLIError("No such item: " + item.text());
+  }
   if (platform.files.isSymbolicLink(item)) return;
   throw CLIError("Not a symlink: " + item.text() + " — already local, nothing to move back.");
 }

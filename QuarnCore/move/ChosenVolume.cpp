@@ -31,6 +31,12 @@ std::optional<std::int32_t> deviceAround(const ReadOnlyPlatform& platform, Path 
   return deviceOf(platform, folder);
 }
 
+/// Whether anything is mounted there, or a folder exists, can't be told of what can't be looked at.
+void requireLook(const ReadOnlyPlatform& platform, const Path& folder) {
+  if (const auto failure = sight(platform.files, folder).failure)
+    throw MoveRefused(failure->localizedDescription());
+}
+
 MoveRefused notMounted(const Path& drive) {
   return MoveRefused("The drive is no longer mounted: " + drive.text());
 }
@@ -38,7 +44,9 @@ MoveRefused notMounted(const Path& drive) {
 }  // namespace
 
 std::optional<ChosenVolume> ChosenVolume::holding(const ReadOnlyPlatform& platform, const Path& folder) {
-  const Path place = sight(platform.files, folder).leadsTo;
+  const Sighting seen = sight(platform.files, folder);
+  if (seen.failure) return std::nullopt;
+  const Path& place = seen.leadsTo;
   const auto drive = driveOf(place);
   if (drive && !MountPoints::contains(platform, *drive)) return std::nullopt;
   const auto device = deviceAround(platform, place);
@@ -49,11 +57,13 @@ std::optional<ChosenVolume> ChosenVolume::holding(const ReadOnlyPlatform& platfo
 ChosenVolume ChosenVolume::ofDrive(const ReadOnlyPlatform& platform, const Path& drive) {
   const auto volume = holding(platform, drive);
   if (volume && platform.files.isFolder(drive)) return *volume;
+  requireLook(platform, drive);
   throw MoveRefused("No drive is mounted there: " + drive.text());
 }
 
 ChosenVolume ChosenVolume::requiredFor(const ReadOnlyPlatform& platform, const Path& folder) {
   if (auto volume = holding(platform, folder)) return *volume;
+  requireLook(platform, folder);
   throw notMounted(driveOf(sight(platform.files, folder).leadsTo).value_or(folder));
 }
 

@@ -13,12 +13,13 @@ namespace quarn {
 class ChosenVolume {
  public:
   /// Returns the volume that holds a folder, or will hold it once it exists. Returns nothing if the folder
-  /// lies below "/Volumes/<name>" and nothing is mounted there.
+  /// lies below "/Volumes/<name>" and nothing is mounted there, or if that can't be looked at.
   static std::optional<ChosenVolume> holding(const ReadOnlyPlatform& platform, const Path& folder);
   /// Returns the volume of a drive that was named. Throws `MoveRefused` if there is no folder, or nothing is
-  /// mounted there: the folders made in its place would be on the startup disk.
+  /// mounted there: the folders made in its place would be on the startup disk. So it does if that can't be
+  /// looked at.
   static ChosenVolume ofDrive(const ReadOnlyPlatform& platform, const Path& drive);
-  /// Does the same as `holding`, but throws `MoveRefused` if nothing is mounted there.
+  /// Does the same as `holding`, but throws `MoveRefused` instead, and tells which of the two it is.
   static ChosenVolume requiredFor(const ReadOnlyPlatform& platform, const Path& folder);
 
   /// Returns whether the volume is still mounted and the item, or what a link leads to, lies on it. The item

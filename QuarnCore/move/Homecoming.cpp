@@ -35,8 +35,9 @@ void requireApart(const ReadOnlyPlatform& platform, const Path& place, const Pat
 Path linkTarget(const ReadOnlyPlatform& platform, const Path& link) {
   const std::string text = platform.files.readSymbolicLink(link).orThrow();
   const Path target = platform.files.standardized(PathText::fileURL(platform.places, text));
-  if (!platform.files.exists(target)) throw MoverError::sourceMissing();
-  return target;
+  if (platform.files.exists(target)) return target;
+  sight(platform.files, target).orThrow();
+  throw MoverError::sourceMissing();
 }
 
 /// Returns the target of a launcher, or nothing if the item isn't a launcher. A link is never a launcher,

@@ -4,6 +4,7 @@
 #include "QuarnCore/discovery/InfoPlist.h"
 #include "QuarnCore/discovery/InstallsDB.h"
 #include "QuarnCore/discovery/RunningAppsDetector.h"
+#include "QuarnCore/foundation/Sighting.h"
 #include "QuarnCore/foundation/SizeCalculator.h"
 #include "QuarnCore/foundation/Turn.h"
 #include "QuarnCore/launchers/NestedAppLauncherService.h"
@@ -22,7 +23,9 @@ namespace {
 constexpr double secondsToQuit = 8.0;
 
 void checkSource(const ReadOnlyPlatform& platform, const Path& source) {
-  if (!platform.files.exists(source)) throw MoverError::sourceMissing();
+  if (platform.files.exists(source)) return;
+  sight(platform.files, source).orThrow();
+  throw MoverError::sourceMissing();
 }
 
 void checkRunning(Platform& platform, const Path& source, bool quitRunning) {

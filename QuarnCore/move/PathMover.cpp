@@ -1,6 +1,7 @@
 #include "QuarnCore/move/PathMover.h"
 
 #include "QuarnCore/discovery/ProtectedPlaces.h"
+#include "QuarnCore/foundation/Sighting.h"
 #include "QuarnCore/foundation/Turn.h"
 #include "QuarnCore/move/DiskUsage.h"
 #include "QuarnCore/move/MountPoints.h"
@@ -19,6 +20,7 @@ std::int64_t ninetyFivePercent(std::int64_t kilobytes) {
 /// Refuses a drive that isn't mounted: the folders made in its place would be on the startup disk.
 ChosenVolume mountedVolume(const ReadOnlyPlatform& platform, const Path& destination) {
   if (auto volume = ChosenVolume::holding(platform, destination)) return *volume;
+  sight(platform.files, destination).orThrow();
   throw MoveRefused("No drive is mounted there: " + destination.text());
 }
 

@@ -7,6 +7,7 @@
 namespace quarn::PathPair {
 void requireSafe(const ReadOnlyPlatform& platform, const Path& source, const Path& destination) {
   if (!platform.files.exists(source)) {
+    sight(platform.files, source).orThrow();
     throw MoveRefused("Source path does not exist: " + source.text());
   }
   if (Text::equal(source.text(), destination.text())) {

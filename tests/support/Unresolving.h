@@ -18,13 +18,31 @@ class Unresolving : public FileSystemDecorator {
       : FileSystemDecorator(hostPlatform().files), item_(std::move(item)) {}
 
   Result<Path> realPath(const Path& path) const override {
-    if ((path.text() + "/").starts_with(item_ + "/"))
-      return PlatformError(cocoaErrorDomain, CocoaErrorCode::fileReadUnknown, sentence);
+    if (hides(path)) return failure();
     return FileSystemDecorator::realPath(path);
+  }
+
+ protected:
+  bool hides(const Path& path) const { return (path.text() + "/").starts_with(item_ + "/"); }
+  static PlatformError failure() {
+    return PlatformError(cocoaErrorDomain, CocoaErrorCode::fileReadUnknown, sentence);
   }
 
  private:
   const std::string item_;
+};
+
+/// The disk, but one item and what lies below it can't be looked at in any way.
+class Unseeable : public Unresolving {
+ public:
+  using Unresolving::Unresolving;
+
+  bool exists(const Path& path) const override { return !hides(path) && Unresolving::exists(path); }
+  bool isFolder(const Path& path) const override { return !hides(path) && Unresolving::isFolder(path); }
+  Result<FileAttributes> attributes(const Path& path) const override {
+    if (hides(path)) return failure();
+    return Unresolving::attributes(path);
+  }
 };
 
 }  // namespace quarn
