@@ -1,9 +1,9 @@
 #include <cerrno>
-#include <climits>
 #include <fcntl.h>
 #include <sys/stat.h>
 
 #include "Platform/CocoaError.h"
+#include "Platform/FittingName.h"
 #include "Platform/linux/LinuxPlatform.h"
 #include "Platform/linux/TrashFolder.h"
 #include "Platform/posix/FileOperations.h"
@@ -14,21 +14,11 @@
 namespace quarn {
 namespace {
 
-/// Shortens a text to at most `longest` bytes without cutting a character in two.
-std::string shortened(std::string text, std::size_t longest) {
-  if (text.size() <= longest) return text;
-  while (longest > 0 && (static_cast<unsigned char>(text[longest]) & 0xC0) == 0x80) --longest;
-  text.resize(longest);
-  return text;
-}
-
 /// Returns a name such as "name 2.ext".
 std::string numbered(const Path& item, int number) {
   const std::string extension = item.extension();
-  const std::string ending = " " + std::to_string(number) + (extension.empty() ? "" : "." + extension);
-  // A name may have at most NAME_MAX bytes.
-  const std::size_t room = ending.size() < NAME_MAX ? NAME_MAX - ending.size() : 0;
-  return shortened(item.nameWithoutExtension(), room) + ending;
+  return FittingName::of(item.nameWithoutExtension(),
+                         " " + std::to_string(number) + (extension.empty() ? "" : "." + extension));
 }
 
 PlatformError trashError(int errnoValue, const Path& item) {

@@ -6,8 +6,9 @@
 #include "Platform/Platform.h"
 
 /// Moves items out of the way without deleting them: to the user's Trash, or else into a ".QuarnTrash" folder
-/// beside the item. If both fail, the item stays where it is. Does nothing if the item is missing. Nothing
-/// here throws.
+/// beside the item. There, a name that is taken gets "-2", "-3" and so on at its end, and in one that would
+/// be too long the item's own name is shortened. If both fail, the item stays where it is. Does nothing if
+/// the item is missing. Nothing here throws.
 namespace quarn {
 
 namespace FileStash {

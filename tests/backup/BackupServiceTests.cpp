@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <sys/mount.h>
@@ -131,6 +132,26 @@ TEST_F(Backups, keepWhatHasTheNewNameAlready) {
   EXPECT_EQ(record.backupFileCount, 2) << "the one that was set aside is counted where it is";
   EXPECT_EQ(warnings, Texts{"“" + root() + "/src/app-notes.txt” had to make room for an item of the same " +
                             "name, and is in " + aside + " now."});
+}
+
+TEST_F(Backups, keepEachOfManyThatGetOneName) {
+  const Texts names{"quarn-quarn", "quarn-app", "app-quarn", "app-app"};
+  for (const std::string& name : names) scene::write(source + "/" + name, name);
+  const BackupRecord record = createWithoutTrash({source});
+  EXPECT_EQ(record.backupFileCount, 4);
+  EXPECT_EQ(warnings.size(), 3U);
+  Texts kept;
+  for (const auto& each : std::filesystem::recursive_directory_iterator(root() + "/src"))
+    if (each.is_regular_file()) kept.push_back(scene::read(each.path()));
+  std::sort(kept.begin(), kept.end());
+  EXPECT_EQ(kept, (Texts{"app-app", "app-quarn", "quarn-app", "quarn-quarn"}));
+}
+
+TEST_F(Backups, keepWhatHasANameThatIsTooLongBesideItsPlace) {
+  const std::string rest(245, 'x');
+  scene::write(source + "/quarn" + rest, "with the word");
+  scene::write(source + "/app" + rest, "without it");
+  EXPECT_EQ(createWithoutTrash({source}).backupFileCount, 2);
 }
 
 TEST_F(Backups, countLessWhereTheTrashTakesWhatIsSetAside) {

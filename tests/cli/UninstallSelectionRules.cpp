@@ -73,9 +73,6 @@ bool holdsVolume(const Home& home, const std::string& path) {
 bool isStuck(const Home& home, const std::string& path) {
   const std::string place = realPlace(path);
   const bool isFolder = fs::is_directory(fs::symlink_status(place));
-  // Beside its place it would get a longer name than it can have.
-  const bool hasTrash = fs::is_directory(scene::home + "/.Trash") && mayChange(scene::home + "/.Trash");
-  if (!hasTrash && fs::path(place).filename().string().size() > 200) return true;
   // A folder that may not be changed can't get another parent, either: rename(2).
   return holdsVolume(home, path) || !mayChange(fs::path(place).parent_path()) ||
          (isFolder && !mayChange(place));

@@ -131,11 +131,15 @@ std::optional<Session> session(const std::string& name) {
 std::string placeNow(const Session::Item& item, const Tree& before) {
   if (item.trashedTo) return *item.trashedTo;
   if (!item.stashedTo || !fs::is_directory(*item.stashedTo)) return "";
-  const std::string beginning = fs::path(item.place).filename().string() + "-uninstall-";
+  const std::string name = fs::path(item.place).filename().string();
   std::string place;
   for (const auto& found : fs::directory_iterator(fs::canonical(*item.stashedTo))) {
-    const bool isIts = found.path().filename().string().starts_with(beginning);
-    if (isIts && !before.contains(found.path())) place = found.path();
+    const std::string stashed = found.path().filename().string();
+    const auto end = stashed.rfind("-uninstall-");
+    if (end == std::string::npos || before.contains(found.path())) continue;
+    // A name that would be too long is shortened.
+    const std::string beginning = stashed.substr(0, end);
+    if (beginning == name || (stashed.size() > 251 && name.starts_with(beginning))) place = found.path();
   }
   return place;
 }

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <filesystem>
+#include <gtest/gtest.h>
 #include <unistd.h>
 
 #include "Platform/DateText.h"
@@ -27,9 +28,10 @@ class Stash : public testing::Test {
     Trash& trash = trashRefuses ? static_cast<Trash&>(refusing) : host.trash;
     return replacing({.files = &files, .trash = &trash, .clock = &clock});
   }
-  void moveAside(bool trashRefuses, const std::string& path = item, const std::string& reason = "replaced") {
+  std::optional<Path> moveAside(bool trashRefuses, const std::string& path = item,
+                                const std::string& reason = "replaced") {
     Platform made = platform(trashRefuses);
-    FileStash::moveAside(made, Path(path), reason);
+    return FileStash::moveAside(made, Path(path), reason);
   }
   void stash(bool trashRefuses, const std::string& path = item) {
     Platform made = platform(trashRefuses);
@@ -139,20 +141,51 @@ TEST_F(MoverStashes, ifBothWaysFailTheItemStaysWhole) {
   EXPECT_EQ(scene::tree("/Users/me"), before);
 }
 
-TEST_F(MoverStashes, anItemSetAsideInTheSameSecondIsNotReplaced) {
-  stash(true);
-  scene::write(item + "/Contents/a", "second");
-  stash(true);
-  EXPECT_EQ(scene::read(beside + "Foo Bar.app-1769850307/Contents/a"), "precious");
-  EXPECT_EQ(scene::read(item + "/Contents/a"), "second");
+TEST_F(MoverStashes, itemsSetAsideInTheSameSecondGetNumbers) {
+  const std::string first = beside + "Foo Bar.app-1769850307";
+  for (const std::string number : {"", "-2", "-3"}) {
+    scene::write(item + "/Contents/a", "copy" + number);
+    stash(true);
+  }
+  EXPECT_FALSE(scene::exists(item));
+  for (const std::string number : {"", "-2", "-3"})
+    EXPECT_EQ(scene::read(first + number + "/Contents/a"), "copy" + number);
 }
 
-TEST_F(FileStashes, anItemSetAsideInTheSameSecondIsNotReplaced) {
-  moveAside(true);
-  scene::write(item + "/Contents/a", "second");
-  moveAside(true);
-  EXPECT_EQ(scene::read(beside + "Foo Bar.app-replaced-2026-01-31T090507Z/Contents/a"), "precious");
-  EXPECT_EQ(scene::read(item + "/Contents/a"), "second");
+TEST_F(FileStashes, itemsSetAsideInTheSameSecondGetNumbers) {
+  const std::string first = beside + "Foo Bar.app-replaced-2026-01-31T090507Z";
+  scene::link(first + "-2", "/nowhere");
+  for (const std::string number : {"", "-3", "-4"}) {
+    scene::write(item + "/Contents/a", "item" + number);
+    EXPECT_EQ(moveAside(true), Path(first + number));
+  }
+  EXPECT_FALSE(scene::exists(item));
+  for (const std::string number : {"", "-3", "-4"})
+    EXPECT_EQ(scene::read(first + number + "/Contents/a"), "item" + number);
+  EXPECT_EQ(scene::target(first + "-2"), "/nowhere") << "a link takes a name, too";
+}
+
+TEST_F(FileStashes, aNameThatWouldBeTooLongIsShortenedAndStaysText) {
+  const std::string end = "-replaced-2026-01-31T090507Z";
+  // 255 bytes less those of the end are an odd number: the cut would fall into a character of two bytes.
+  std::string twice, fitting;
+  for (int count = 0; count < 125; ++count) twice += "é";
+  for (int count = 0; count < 113; ++count) fitting += "é";
+  for (const std::string number : {"", "-2"}) {
+    scene::write("/Users/me/" + twice, "item" + number);
+    const auto place = moveAside(true, "/Users/me/" + twice);
+    ASSERT_TRUE(place);
+    EXPECT_EQ(scene::read(place->text()), "item" + number);
+    EXPECT_EQ(place->text(),
+              beside + (number.empty() ? fitting : fitting.substr(0, fitting.size() - 2)) + end + number);
+  }
+}
+
+TEST_F(MoverStashes, aNameThatWouldBeTooLongIsShortened) {
+  const std::string name(std::min<std::size_t>(scene::longestName(), 254), 'x');
+  scene::write("/Users/me/" + name, "copy");
+  stash(true, "/Users/me/" + name);
+  EXPECT_EQ(scene::read(beside + std::string(244, 'x') + "-1769850307"), "copy");
 }
 
 TEST_F(FileStashes, nothingIsEverRemoved) {

@@ -10,8 +10,11 @@ put_back() {
       my ($place, $from, $folder) = map { utf8::encode($_) if defined; $_ } @$item{qw(originalPath trashedTo stashedTo)};
       if (!defined $from && defined $folder && opendir my $names, $folder) {
         my ($name) = $place =~ m{([^/]+)\z};
-        my ($last) = sort { $b cmp $a } grep { index($_, "$name-uninstall-") == 0 } readdir $names;
-        $from = "$folder/$last" if defined $last;
+        my ($last) = sort { $b->[1] cmp $a->[1] || $b->[2] <=> $a->[2] } map {
+          m{\A(.*)-uninstall-([-\dT]+Z)(?:-(\d+))?\z}s && ($1 eq $name || length($_) > 251 && index($name, $1) == 0)
+            ? [$_, $2, $3 || 1] : ()
+        } readdir $names;
+        $from = "$folder/$last->[0]" if $last;
       }
       next if !defined $from || -e $place || -l $place;
       rename $from, $place or warn "$from: $!\n";
