@@ -125,7 +125,7 @@ void BackupCopy::sanitizeName(const Path& item) const {
   const Changeable folder(platform_.files, item.parent());
   const Path target = item.parent().appending(BackupNames::sanitized(item.lastComponent()));
   clear(target, "backup-name-conflict");
-  platform_.files.rename(item, target).orThrow();
+  if (platform_.files.rename(item, target).orThrow()) setAside_.moved(item, target);
 }
 
 void BackupCopy::clear(const Path& place, const std::string& reason) const {
@@ -133,9 +133,7 @@ void BackupCopy::clear(const Path& place, const std::string& reason) const {
   const auto aside = FileStash::moveAside(platform_, place, reason);
   if (!aside) return;
   item.isNowAt(*aside);
-  // The system needn't tell where in the Trash an item is.
-  const std::string where = aside->text().empty() ? "the Trash" : aside->text();
-  warn_("“" + place.text() + "” had to make room for an item of the same name, and is in " + where + " now.");
+  setAside_.add(place, *aside);
 }
 
 }  // namespace quarn

@@ -1,8 +1,11 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
+#include <string>
 
-#include "QuarnCore/backup/BackupService.h"
+#include "Platform/Platform.h"
+#include "QuarnCore/backup/SetAside.h"
 
 namespace quarn {
 
@@ -19,8 +22,9 @@ struct BackupContents {
 /// The copy of one source in a backup.
 class BackupCopy {
  public:
-  BackupCopy(Platform& platform, const Path& place, const BackupService::Warn& warn)
-      : platform_(platform), place_(place), warn_(warn) {}
+  /// What has to make room is noted.
+  BackupCopy(Platform& platform, const Path& place, SetAside& setAside)
+      : platform_(platform), place_(place), setAside_(setAside) {}
 
   /// Copies the source, once what is at the copy's place was moved out of the way. Throws.
   void make(const Path& source) const;
@@ -34,7 +38,7 @@ class BackupCopy {
 
   Platform& platform_;
   const Path place_;
-  const BackupService::Warn& warn_;
+  SetAside& setAside_;
 };
 
 }  // namespace quarn

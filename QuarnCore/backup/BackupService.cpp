@@ -61,6 +61,31 @@ void requireNames(const Path& drive, const std::vector<Source>& sources) {
   }
 }
 
+/// Copies each source into the folder of the backup, and counts. What had to make room is told of when no
+/// name changes any more, or nothing more can be done.
+void copyAll(Platform& platform, const std::vector<Source>& sources, const ChosenVolume& volume,
+             BackupRecord& record, const Warn& warn) {
+  SetAside setAside;
+  const auto tell = [&] {
+    for (const std::string& sentence : setAside.sentences()) warn(sentence);
+  };
+  const Path root(record.rootPath);
+  try {
+    for (const Source& source : sources) {
+      volume.requireHolds(platform, root);
+      const BackupCopy copy(platform, root.appending(source.name), setAside);
+      copy.make(source.place);
+      copy.sanitizeNames();
+      record.sourceFileCount += source.contents.fileCount;
+      record.backupFileCount += BackupContents::of(platform, root.appending(source.name)).fileCount;
+    }
+  } catch (...) {
+    tell();
+    throw;
+  }
+  tell();
+}
+
 }  // namespace
 
 BackupRecord create(Platform& platform, const std::vector<Path>& paths, const Path& drive, const Warn& warn) {
@@ -78,14 +103,7 @@ BackupRecord create(Platform& platform, const std::vector<Path>& paths, const Pa
   const std::string id = TimedFolder::make(platform, backups).orThrow();
   const Path root = backups.appending(id);
   BackupRecord record{.id = id, .rootPath = root.text(), .createdAt = platform.clock.now()};
-  for (const Source& source : sources) {
-    volume.requireHolds(platform, root);
-    const BackupCopy copy(platform, root.appending(source.name), warn);
-    copy.make(source.place);
-    copy.sanitizeNames();
-    record.sourceFileCount += source.contents.fileCount;
-    record.backupFileCount += BackupContents::of(platform, root.appending(source.name)).fileCount;
-  }
+  copyAll(platform, sources, volume, record, warn);
   // A record that is there tells of copies that are there, even after a power cut.
   platform.files.flush(root).orThrow();
   BackupStore::save(platform, record);

@@ -10,7 +10,8 @@
 /// Copies a few sources to a dated folder on a drive.
 namespace quarn::BackupService {
 
-/// Receives a sentence for each item that had to make room for another one, with where it is now.
+/// Receives a sentence for each item that had to make room for another one, with where it is now. They come
+/// when everything has been copied and has its name, or right before the error.
 using Warn = std::function<void(const std::string& sentence)>;
 
 /// Copies each source that exists, takes the product's word out of all names in the copies, and writes the

@@ -48,6 +48,10 @@ class Backups : public testing::Test {
   Texts warnings;
 };
 
+std::string madeRoom(const std::string& place, const std::string& now) {
+  return "“" + place + "” had to make room for an item of the same name, and is in " + now + " now.";
+}
+
 /// The same tree, whatever the times of its folders are.
 void expectSame(const std::string& copy, const std::string& original) {
   EXPECT_EQ(scene::tree(copy), scene::tree(original)) << copy;
@@ -130,8 +134,76 @@ TEST_F(Backups, keepWhatHasTheNewNameAlready) {
   EXPECT_EQ(scene::read(aside), "without it");
   EXPECT_EQ(record.sourceFileCount, 2);
   EXPECT_EQ(record.backupFileCount, 2) << "the one that was set aside is counted where it is";
-  EXPECT_EQ(warnings, Texts{"“" + root() + "/src/app-notes.txt” had to make room for an item of the same " +
-                            "name, and is in " + aside + " now."});
+  EXPECT_EQ(warnings, Texts{madeRoom(root() + "/src/app-notes.txt", aside)});
+}
+
+TEST_F(Backups, sayWhereWhatMadeRoomIsInTheEnd) {
+  scene::write(source + "/quarn.d/quarn-notes.txt", "with the word");
+  scene::write(source + "/quarn.d/app-notes.txt", "without it");
+  createWithoutTrash({source});
+  const std::string place = root() + "/src/app.d/app-notes.txt";
+  const std::string aside =
+      root() + "/src/app.d/.QuarnTrash/app-notes.txt-backup-name-conflict-2026-01-31T090507Z";
+  EXPECT_EQ(warnings, Texts{madeRoom(place, aside)});
+  EXPECT_EQ(scene::read(place), "with the word");
+  EXPECT_EQ(scene::read(aside), "without it");
+}
+
+TEST_F(Backups, sayWhereWhatMadeRoomInAFolderThatMadeRoomIs) {
+  scene::write(source + "/app.d/quarn-notes.txt", "with the word");
+  scene::write(source + "/app.d/app-notes.txt", "without it");
+  scene::write(source + "/quarn.d/a", "a");
+  const std::string end = "-backup-name-conflict-2026-01-31T090507Z";
+  createWithoutTrash({source});
+  const std::string folder = root() + "/src/.QuarnTrash/app.d" + end;
+  EXPECT_EQ(warnings, (Texts{madeRoom(folder + "/app-notes.txt", folder + "/.QuarnTrash/app-notes.txt" + end),
+                             madeRoom(root() + "/src/app.d", folder)}));
+  EXPECT_EQ(scene::read(folder + "/app-notes.txt"), "with the word");
+  EXPECT_EQ(scene::read(folder + "/.QuarnTrash/app-notes.txt" + end), "without it");
+}
+
+TEST_F(Backups, sayWhereWhatMadeRoomInACopyThatMadeRoomIs) {
+  const std::string other = "/Users/me/other/src";
+  scene::write(source + "/quarn-notes.txt", "with the word");
+  scene::write(source + "/app-notes.txt", "without it");
+  scene::write(other + "/a", "a");
+  create({source, other});
+  const std::string trash = scene::driveTrash();
+  EXPECT_EQ(warnings, (Texts{madeRoom(trash + "/src/app-notes.txt", trash + "/app-notes.txt"),
+                             madeRoom(root() + "/src", trash + "/src")}));
+  EXPECT_EQ(scene::read(trash + "/src/app-notes.txt"), "with the word");
+}
+
+TEST_F(Backups, sayWhatMadeRoomBeforeTheyFail) {
+  scene::write(source + "/quarn.d/quarn-notes.txt", "with the word");
+  scene::write(source + "/quarn.d/app-notes.txt", "without it");
+  const std::string folder = root() + "/src/quarn.d";
+  GatedPlatform gated(
+      [&](const std::string& operation) -> Result<void> {
+        if (!operation.starts_with("rename " + folder + " -> ")) return {};
+        return PlatformError(cocoaErrorDomain, CocoaErrorCode::fileWriteUnknown, "no rename");
+      },
+      replacing({.trash = &refusing, .clock = &clock}));
+  EXPECT_EQ(thrown([&] { create({source}, gated.platform()); }), "no rename");
+  const std::string aside = folder + "/.QuarnTrash/app-notes.txt-backup-name-conflict-2026-01-31T090507Z";
+  EXPECT_EQ(warnings, Texts{madeRoom(folder + "/app-notes.txt", aside)});
+  EXPECT_EQ(scene::read(aside), "without it");
+}
+
+TEST_F(Backups, sayThatWhatMadeRoomIsInTheTrashIfTheSystemDoesNotSayWhere) {
+  /// Takes everything, and doesn't tell where to.
+  class Silent : public Trash {
+   public:
+    Result<Path> moveToTrash(const Path& item) override {
+      const auto place = hostPlatform().trash.moveToTrash(item);
+      return place ? Result<Path>(Path()) : place;
+    }
+  };
+  scene::write(source + "/quarn.d/quarn-notes.txt", "with the word");
+  scene::write(source + "/quarn.d/app-notes.txt", "without it");
+  Silent silent;
+  create({source}, replacing({.trash = &silent, .clock = &clock}));
+  EXPECT_EQ(warnings, Texts{madeRoom(root() + "/src/app.d/app-notes.txt", "the Trash")});
 }
 
 TEST_F(Backups, keepEachOfManyThatGetOneName) {
