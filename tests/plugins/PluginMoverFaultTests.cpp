@@ -299,6 +299,30 @@ TEST_F(OtherDrives, keepTheirOwnCopies) {
   EXPECT_EQ(scene::read(copy + "/Contents/MacOS/code"), "of another drive");
 }
 
+/// Swaps the drives before a tool is started; the other one has a copy of its own, which isn't ours to
+/// remove.
+TEST_F(OtherDrives, keepTheirOwnCopiesOfWhatComesHomeOrGoes) {
+  struct Row {
+    std::string tool, said;
+  };
+  for (const Row& row : {Row{"/usr/bin/ditto", "restored: ok"}, Row{gantrix + " rm -rf", "removed: ok"}}) {
+    fs::remove_all(place);
+    makeExternalised();
+    GatedPlatform gated([&](const std::string& operation) -> Result<void> {
+      if (operation.starts_with("start " + row.tool)) {
+        swap();
+        installed::makeBundle(copy, "of another drive");
+      }
+      return {};
+    });
+    const InstalledPlugin before = plugin();
+    const bool isRestored = row.said == "restored: ok";
+    EXPECT_EQ(isRestored ? restore(before, gated.platform()) : remove(true, before, gated.platform()),
+              row.said);
+    EXPECT_EQ(scene::read(copy + "/Contents/MacOS/code"), "of another drive") << row.said;
+  }
+}
+
 /// The drive goes when all has been looked at.
 TEST_F(OtherDrives, costNoLink) {
   makeExternalised();
@@ -459,6 +483,24 @@ TEST_F(FaultsOfTools, thatStopHalfwayThroughTheCopyBackLeaveTheWholeCopy) {
   EXPECT_EQ(restore(), "skipped: not externalised");
   EXPECT_EQ(move(), "failed: “" + place + "” is an unfinished copy of “" + copy + "”.");
   EXPECT_EQ(scene::tree(copy), bundle);
+}
+
+/// A volume is mounted in the plug-in when it has been copied.
+TEST_F(FaultsOfTools, thatTakeLongMeetAVolumeThatIsMountedMeanwhile) {
+  if (!scene::hasMounts()) GTEST_SKIP() << "needs real mounts";
+  const std::string inside = place + "/Contents/volume";
+  makeNative();
+  scene::makeFolder(inside);
+  const Lines bundle = scene::tree(place);
+  GatedPlatform gated([&](const std::string& operation) -> Result<void> {
+    if (operation == "flush " + copy) {
+      EXPECT_EQ(::mount("tmpfs", inside.c_str(), "tmpfs", 0, "mode=755"), 0);
+    }
+    return {};
+  });
+  EXPECT_EQ(move(plugin(), gated.platform()),
+            "failed: A volume is mounted inside A.vst3: " + inside + ". Eject it first.");
+  EXPECT_EQ(scene::tree(place), bundle);
 }
 
 /// A person puts a link to another plug-in in the place while the copy is made.

@@ -2,6 +2,7 @@
 
 #include "tests/plugins/MovingPlugins.h"
 #include "tests/support/Child.h"
+#include "tests/support/FileSystemDecorator.h"
 
 namespace quarn {
 namespace {
@@ -188,6 +189,35 @@ TEST_F(MovingPlugins, leavesACopyIfItCannotBeToldWhetherAnotherLinkLeadsThere) {
   scene::write(components, "no folder");
   EXPECT_EQ(remove(true), "removed: ok");
   EXPECT_TRUE(scene::exists(copy));
+}
+
+/// The disk, but one item can't be looked at.
+class Unlookable : public FileSystemDecorator {
+ public:
+  explicit Unlookable(std::string item) : FileSystemDecorator(hostPlatform().files), item_(std::move(item)) {}
+  Result<FileAttributes> attributes(const Path& item) const override {
+    if (item.text() == item_) return PlatformError(cocoaErrorDomain, CocoaErrorCode::fileReadUnknown, "?");
+    return FileSystemDecorator::attributes(item);
+  }
+
+ private:
+  const std::string item_;
+};
+
+TEST_F(MovingPlugins, leavesACopyIfAnItemThatMayBeALinkThereCannotBeLookedAt) {
+  const std::string other = components + "/Other.component";
+  for (const bool isRestored : {true, false}) {
+    fs::remove_all(place);
+    makeExternalised();
+    fs::remove_all(other);
+    scene::link(other, copy);
+    const InstalledPlugin before = plugin();
+    Unlookable files(other);
+    Platform platform = replacing({.files = &files});
+    EXPECT_EQ(isRestored ? restore(before, platform) : remove(true, before, platform),
+              isRestored ? "restored: ok" : "removed: ok");
+    EXPECT_TRUE(scene::exists(other + "/Contents/Info.plist"));
+  }
 }
 
 TEST_F(MovingPlugins, leavesItsOwnCopyIfALinkElsewhereIsOnTheWayThere) {

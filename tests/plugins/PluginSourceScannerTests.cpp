@@ -1,9 +1,12 @@
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
 #include "Platform/HostPlatform.h"
 #include "QuarnCore/foundation/SizeCalculator.h"
 #include "QuarnCore/plugins/PluginSourceScanner.h"
+#include "tests/support/FakeTools.h"
+#include "tests/support/FileSystemDecorator.h"
 #include "tests/support/Scene.h"
 
 namespace quarn {
@@ -122,6 +125,35 @@ TEST(PluginSourceScanner, findsNothingInASourceThatIsABundleAFileOrMissing) {
   EXPECT_EQ(found("/Users/me/file"), Lines{});
   EXPECT_EQ(found("/nowhere"), Lines{});
   EXPECT_EQ(scanned("/nowhere").rootPath, "/nowhere");
+}
+
+/// Somebody else ejects the image while it is searched.
+TEST(PluginSourceScanner, takesAnImageThatIsDetachedMeanwhileForNoEmptyOne) {
+  static const std::string volume = "/Volumes/Image";
+  class Ejecting : public FileSystemDecorator {
+   public:
+    using FileSystemDecorator::FileSystemDecorator;
+    void walk(const Path& item, Hidden hidden, WalkVisitor& visitor) const override {
+      std::filesystem::remove_all(volume);
+      FileSystemDecorator::walk(item, hidden, visitor);
+    }
+  };
+  makeBundle(volume + "/A.vst3");
+  doubles::FakeTools tools;
+  tools.answers["/usr/bin/hdiutil attach "] = {
+      .output =
+          "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\"><dict>"
+          "<key>system-entities</key><array><dict><key>mount-point</key><string>" +
+          volume + "</string></dict></array></dict></plist>\n"};
+  tools.answers["/usr/bin/hdiutil detach "] = {};
+  const auto scan = [&](const ReadOnlyPlatform& platform) {
+    return PluginSourceScanner::scan(platform, Path("/Users/me/Image.dmg"), all).bundles.size();
+  };
+  EXPECT_EQ(scan(tools.platform()), 1u);
+  Ejecting files(hostPlatform().files);
+  Platform platform = replacing({.files = &files}, tools.platform());
+  EXPECT_EQ(thrown([&] { scan(platform); }), "The source is no longer there: " + volume);
+  EXPECT_EQ(tools.calls.size(), 4u) << "attached and detached, twice";
 }
 
 TEST(PluginSourceScanner, putsBundlesOfOneNameInTheOrderOfTheirPaths) {
