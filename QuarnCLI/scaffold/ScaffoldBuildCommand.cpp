@@ -73,10 +73,23 @@ std::string settledName(const std::optional<std::string>& given, const Path& cur
   return name;
 }
 
+/// The tools that the script gives the path to would take a hyphen at its beginning for options.
+std::string settledSource(const std::string& source) {
+  return source.starts_with('-') ? "./" + source : source;
+}
+
+// The script would refuse it at every start: the link in /Applications needs a path that means the same from
+// everywhere.
+std::string settledDrive(const std::string& drive) {
+  if (!drive.empty() && !Path(drive).isAbsolute())
+    throw CLIError("An external drive needs an absolute path: " + drive);
+  return drive;
+}
+
 Settled settle(const ReadOnlyPlatform& platform, const CLIArgs& args) {
   const auto givenName = args.value(appName);
   const auto givenSource = args.value(binSrc);
-  const auto drive = args.value(defaultDrive).value_or("");
+  const auto givenDrive = args.value(defaultDrive).value_or("");
   const auto givenOutput = args.value(output);
   const auto givenPreset = args.value(preset);
   const bool replaces = args.contains(force);
@@ -84,7 +97,8 @@ Settled settle(const ReadOnlyPlatform& platform, const CLIArgs& args) {
   const Path current = CurrentFolder::required(platform);
   const std::string name = settledName(givenName, current);
   return {
-      .values = {name, givenSource.value_or("build/" + name + ".app"), drive},
+      .values = {name, settledSource(givenSource.value_or("build/" + name + ".app")),
+                 settledDrive(givenDrive)},
       .preset =
           givenPreset ? PresetRegistry::preset(*givenPreset) : PresetDetection::presetFor(platform, current),
       .output = PathText::fileURL(platform.places, givenOutput.value_or("build.command")),
@@ -131,7 +145,9 @@ constinit const Command buildCommand{
     .words = "scaffold build-command",
     .purpose = "writes a script that builds and installs a project",
     .flags = flags,
-    .outcomes = {.success = "written", .failure = "a script is there already, or it can't be written"},
+    .outcomes = {.success = "written",
+                 .failure =
+                     "a script is there already, a name or a drive is refused, or it can't be written"},
     .handler = run,
     .usageLine =
         "quarn scaffold build-command [--app-name <Name>] [--bin-src <path>] [--default-drive <path>] "

@@ -164,6 +164,28 @@ TEST_F(Scaffold, asksForANameInAFolderWithoutOne) {
             wrote(script, "Kite", "build/Kite.app", "auto"));
 }
 
+TEST_F(Scaffold, refusesADefaultDriveThatTheScriptWouldRefuse) {
+  for (const std::string drive : {"rel", "./X9", "~/X9", "-"}) {
+    EXPECT_EQ(shown(generate({"--default-drive", drive})),
+              failed("An external drive needs an absolute path: " + drive));
+  }
+  EXPECT_FALSE(scene::exists(script));
+}
+
+TEST_F(Scaffold, writesAPathThatBeginsWithAHyphenSoThatNoToolTakesItForOptions) {
+  EXPECT_EQ(shown(generate({"--bin-src", "-k.app", "--preset", "make"})),
+            wrote(script, "Paper Kite", "./-k.app", "make"));
+  scene::makeFolder(project);
+  scene::write(project + "/Makefile",
+               "all:\n\tmkdir -p ./-k.app/Contents/MacOS\n\t"
+               "echo '<key>CFBundleExecutable</key><string>kite</string>' "
+               ">./-k.app/Contents/Info.plist\n\t"
+               "cp /bin/sh ./-k.app/Contents/MacOS/kite\n");
+  const auto run = build();
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(scene::tree(installed), scene::tree(project + "/-k.app"));
+}
+
 TEST_F(Scaffold, refusesAFolderThatIsGone) {
   for (const std::string options : {"", " --app-name Kite", " --app-name Kite -o /Users/me/x"}) {
     const auto run = scene::shell(

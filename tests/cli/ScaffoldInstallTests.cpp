@@ -381,6 +381,22 @@ TEST(ScaffoldInstall, usesTheSystemsTemporaryFolderWithoutOneOfTheUser) {
   EXPECT_EQ(scene::tree("/tmp/QuarnTrash/Paper Kite.app-" + moment), old);
 }
 
+TEST(ScaffoldInstall, doublesNoSlashBehindTheTemporaryFolder) {
+  makeProjectWithScript();
+  stopTheClock();
+  const std::pair<std::string, std::string> rows[] = {
+      {temporary + "/", stash}, {temporary, stash}, {"/", "/QuarnTrash"}, {"", "/tmp/QuarnTrash"}};
+  for (const auto& [folder, expected] : rows) {
+    fs::remove_all(stash);
+    const auto old = makeOld(installed);
+    const std::string place = expected + "/Paper Kite.app-" + moment;
+    const auto run = build({}, project, {"TMPDIR=" + folder});
+    EXPECT_EQ(run.status, 0) << run.err;
+    EXPECT_NE(run.out.find("    moved " + installed + " -> " + place + "\n"), std::string::npos) << run.out;
+    EXPECT_EQ(scene::tree(place), old);
+  }
+}
+
 TEST(ScaffoldInstall, worksInItsOwnFolderWhereverItIsStarted) {
   makeProjectWithScript();
   scene::link("/Users/me/by link", project);

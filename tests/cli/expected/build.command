@@ -145,10 +145,12 @@ is_within() {
 
 # Moves what stands at a path to a stash among the temporary files. Nothing is ever deleted.
 move_aside() {
-  local path="$1" stash="${TMPDIR:-/tmp}/QuarnTrash" needed first target number=1
+  local path="$1" stash="${TMPDIR:-/tmp}" needed first target number=1
   if ! is_there "$path"; then
     return 0
   fi
+  # On a Mac, TMPDIR ends in a slash.
+  stash="${stash%/}/QuarnTrash"
   mkdir -p "$stash"
   for needed in "$BIN_SRC" "$stash"; do
     real_path "$needed"
