@@ -56,7 +56,8 @@ std::optional<ChosenVolume> ChosenVolume::holding(const ReadOnlyPlatform& platfo
 
 ChosenVolume ChosenVolume::ofDrive(const ReadOnlyPlatform& platform, const Path& drive) {
   const auto volume = holding(platform, drive);
-  if (volume && platform.files.isFolder(drive)) return *volume;
+  const bool isOfMountPoints = sight(platform.files, drive).leadsTo == volumesFolder;
+  if (volume && !isOfMountPoints && platform.files.isFolder(drive)) return *volume;
   requireLook(platform, drive);
   throw MoveRefused("No drive is mounted there: " + drive.text());
 }

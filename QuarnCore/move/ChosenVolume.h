@@ -15,9 +15,9 @@ class ChosenVolume {
   /// Returns the volume that holds a folder, or will hold it once it exists. Returns nothing if the folder
   /// lies below "/Volumes/<name>" and nothing is mounted there, or if that can't be looked at.
   static std::optional<ChosenVolume> holding(const ReadOnlyPlatform& platform, const Path& folder);
-  /// Returns the volume of a drive that was named. Throws `MoveRefused` if there is no folder, or nothing is
-  /// mounted there: the folders made in its place would be on the startup disk. So it does if that can't be
-  /// looked at.
+  /// Returns the volume of a drive that was named, which may be any folder. Throws `MoveRefused` if there is
+  /// no folder, or nothing is mounted there, or it is "/Volumes" itself, which only holds mount points: the
+  /// folders made there would be on the startup disk. So it does if that can't be looked at.
   static ChosenVolume ofDrive(const ReadOnlyPlatform& platform, const Path& drive);
   /// Does the same as `holding`, but throws `MoveRefused` instead, and tells which of the two it is.
   static ChosenVolume requiredFor(const ReadOnlyPlatform& platform, const Path& folder);

@@ -401,6 +401,14 @@ TEST_F(Backups, refuseADriveThatIsNotMounted) {
   EXPECT_FALSE(scene::exists("/Volumes/X8"));
 }
 
+TEST_F(Backups, refuseTheFolderOfMountPoints) {
+  scene::write(source + "/a", "a");
+  const auto before = scene::tree("/Volumes");
+  EXPECT_EQ(thrown([&] { BackupService::create(hostPlatform(), {Path(source)}, Path("/Volumes")); }),
+            "No drive is mounted there: /Volumes");
+  EXPECT_EQ(scene::tree("/Volumes"), before);
+}
+
 TEST_F(Backups, refuseADriveWhosePathCannotBeRecorded) {
   const std::string odd = "/Users/me/dri\xffve";
   scene::write(source + "/a", "a");

@@ -1,4 +1,5 @@
 #include <filesystem>
+#include <gtest/gtest.h>
 #include <sys/mount.h>
 
 #include "QuarnCore/move/ChosenVolume.h"
@@ -25,6 +26,20 @@ TEST(ChosenVolume, ofAFolderBelowADriveThatIsNotMountedIsNone) {
   for (const std::string& place :
        Lines{"/Volumes/X9", "/Volumes/X9/a/b", "/Users/me/new/folder", "/Volumes"}) {
     EXPECT_TRUE(ChosenVolume::holding(host, Path(place))) << place;
+  }
+}
+
+TEST(ChosenVolume, ofADriveIsNotThatOfTheFolderOfMountPoints) {
+  scene::link("/Users/me/Volumes", "/Volumes");
+  scene::makeFolder("/Users/me/disk");
+  Platform& host = hostPlatform();
+  for (const std::string& drive :
+       Lines{"/Volumes", "/Volumes/.", "/Volumes/X9/..", "/Users/me/Volumes", "/Volumes/None"}) {
+    EXPECT_EQ(thrown([&] { ChosenVolume::ofDrive(host, Path(drive)); }),
+              "No drive is mounted there: " + drive);
+  }
+  for (const std::string& drive : Lines{"/Volumes/X9", "/Users/me/disk", "/Users/me/Volumes/X9"}) {
+    EXPECT_EQ(thrown([&] { ChosenVolume::ofDrive(host, Path(drive)); }), "nothing") << drive;
   }
 }
 
