@@ -98,7 +98,7 @@ constexpr TellingLine tellingLines[] = {
     {"Everything healthy. Nothing to repair.", ""},
     {"snapshot: skipped", "no local snapshot was taken first"},
     {"  WARN: could not trash …", "an item stayed where it is, whatever the next line says"},
-    {"  left as it is: …", "a link stayed: what it leads to can't be read, or has changed"},
+    {"  left as it is: …", "an item stayed: something about it can't be read, has changed, or it is in use"},
     {"  FAIL: …", "a reverted application wasn't moved"},
     {"  FAILED: …", "a preferences file wasn't moved back"},
     {"• [reverted] … — needs …", "a reverted application was only shown"},

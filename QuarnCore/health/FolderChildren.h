@@ -15,13 +15,12 @@ struct CanonicalOrder {
 };
 using TextSet = std::set<std::string, CanonicalOrder>;
 
-/// The direct children of a folder, in the order of the disk. A folder that can't be listed, or that is
-/// itself a link, has none.
+/// The direct children of a folder, in the order of the disk. A folder that is itself a link can't be listed.
 namespace FolderChildren {
 
 /// Returns the children that aren't hidden and whose extension is exactly "app", links and files included.
-std::vector<Path> bundles(const ReadOnlyPlatform& platform, const Path& folder);
-/// Returns the children that are links, dangling or not.
+Result<std::vector<Path>> bundles(const ReadOnlyPlatform& platform, const Path& folder);
+/// Returns the children that are links, dangling or not. A folder that can't be listed has none.
 std::vector<Path> links(const ReadOnlyPlatform& platform, const Path& folder, Hidden hidden);
 
 }  // namespace FolderChildren

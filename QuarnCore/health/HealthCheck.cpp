@@ -76,18 +76,38 @@ TextSet pathsOf(const ReadOnlyPlatform& platform, const std::vector<Symlink>& sy
   return paths;
 }
 
+/// Leaves out what isn't surely real: a link that can't be looked at for a moment passes for an application,
+/// and its copy on the drive, which is in use, for one that could go.
+std::vector<HealthIssue> surelyReal(const ReadOnlyPlatform& platform, std::vector<HealthIssue> reverted) {
+  std::erase_if(reverted, [&platform](const HealthIssue& issue) {
+    const auto attributes = platform.files.attributes(issue.location);
+    if (!attributes) return attributes.error().code != CocoaErrorCode::fileReadNoSuchFile;
+    return attributes->kind == FileKind::symbolicLink;
+  });
+  return reverted;
+}
+
+/// A link that couldn't be seen may lead to any of them.
+std::vector<HealthIssue> orphans(const ReadOnlyPlatform& platform, const std::vector<Path>& drives,
+                                 const ApplicationsRootScan::Result& scan) {
+  if (!scan.isWhole) return {};
+  return OrphanedBundleDetector::detect(platform, drives, pathsOf(platform, scan.symlinks, &Symlink::target),
+                                        scan.realAppNames);
+}
+
 }  // namespace
 
 HealthReport run(const ReadOnlyPlatform& platform, const std::vector<Path>& applicationRoots,
                  const std::vector<Path>& extraDriveRoots) {
   HealthReport report;
-  const auto [symlinks, realAppNames] = ApplicationsRootScan::scan(platform, applicationRoots);
+  const auto scan = ApplicationsRootScan::scan(platform, applicationRoots);
+  const auto& symlinks = scan.symlinks;
   report.scannedDrives = ExternalAppsRootsDiscovery::roots(platform, extraDriveRoots);
   report.scannedSymlinks = static_cast<int>(symlinks.size());
   // The links come first, because the check of signatures leaves out those that have a problem.
   inspectLinks(platform, symlinks, report);
-  auto reverted = SSDRevertDetector::detect(platform, report.scannedDrives, realAppNames);
-  append(report.issues, std::move(reverted.issues));
+  auto reverted = SSDRevertDetector::detect(platform, report.scannedDrives, scan.realAppNames);
+  append(report.issues, surelyReal(platform, std::move(reverted.issues)));
   append(report.issues, missingSpotlightLaunchers(platform));
   append(report.issues, BrokenLauncherDetector::detect(platform, applications));
   append(report.issues,
@@ -96,12 +116,10 @@ HealthReport run(const ReadOnlyPlatform& platform, const std::vector<Path>& appl
   append(report.issues, SandboxExternalSymlinkDetector::detect(platform));
   append(report.issues, DanglingDataLinkDetector::detect(platform));
   // Comes after the other check for reverted applications, so that none is reported twice.
-  append(report.issues,
-         ManifestRevertDetector::detect(platform, pathsOf(platform, symlinks, &Symlink::location),
-                                        reverted.handledSources));
-  append(report.issues,
-         OrphanedBundleDetector::detect(platform, report.scannedDrives,
-                                        pathsOf(platform, symlinks, &Symlink::target), realAppNames));
+  append(report.issues, surelyReal(platform, ManifestRevertDetector::detect(
+                                                 platform, pathsOf(platform, symlinks, &Symlink::location),
+                                                 reverted.handledSources)));
+  append(report.issues, orphans(platform, report.scannedDrives, scan));
   report.scannedAt = platform.clock.now();
   return report;
 }

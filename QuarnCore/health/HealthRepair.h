@@ -22,9 +22,10 @@ struct HealthRepairDialog {
   std::function<void(const std::string& line)> say;
 };
 
-/// The repair of each problem of a report, kind after kind. The report counts as it was taken: nothing is
-/// checked again in between, even where a repair changes what a later one is about. No failure ends the run.
-/// What has value goes to the Trash and is never deleted.
+/// The repair of each problem of a report, kind after kind. The report counts as it was taken: nothing that a
+/// repair brings about is found in between. Right before something goes, it is looked at once more, and stays
+/// if it isn't as it was found, or if that can't be seen. No failure ends the run. What has value goes to the
+/// Trash and is never deleted.
 namespace HealthRepair {
 
 /// Shows every repair. `dialog.shouldProceed` is asked, but nothing is changed whatever it answers.

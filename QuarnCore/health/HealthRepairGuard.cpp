@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "Platform/PathText.h"
+#include "Platform/Text.h"
 #include "QuarnCore/discovery/LauncherShim.h"
 #include "QuarnCore/discovery/ProtectedPlaces.h"
 #include "QuarnCore/discovery/RunningAppsDetector.h"
@@ -19,12 +20,20 @@ std::string quoted(const std::string& text) {
   return "“" + text + "”";
 }
 
+bool isMissing(const PlatformError& error) {
+  return error.code == CocoaErrorCode::fileReadNoSuchFile;
+}
+
 MoveRefused hasChanged(const Path& item) {
   return MoveRefused(quoted(item.text()) + " has changed since it was looked at.");
 }
 
 MoveRefused belongsThere(const Path& item) {
   return MoveRefused(quoted(item.lastComponent()) + " belongs where it is.");
+}
+
+MoveRefused isInUse(const Path& copy) {
+  return MoveRefused(quoted(copy.text()) + " is in use: a link leads there.");
 }
 
 bool isFolderForMovedItems(const std::string& name) {
@@ -80,8 +89,44 @@ void requireOwnCopy(const ReadOnlyPlatform& platform, const HealthReport& report
     throw MoveRefused(quoted(target.text()) + " isn’t in the folder for moved items of a mounted drive.");
   if (target.lastComponent() != location.lastComponent())
     throw MoveRefused(quoted(target.text()) + " isn’t a copy of " + quoted(location.lastComponent()) + ".");
-  if (isHealthyElsewhere(platform, report, copy))
-    throw MoveRefused(quoted(target.text()) + " is in use: a link leads there.");
+  if (isHealthyElsewhere(platform, report, copy)) throw isInUse(target);
+}
+
+/// The folder in which a check looks for links.
+const Path applications("/Applications");
+
+/// What stands in the folder for applications. Throws if one of the items can't be looked at: it may be a
+/// link to what is about to go.
+std::vector<std::pair<Path, FileKind>> itemsOfApplications(const ReadOnlyPlatform& platform) {
+  auto names = platform.files.list(applications, Hidden::included);
+  if (!names && isMissing(names.error())) return {};
+  std::vector<std::pair<Path, FileKind>> items;
+  for (const std::string& name : std::move(names).orThrow()) {
+    const Path item = applications.appending(name);
+    items.emplace_back(item, platform.files.attributes(item).orThrow().kind);
+  }
+  return items;
+}
+
+/// Links of any name count, and those that lead there by way of another link.
+void requireUnused(const ReadOnlyPlatform& platform, const Path& copy) {
+  const Sighting sighting = sight(platform.files, copy).orThrow();
+  for (const auto& [item, kind] : itemsOfApplications(platform)) {
+    if (kind != FileKind::symbolicLink) continue;
+    const auto text = platform.files.readSymbolicLink(item).orThrow();
+    if (isAtOrInByText(PathText::linkTarget(item, text).simplified(), sighting.spelled) ||
+        sight(platform.files, item).orThrow().isAtOrIn(sighting))
+      throw isInUse(copy);
+  }
+}
+
+/// A launcher that can't be read looks like any other application.
+void requireNoLauncher(const ReadOnlyPlatform& platform, const Path& bundle) {
+  const Path file = LauncherShim::targetFile(bundle);
+  if (!sight(platform.files, file).orThrow().exists) return;
+  if (!LauncherShim::targetText(platform.files.read(file).orThrow())) return;
+  if (LauncherShim::target(platform, bundle)) throw hasChanged(bundle);
+  throw MoveRefused(quoted(bundle.lastComponent()) + " is a launcher, and its application is gone.");
 }
 
 }  // namespace
@@ -117,12 +162,24 @@ void requireBroken(const ReadOnlyPlatform& platform, const HealthIssue& issue) {
     throw hasChanged(*issue.target);
 }
 
+void requireStillOrphan(const ReadOnlyPlatform& platform, const HealthIssue& issue) {
+  requireUnused(platform, issue.location);
+  for (const auto& [item, kind] : itemsOfApplications(platform)) {
+    if (Text::equal(item.lastComponent(), issue.location.lastComponent())) throw hasChanged(item);
+  }
+}
+
+void requireStillReverted(const ReadOnlyPlatform& platform, const HealthIssue& issue) {
+  const auto attributes = platform.files.attributes(issue.location);
+  if (!attributes && !isMissing(attributes.error())) throw attributes.error();
+  if (!attributes || attributes->kind == FileKind::symbolicLink) throw hasChanged(issue.location);
+  if (issue.target) requireUnused(platform, *issue.target);
+}
+
 void requirePlausible(const ReadOnlyPlatform& platform, const HealthReport& report,
                       const HealthIssue& issue) {
   requirePlaceOfApplications(platform, issue.location);
-  if (LauncherShim::recordedTarget(platform, issue.location))
-    throw MoveRefused(quoted(issue.location.lastComponent()) +
-                      " is a launcher, and its application is gone.");
+  requireNoLauncher(platform, issue.location);
   if (issue.target) requireOwnCopy(platform, report, issue.location, *issue.target);
 }
 

@@ -16,6 +16,15 @@ void requireTrashable(const ReadOnlyPlatform& platform, const Path& item);
 /// couldn't be looked at, which throws the error that says why.
 void requireBroken(const ReadOnlyPlatform& platform, const HealthIssue& issue);
 
+/// Still nothing in the folder for applications leads to an orphan or has its name. Each item there is looked
+/// at again, because a link that couldn't be seen when the report was taken makes an orphan of what it leads
+/// to. Throws the error if one can't be seen now.
+void requireStillOrphan(const ReadOnlyPlatform& platform, const HealthIssue& issue);
+
+/// The item is there, is no link, and no link in the folder for applications leads to its copy. Throws the
+/// error if one of them can't be looked at.
+void requireStillReverted(const ReadOnlyPlatform& platform, const HealthIssue& issue);
+
 /// A reverted application, or its data, is at a place that a move takes things from, isn't a launcher, and
 /// has its copy under its own name in the folder for moved items of a mounted drive, where no healthy link
 /// leads.

@@ -47,10 +47,11 @@ HealthRepairRun::HealthRepairRun(Platform& whole, const HealthReport& whatWasFou
 
 namespace {
 
-/// Returns whether what a link leads to is broken, and says otherwise why the link stays.
-bool isBroken(const HealthRepairRun& run, const HealthIssue& issue) {
+/// Returns whether one more look finds the same, and says otherwise why everything stays.
+bool isStillSo(const HealthRepairRun& run, const HealthIssue& issue,
+               void (*look)(const ReadOnlyPlatform&, const HealthIssue&)) {
   try {
-    HealthRepairGuard::requireBroken(run.platform, issue);
+    look(run.platform, issue);
     return true;
   } catch (const LocalizedError& error) {
     run.say("  left as it is: " + error.localizedDescription());
@@ -75,7 +76,7 @@ void handle(HealthRepairRun& run, const HealthIssue& issue, const std::optional<
     run.say("  left as it is: " + candidate->text() + " is no longer there");
     return;
   }
-  if (!isBroken(run, issue)) return;
+  if (!isStillSo(run, issue, HealthRepairGuard::requireBroken)) return;
   (void)files.removeSymbolicLink(issue.location);
   if (!candidate) {
     run.say("  removed " + issue.location.text());
@@ -92,7 +93,7 @@ std::string action(const HealthIssue&) {
 }
 
 void handle(HealthRepairRun& run, const HealthIssue& issue) {
-  if (!isBroken(run, issue)) return;
+  if (!isStillSo(run, issue, HealthRepairGuard::requireBroken)) return;
   (void)run.platform.files.removeSymbolicLink(issue.location);
   if (issue.target) run.trash.trash(*issue.target);
   run.say("  trashed symlink + remnant for " + nameOf(issue));
@@ -109,6 +110,7 @@ void handleReclaim(HealthRepairRun& run, const HealthIssue& issue) {
   if (issue.target) {
     try {
       HealthRepairGuard::requirePlausible(run.platform, run.report, issue);
+      if (!isStillSo(run, issue, HealthRepairGuard::requireStillReverted)) return;
       run.trash.trash(*issue.target);
       trashShims(run, *issue.target);
     } catch (const LocalizedError& error) {
@@ -125,6 +127,7 @@ std::string reSymlinkAction(const HealthIssue&) {
 void handleReSymlink(HealthRepairRun& run, const HealthIssue& issue) {
   try {
     HealthRepairGuard::requirePlausible(run.platform, run.report, issue);
+    HealthRepairGuard::requireStillReverted(run.platform, issue);
     HealthRepairGuard::requireMovable(run.platform, issue.location);
     if (issue.target) run.trash.trash(*issue.target);
     MoveJob job;
@@ -145,6 +148,7 @@ std::string action(const HealthIssue& issue) {
 }
 
 void handle(HealthRepairRun& run, const HealthIssue& issue) {
+  if (!isStillSo(run, issue, HealthRepairGuard::requireStillOrphan)) return;
   run.trash.trash(issue.location);
   trashShims(run, issue.location);
   run.say("  trashed orphan " + issue.location.text());

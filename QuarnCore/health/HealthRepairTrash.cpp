@@ -17,6 +17,8 @@ HealthRepairTrash::HealthRepairTrash(Platform& platform, const HealthReport& rep
 
 void HealthRepairTrash::requireFound(const Path& item) const {
   const auto attributes = platform_.files.attributes(item);
+  // The Trash tells what is missing.
+  if (!attributes && attributes.error().code != CocoaErrorCode::fileReadNoSuchFile) throw attributes.error();
   const auto known = found_.find(item.text());
   if (attributes && (known == found_.end() || known->second != attributes->identity))
     throw MoveRefused("“" + item.lastComponent() + "” isn’t the item that was found.");

@@ -27,7 +27,7 @@ Result detect(const ReadOnlyPlatform& platform, const std::vector<Path>& appsRoo
               const TextSet& realAppNames) {
   Result result;
   for (const Path& root : appsRoots) {
-    for (const Path& external : FolderChildren::bundles(platform, root)) {
+    for (const Path& external : FolderChildren::bundles(platform, root).valueOr({})) {
       const std::string name = external.lastComponent();
       if (!realAppNames.contains(name)) continue;
       const Path internal = Path("/Applications").appending(name);
@@ -91,7 +91,7 @@ std::vector<HealthIssue> detect(const ReadOnlyPlatform& platform, const std::vec
                                 const TextSet& linkedTargets, const TextSet& realAppNames) {
   std::vector<HealthIssue> issues;
   for (const Path& root : appsRoots) {
-    for (const Path& bundle : FolderChildren::bundles(platform, root)) {
+    for (const Path& bundle : FolderChildren::bundles(platform, root).valueOr({})) {
       const bool isInUse = linkedTargets.contains(platform.files.standardized(bundle).text()) ||
                            realAppNames.contains(bundle.lastComponent());
       if (!isInUse) issues.push_back(orphan(platform, bundle));

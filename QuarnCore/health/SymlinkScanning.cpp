@@ -17,16 +17,31 @@ std::optional<Path> targetOf(const ReadOnlyPlatform& platform, const Path& link)
 }  // namespace
 
 namespace ApplicationsRootScan {
+namespace {
+
+void add(const ReadOnlyPlatform& platform, const Path& bundle, Result& result) {
+  const auto attributes = platform.files.attributes(bundle);
+  if (!attributes || attributes->kind != FileKind::symbolicLink) {
+    result.realAppNames.insert(bundle.lastComponent());
+    if (!attributes) result.isWhole = false;
+  } else if (auto target = targetOf(platform, bundle)) {
+    result.symlinks.push_back({bundle, *std::move(target)});
+  } else {
+    result.isWhole = false;
+  }
+}
+
+}  // namespace
 
 Result scan(const ReadOnlyPlatform& platform, const std::vector<Path>& roots) {
   Result result;
   for (const Path& root : roots) {
-    for (const Path& bundle : FolderChildren::bundles(platform, root)) {
-      if (!platform.files.isSymbolicLink(bundle))
-        result.realAppNames.insert(bundle.lastComponent());
-      else if (auto target = targetOf(platform, bundle))
-        result.symlinks.push_back({bundle, *std::move(target)});
+    const auto bundles = FolderChildren::bundles(platform, root);
+    if (!bundles) {
+      if (bundles.error().code != CocoaErrorCode::fileReadNoSuchFile) result.isWhole = false;
+      continue;
     }
+    for (const Path& bundle : *bundles) add(platform, bundle, result);
   }
   return result;
 }

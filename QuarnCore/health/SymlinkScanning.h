@@ -8,8 +8,8 @@
 #include "QuarnCore/health/HealthIssue.h"
 
 /// What stands in the folders in which moved items leave links. Nothing here throws, and a folder that can't
-/// be read contributes nothing: it looks like an empty one. Targets are what the link's own text says,
-/// simplified as text; a chain of links is not followed further.
+/// be read contributes nothing. Targets are what the link's own text says, simplified as text; a chain of
+/// links is not followed further.
 namespace quarn {
 
 /// Tells the bundles of application folders apart: those that are links and those that are real. Looks at
@@ -25,6 +25,9 @@ struct Symlink {
 struct Result {
   std::vector<Symlink> symlinks;  ///< in the order of the disk
   TextSet realAppNames;           ///< with their extension
+  /// Every folder that exists could be listed, and each of its bundles looked at. Otherwise there may be
+  /// links that are in no list.
+  bool isWhole = true;
   bool operator==(const Result&) const = default;
 };
 

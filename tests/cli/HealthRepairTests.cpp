@@ -411,6 +411,36 @@ TEST(HealthRepair, goesThroughTheKindsInItsOwnOrder) {
       "dangling corrupted reverted orphan missingTrackedFiles missingSpotlightLaunchers unsafePrefsPlist ");
 }
 
+TEST(HealthRepair, takesNothingFromTheDriveIfTheFolderForApplicationsMayNotBeListed) {
+  scene::makeApp(apps + "/Foo.app");
+  scene::link("/Applications/Foo.app", apps + "/Foo.app");
+  const auto before = scene::tree("/Volumes/X9");
+  for (const mode_t mode : {0311U, 0444U}) {
+    ::chmod("/Applications", mode);
+    const auto run = repair({"--yes", "--reclaim-reverted"});
+    ::chmod("/Applications", 0755);
+    EXPECT_EQ(shown(run), printed("Everything healthy. Nothing to repair.\n"));
+    EXPECT_EQ(scene::tree("/Volumes/X9"), before);
+    EXPECT_EQ(scene::target("/Applications/Foo.app"), apps + "/Foo.app");
+  }
+}
+
+TEST(HealthRepair, anOrphanToWhichALinkOfAnotherNameLeadsStays) {
+  scene::makeApp(apps + "/Foo.app");
+  scene::makeApp(apps + "/Bar.app");
+  scene::link("/Volumes/X9/way", apps);
+  scene::link("/Applications/By way.app", "/Volumes/X9/way/Foo.app");
+  scene::link("/Applications/bar", apps + "/Bar.app/Contents/MacOS/Foo");
+  const auto before = scene::tree("/Volumes/X9");
+  const auto run = repair({"--yes"});
+  for (const std::string name : {"Foo.app", "Bar.app"}) {
+    EXPECT_NE(run.out.find("  left as it is: “" + apps + "/" + name + "” is in use: a link leads there.\n"),
+              std::string::npos)
+        << run.out;
+  }
+  EXPECT_EQ(scene::tree("/Volumes/X9"), before);
+}
+
 TEST(HealthRepair, linksThatLeadInACircleAreDead) {
   scene::link("/Applications/Foo.app", "/Applications/Foo.app");
   scene::link("/Applications/Bar.app", "/Applications/Foo.app/Bar.app");

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cerrno>
 #include <filesystem>
 #include <gtest/gtest.h>
@@ -11,8 +12,8 @@
 
 /// Each repair, and all of them in one run, met by a fault at its n-th system call. By default a sample; all
 /// calls with QUARN_CAMPAIGN=all. The judge knows no order of steps: whatever happens, every byte that was
-/// there stands in some file, nobody else's item has changed, the records can be read, and a second run
-/// without a fault leaves nothing to repair.
+/// there stands in some file, nobody else's item has changed, an application that was in use is in use and
+/// where it was, the records can be read, and a second run without a fault leaves nothing to repair.
 
 namespace {
 
@@ -99,6 +100,9 @@ const std::vector<Repair>& repairs() {
       {"queue",
        {deadLink, renamedRoot, remnant, broughtBack, orphan, staleRows, suite, linkedPreferences},
        "--re-symlink-reverted"},
+      {"queueThatReclaims",
+       {deadLink, renamedRoot, remnant, broughtBack, orphan, staleRows, suite, linkedPreferences},
+       "--reclaim-reverted"},
   };
   return all;
 }
@@ -128,7 +132,21 @@ void makeForeign() {
   scene::write(scene::home + "/.Trash/Two.app/old", "thrown away at home");
   scene::makeInstallsDB();
   scene::sql("INSERT INTO installs (install_id, app_name, notes) VALUES ('o', 'Other', 'kept')");
-  scene::write(scene::manifest, "[\n\n]");
+}
+
+/// Moved applications that are in use, one by a link and one by a launcher. No repair is about them.
+void makeLive() {
+  makeApp(apps + "/Live.app");
+  scene::link("/Applications/Live.app", apps + "/Live.app");
+  makeApp(apps + "/Opened.app");
+  scene::makeLauncher("/Applications/Opened.app", apps + "/Opened.app");
+  std::string records;
+  for (const std::string name : {"Live.app", "Opened.app"}) {
+    records += (records.empty() ? "" : ",") + (R"({"destinationPath":")" + apps + "/" + name) +
+               R"(","movedAt":"2026-01-31T09:05:00Z","sizeBytes":1,"sourcePath":"/Applications/)" + name +
+               "\"}";
+  }
+  scene::write(scene::manifest, "[" + records + "]");
 }
 
 bool isRecord(const std::string& path) {
@@ -158,14 +176,44 @@ Lines foreignTrees() {
   return trees;
 }
 
+bool isApplication(const fs::path& bundle) {
+  return fs::exists(bundle / "Contents/Info.plist") && fs::exists(bundle / "Contents/MacOS");
+}
+
+/// Whether a link leads to an application, or to a folder of them.
+bool isLive(const fs::path& link) {
+  if (!fs::is_symlink(link) || !fs::is_directory(link)) return false;
+  const fs::directory_iterator inside(link);
+  return isApplication(link) ||
+         std::any_of(begin(inside), end(inside), [](const auto& item) { return isApplication(item.path()); });
+}
+
+/// What opens when somebody opens it, at which place, by link or launcher, with all that stands there.
+Lines liveTrees() {
+  Lines trees;
+  const auto add = [&trees](const std::string& use, const std::string& copy) {
+    trees.push_back(use + " opens " + copy);
+    for (const std::string& line : scene::tree(copy)) trees.push_back(copy + ": " + line);
+  };
+  for (const auto& item : fs::directory_iterator("/Applications")) {
+    if (isLive(item.path())) add(item.path(), fs::read_symlink(item.path()));
+  }
+  const fs::path launcher = "/Applications/Opened.app/Contents/Resources/ExternalAppTarget.txt";
+  if (fs::exists(launcher)) add("Opened.app", scene::read(launcher));
+  std::sort(trees.begin(), trees.end());
+  return trees;
+}
+
 class Trial {
  public:
   explicit Trial(const Repair& repair) : words_(repair.words()) {
     clear();
     makeForeign();
+    makeLive();
     for (const auto make : repair.scenes) make();
     contents_ = contents();
     foreign_ = foreignTrees();
+    live_ = liveTrees();
   }
 
   std::string problems() const {
@@ -175,6 +223,12 @@ class Trial {
       if (!now.contains(content)) problems += "LOST: a file with " + content.substr(0, 60) + "\n";
     }
     if (foreignTrees() != foreign_) problems += "FOREIGN changed\n";
+    // There may be more: an application that was brought back is moved again.
+    const Lines live = liveTrees();
+    for (const std::string& line : live_) {
+      if (!std::binary_search(live.begin(), live.end(), line))
+        problems += "NOT LIVE any more: " + line + "\n";
+    }
     if (!quarn::Json::parse(scene::read(scene::manifest))) problems += "RECORD doesn't parse\n";
     if (scene::sql("PRAGMA integrity_check") != Lines{"ok"}) problems += "LEDGER is corrupt\n";
     if (scene::sql("SELECT notes FROM installs WHERE install_id='o'") != Lines{"kept"})
@@ -199,6 +253,7 @@ class Trial {
   Lines words_;
   std::set<std::string> contents_;
   Lines foreign_;
+  Lines live_;
 };
 
 class RepairCampaign : public testing::TestWithParam<Repair> {

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <gtest/gtest.h>
 
 #include "QuarnCore/foundation/SizeCalculator.h"
 #include "QuarnCore/health/SymlinkScanning.h"
@@ -88,7 +89,7 @@ TEST(ApplicationsRootScan, aLinkWhoseTextCannotBeReadIsInNeitherList) {
   Blinded files;
   files.withoutText = {"/Applications/Foo.app"};
   EXPECT_EQ(ApplicationsRootScan::scan(replacing({.files = &files}), paths({"/Applications"})),
-            ApplicationsRootScan::Result{});
+            (ApplicationsRootScan::Result{.symlinks = {}, .realAppNames = {}, .isWhole = false}));
 }
 
 TEST(ApplicationsRootScan, whatCannotBeLookedUpCountsAsReal) {
@@ -99,6 +100,7 @@ TEST(ApplicationsRootScan, whatCannotBeLookedUpCountsAsReal) {
               const auto found = scan({"/Users/me/Applications"});
               EXPECT_TRUE(found.symlinks.empty());
               EXPECT_EQ(names(found.realAppNames), Names{"Foo.app"});
+              EXPECT_FALSE(found.isWhole);
             }),
             "");
 }
@@ -109,8 +111,11 @@ TEST(ApplicationsRootScan, aRootThatMayNotBeReadOrIsALinkIsSkipped) {
   scene::link("/Users/me/Link", "/Applications");
   std::filesystem::permissions("/Users/me/Closed", std::filesystem::perms(0));
   EXPECT_EQ(child::failuresWithoutRights([] {
-              EXPECT_EQ(names(scan({"/Users/me/Closed", "/Applications"}).realAppNames), Names{"Bar.app"});
-              EXPECT_EQ(scan({"/Users/me/Link"}), ApplicationsRootScan::Result{});
+              const auto found = scan({"/Users/me/Closed", "/Applications"});
+              EXPECT_EQ(names(found.realAppNames), Names{"Bar.app"});
+              EXPECT_FALSE(found.isWhole);
+              EXPECT_EQ(scan({"/Users/me/Link"}),
+                        (ApplicationsRootScan::Result{.symlinks = {}, .realAppNames = {}, .isWhole = false}));
             }),
             "");
 }
