@@ -121,7 +121,7 @@ void BackupCopy::sanitizeNames() const {
 void BackupCopy::sanitizeName(const Path& item) const {
   const auto attributes = platform_.files.attributes(item);
   // It went with a folder that had to make room.
-  if (!attributes && attributes.error().code == CocoaErrorCode::fileReadNoSuchFile) return;
+  if (!attributes && CocoaError::saysMissing(attributes.error())) return;
   const Changeable folder(platform_.files, item.parent());
   const Path target = item.parent().appending(BackupNames::sanitized(item.lastComponent()));
   clear(target, "backup-name-conflict");

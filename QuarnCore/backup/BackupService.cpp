@@ -24,7 +24,7 @@ struct Source {
 bool isMissing(const FileSystem& files, const Path& path) {
   const auto attributes = files.attributes(path);
   if (attributes) return attributes->kind == FileKind::symbolicLink && !files.exists(path);
-  if (attributes.error().code != CocoaErrorCode::fileReadNoSuchFile) throw attributes.error();
+  if (!CocoaError::saysMissing(attributes.error())) throw attributes.error();
   return true;
 }
 

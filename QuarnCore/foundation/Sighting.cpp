@@ -100,8 +100,8 @@ Sighting sight(const FileSystem& files, const Path& item) {
 
 bool mayExist(const FileSystem& files, const Path& item) {
   if (files.exists(item)) return true;
-  // Around any other path there are no folders to look at.
-  if (!item.isAbsolute()) return false;
+  // No item has such a path, and around one that isn't absolute there are no folders to look at.
+  if (item.holdsNul() || !item.isAbsolute()) return false;
   // A look that failed just now may not fail any more.
   return sight(files, item).failure || files.exists(item);
 }

@@ -2,6 +2,7 @@
 
 #include "Platform/PathText.h"
 #include "QuarnCore/discovery/LauncherShim.h"
+#include "QuarnCore/foundation/Sighting.h"
 
 namespace quarn::BrokenLauncherDetector {
 
@@ -13,7 +14,7 @@ std::vector<HealthIssue> detect(const ReadOnlyPlatform& platform, const Path& ap
     const auto recorded = LauncherShim::recordedTarget(platform, child);
     if (!recorded || recorded->empty()) continue;
     const Path target = PathText::fileURL(platform.places, *recorded);
-    if (platform.files.exists(target)) continue;
+    if (mayExist(platform.files, target)) continue;
     issues.push_back({.kind = HealthIssue::Kind::brokenLauncher,
                       .location = child,
                       .target = target,

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "Platform/CocoaError.h"
 #include "QuarnCore/discovery/AppBundleScanRoots.h"
 #include "QuarnCore/health/BrokenLauncherDetector.h"
 #include "QuarnCore/health/DataLinkDetection.h"
@@ -81,7 +82,7 @@ TextSet pathsOf(const ReadOnlyPlatform& platform, const std::vector<Symlink>& sy
 std::vector<HealthIssue> surelyReal(const ReadOnlyPlatform& platform, std::vector<HealthIssue> reverted) {
   std::erase_if(reverted, [&platform](const HealthIssue& issue) {
     const auto attributes = platform.files.attributes(issue.location);
-    if (!attributes) return attributes.error().code != CocoaErrorCode::fileReadNoSuchFile;
+    if (!attributes) return !CocoaError::saysMissing(attributes.error());
     return attributes->kind == FileKind::symbolicLink;
   });
   return reverted;

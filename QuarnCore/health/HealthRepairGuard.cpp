@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "Platform/CocoaError.h"
 #include "Platform/PathText.h"
 #include "Platform/Text.h"
 #include "QuarnCore/discovery/LauncherShim.h"
@@ -18,10 +19,6 @@ namespace {
 
 std::string quoted(const std::string& text) {
   return "“" + text + "”";
-}
-
-bool isMissing(const PlatformError& error) {
-  return error.code == CocoaErrorCode::fileReadNoSuchFile;
 }
 
 MoveRefused hasChanged(const Path& item) {
@@ -99,7 +96,7 @@ const Path applications("/Applications");
 /// link to what is about to go.
 std::vector<std::pair<Path, FileKind>> itemsOfApplications(const ReadOnlyPlatform& platform) {
   auto names = platform.files.list(applications, Hidden::included);
-  if (!names && isMissing(names.error())) return {};
+  if (!names && CocoaError::saysMissing(names.error())) return {};
   std::vector<std::pair<Path, FileKind>> items;
   for (const std::string& name : std::move(names).orThrow()) {
     const Path item = applications.appending(name);
@@ -171,7 +168,7 @@ void requireStillOrphan(const ReadOnlyPlatform& platform, const HealthIssue& iss
 
 void requireStillReverted(const ReadOnlyPlatform& platform, const HealthIssue& issue) {
   const auto attributes = platform.files.attributes(issue.location);
-  if (!attributes && !isMissing(attributes.error())) throw attributes.error();
+  if (!attributes && !CocoaError::saysMissing(attributes.error())) throw attributes.error();
   if (!attributes || attributes->kind == FileKind::symbolicLink) throw hasChanged(issue.location);
   if (issue.target) requireUnused(platform, *issue.target);
 }

@@ -1,5 +1,6 @@
 #include "QuarnCore/health/HealthRepairTrash.h"
 
+#include "Platform/CocoaError.h"
 #include "QuarnCore/health/HealthRepairGuard.h"
 #include "QuarnCore/move/MoverError.h"
 
@@ -18,7 +19,7 @@ HealthRepairTrash::HealthRepairTrash(Platform& platform, const HealthReport& rep
 void HealthRepairTrash::requireFound(const Path& item) const {
   const auto attributes = platform_.files.attributes(item);
   // The Trash tells what is missing.
-  if (!attributes && attributes.error().code != CocoaErrorCode::fileReadNoSuchFile) throw attributes.error();
+  if (!attributes && !CocoaError::saysMissing(attributes.error())) throw attributes.error();
   const auto known = found_.find(item.text());
   if (attributes && (known == found_.end() || known->second != attributes->identity))
     throw MoveRefused("“" + item.lastComponent() + "” isn’t the item that was found.");

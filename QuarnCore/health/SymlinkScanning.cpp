@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "Platform/CocoaError.h"
 #include "Platform/PathText.h"
 #include "QuarnCore/foundation/SizeCalculator.h"
 
@@ -38,7 +39,7 @@ Result scan(const ReadOnlyPlatform& platform, const std::vector<Path>& roots) {
   for (const Path& root : roots) {
     const auto bundles = FolderChildren::bundles(platform, root);
     if (!bundles) {
-      if (bundles.error().code != CocoaErrorCode::fileReadNoSuchFile) result.isWhole = false;
+      if (!CocoaError::saysMissing(bundles.error())) result.isWhole = false;
       continue;
     }
     for (const Path& bundle : *bundles) add(platform, bundle, result);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "Platform/CocoaError.h"
 #include "QuarnCore/move/MoverError.h"
 #include "QuarnCore/move/Obstacles.h"
 
@@ -48,7 +49,7 @@ class Lacking : public WalkVisitor {
     if (mayLack(name) || !isCopied(item.kind())) return WalkStep::proceed;
     const auto there = item.attributesBelow(other_);
     if (there) return WalkStep::proceed;
-    if (there.error().code != CocoaErrorCode::fileReadNoSuchFile) return failed(other_, there.error());
+    if (!CocoaError::saysMissing(there.error())) return failed(other_, there.error());
     missing = std::string(item.relativePath());
     return WalkStep::stop;
   }

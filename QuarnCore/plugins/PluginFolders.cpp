@@ -2,25 +2,22 @@
 
 #include <algorithm>
 
+#include "Platform/CocoaError.h"
 #include "QuarnCore/foundation/Sighting.h"
 
 namespace quarn::PluginFolders {
 namespace {
 
-bool isGone(const PlatformError& error) {
-  return error.code == CocoaErrorCode::fileReadNoSuchFile;
-}
-
 bool mayLead(const ReadOnlyPlatform& platform, const Path& place, const Sighting& folder) {
   const auto attributes = platform.files.attributes(place);
-  if (!attributes) return !isGone(attributes.error());
+  if (!attributes) return !CocoaError::saysMissing(attributes.error());
   return attributes->kind == FileKind::symbolicLink && sight(platform.files, place).isAtOrIn(folder);
 }
 
 bool mayLeadFrom(const ReadOnlyPlatform& platform, PluginFormat format, const Sighting& folder,
                  const Path& but) {
   const auto found = names(platform, format);
-  if (!found) return !isGone(found.error());
+  if (!found) return !CocoaError::saysMissing(found.error());
   return std::any_of(found->begin(), found->end(), [&](const std::string& name) {
     const Path place = PluginFormats::systemPath(format, name);
     return place != but && mayLead(platform, place, folder);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "Platform/CocoaError.h"
 #include "QuarnCore/foundation/Sighting.h"
 #include "QuarnCore/plugins/PluginTools.h"
 
@@ -11,14 +12,14 @@ namespace {
 /// An item that can't be looked at may be anything.
 bool mayBe(const ReadOnlyPlatform& platform, const Path& source, const FileIdentity& identity) {
   const auto attributes = platform.files.attributes(source.appending("."));
-  if (!attributes) return attributes.error().code != CocoaErrorCode::fileReadNoSuchFile;
+  if (!attributes) return !CocoaError::saysMissing(attributes.error());
   return attributes->identity == identity;
 }
 
 bool isDisplaced(const ReadOnlyPlatform& platform, const PluginBundle& bundle,
                  const std::vector<PluginBundle>& bundles) {
   const auto native = platform.files.attributes(bundle.systemSymlinkPath());
-  if (!native) return bundles.size() > 1 && native.error().code != CocoaErrorCode::fileReadNoSuchFile;
+  if (!native) return bundles.size() > 1 && !CocoaError::saysMissing(native.error());
   if (native->kind != FileKind::folder || mayBe(platform, Path(bundle.sourcePath), native->identity))
     return false;
   return std::any_of(bundles.begin(), bundles.end(), [&](const PluginBundle& other) {

@@ -1,5 +1,6 @@
 #include "QuarnCore/plugins/PluginTools.h"
 
+#include "Platform/CocoaError.h"
 #include "QuarnCore/installer/Gantrix.h"
 #include "QuarnCore/move/MoveVerifier.h"
 #include "QuarnCore/move/MoverError.h"
@@ -27,7 +28,7 @@ void removeAsRoot(const ReadOnlyPlatform& platform, const char* flags, const Pat
 
 bool isAnythingAt(const ReadOnlyPlatform& platform, const Path& place) {
   const auto found = platform.files.attributes(place);
-  if (!found && found.error().code != CocoaErrorCode::fileReadNoSuchFile) throw found.error();
+  if (!found && !CocoaError::saysMissing(found.error())) throw found.error();
   return found.succeeded();
 }
 

@@ -8,6 +8,7 @@
 #include "tests/support/Doubles.h"
 #include "tests/support/Replacing.h"
 #include "tests/support/Scene.h"
+#include "tests/support/Unresolving.h"
 
 namespace quarn {
 namespace {
@@ -91,6 +92,12 @@ TEST(BrokenLaunchers, hostileTargetsAreMissingTargets) {
     ASSERT_EQ(issues.size(), 1u) << text.substr(0, 60);
     EXPECT_TRUE(issues[0].target->isAbsolute());
   }
+}
+
+TEST(BrokenLaunchers, aTargetThatCantBeLookedAtIsNotMissing) {
+  makeShim("/Applications/Foo.app", gone);
+  Unseeable files("/Volumes/X9");
+  EXPECT_TRUE(BrokenLauncherDetector::detect(replacing({.files = &files}), Path("/Applications")).empty());
 }
 
 TEST(BrokenLaunchers, aFolderThatCantBeListedHasNone) {
