@@ -25,8 +25,10 @@ Path destinationOf(const HealthIssue& issue) {
   return AppStorageNames::appsRoot(Path("/Volumes/Crucial X9")).appending(nameOf(issue));
 }
 
-void trashShims(HealthRepairRun& run, const Path& target) {
-  for (const Path& shim : LauncherShimCleaner::cleanupShims(run.platform, target))
+/// What stays keeps the launchers that open it.
+void trashWithShims(HealthRepairRun& run, const Path& bundle) {
+  if (!run.trash.trash(bundle)) return;
+  for (const Path& shim : LauncherShimCleaner::cleanupShims(run.platform, bundle))
     run.say("  trashed stale launcher shim " + shim.text());
 }
 
@@ -111,8 +113,7 @@ void handleReclaim(HealthRepairRun& run, const HealthIssue& issue) {
     try {
       HealthRepairGuard::requirePlausible(run.platform, run.report, issue);
       if (!isStillSo(run, issue, HealthRepairGuard::requireStillReverted)) return;
-      run.trash.trash(*issue.target);
-      trashShims(run, *issue.target);
+      trashWithShims(run, *issue.target);
     } catch (const LocalizedError& error) {
       run.say("  WARN: could not trash " + issue.target->text() + ": " + error.localizedDescription());
     }
@@ -149,8 +150,7 @@ std::string action(const HealthIssue& issue) {
 
 void handle(HealthRepairRun& run, const HealthIssue& issue) {
   if (!isStillSo(run, issue, HealthRepairGuard::requireStillOrphan)) return;
-  run.trash.trash(issue.location);
-  trashShims(run, issue.location);
+  trashWithShims(run, issue.location);
   run.say("  trashed orphan " + issue.location.text());
 }
 }  // namespace HealthRepairOrphanHandler

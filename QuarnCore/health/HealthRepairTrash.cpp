@@ -25,13 +25,15 @@ void HealthRepairTrash::requireFound(const Path& item) const {
     throw MoveRefused("“" + item.lastComponent() + "” isn’t the item that was found.");
 }
 
-void HealthRepairTrash::trash(const Path& item) const {
+bool HealthRepairTrash::trash(const Path& item) const {
   try {
     HealthRepairGuard::requireTrashable(platform_, item);
     requireFound(item);
     platform_.trash.moveToTrash(item).orThrow();
+    return true;
   } catch (const LocalizedError& error) {
     say_("  WARN: could not trash " + item.text() + ": " + error.localizedDescription());
+    return false;
   }
 }
 

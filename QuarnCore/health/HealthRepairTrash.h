@@ -17,8 +17,8 @@ class HealthRepairTrash {
   HealthRepairTrash(Platform& platform, const HealthReport& report,
                     std::function<void(const std::string& line)> say);
 
-  /// Moves an item to the user's Trash. If that fails, says so and returns.
-  void trash(const Path& item) const;
+  /// Moves an item to the user's Trash, and returns whether it is there. If that fails, says so.
+  bool trash(const Path& item) const;
 
  private:
   void requireFound(const Path& item) const;

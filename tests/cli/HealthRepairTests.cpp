@@ -107,6 +107,26 @@ TEST(HealthRepair, anOrphanGoesToTheTrashWithTheLaunchersThatLeadToIt) {
   EXPECT_TRUE(scene::exists(scene::home + "/.Trash/Starter.app"));
 }
 
+TEST(HealthRepair, whatStaysKeepsTheLaunchersThatOpenIt) {
+  scene::makeApp(apps + "/Foo.app");
+  scene::makeApp("/Applications/Bar.app");
+  scene::makeApp(apps + "/Bar.app");
+  scene::makeLauncher(scene::home + "/Applications/Foo starter.app", apps + "/Foo.app");
+  scene::makeLauncher(scene::home + "/Applications/Bar starter.app", apps + "/Bar.app");
+  const auto launchers = scene::tree(scene::home + "/Applications");
+  const auto copies = scene::tree(apps);
+  ::chmod(apps.c_str(), 0555);
+  const auto run = repair({"--yes", "--reclaim-reverted"});
+  ::chmod(apps.c_str(), 0755);
+  for (const std::string name : {"Foo.app", "Bar.app"}) {
+    EXPECT_NE(run.out.find("  WARN: could not trash " + apps + "/" + name + ": "), std::string::npos)
+        << run.out;
+  }
+  EXPECT_EQ(run.out.find("launcher"), std::string::npos) << run.out;
+  EXPECT_EQ(scene::tree(scene::home + "/Applications"), launchers);
+  EXPECT_EQ(scene::tree(apps), copies);
+}
+
 TEST(HealthRepair, aRevertedAppNeedsAChoiceEvenWithYes) {
   scene::makeApp("/Applications/Foo.app");
   scene::makeApp(apps + "/Foo.app");
