@@ -159,8 +159,9 @@ bool makesRoom(Platform& platform, const Path& link, const std::string& text, bo
     return true;
   }
   auto room = RoomMade::by(platform, link, text);
-  if (room) rooms.push_back(*std::move(room));
-  return room.has_value();
+  if (!room) return false;
+  rooms.push_back(*std::move(room));
+  return true;
 }
 
 std::vector<RoomMade> clearBlockingSymlinks(Platform& platform, const Path& package, bool useGantrix,

@@ -16,7 +16,7 @@ const std::string bundle = "/Applications/Foo.app";
 const std::string cache = "/Users/me/Library/Caches/com.example.foo";
 const std::string tracked = "/Users/me/Documents/Foo Data";
 
-List locate(std::optional<std::string> identifier = "com.example.foo", const std::string& name = "Foo",
+List locate(const std::optional<std::string>& identifier = "com.example.foo", const std::string& name = "Foo",
             const std::string& path = bundle) {
   List list;
   for (const Path& found : DataLocator::locate(hostPlatform(), identifier, name, Path(path), "FooTool")) {
