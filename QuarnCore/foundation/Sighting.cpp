@@ -10,26 +10,66 @@ namespace {
 
 using Failure = std::optional<PlatformError>;
 
-Failure failureOf(const FileSystem& files, const Path& item) {
-  const auto attributes = files.attributes(item);
-  if (!attributes) return CocoaError::saysMissing(attributes.error()) ? Failure() : attributes.error();
-  // A link that leads to nothing is no failure; one that leads to what can't be looked at is.
+/// Whether an item exists, and nothing if it can't be known. A link that leads to nothing doesn't exist; of
+/// one that leads to what can't be looked at that isn't known.
+Result<bool> isThere(const FileSystem& files, const Path& item) {
+  if (const auto attributes = files.attributes(item); !attributes)
+    return CocoaError::saysMissing(attributes.error()) ? Result(false) : attributes.error();
   const auto real = files.realPath(item);
-  return real || CocoaError::saysMissing(real.error()) ? Failure() : real.error();
+  if (real) return true;
+  // That isn't always reported as missing for what is below such a link (ELOOP, lstat(2)).
+  return CocoaError::saysMissing(real.error()) ? Result(false) : real.error();
+}
+
+/// Returns the folder that is `levels` above a path, or the topmost one.
+Path ancestor(const Path& path, std::size_t levels) {
+  std::string_view text = path.text();
+  for (; levels > 0; --levels) {
+    const auto slash = text.rfind('/');
+    if (slash == std::string_view::npos) return {};
+    if (slash == 0) return Path("/");
+    text = text.substr(0, slash);
+  }
+  return Path(text);
+}
+
+/// Returns the path, or a folder around it that exists. The steps grow: a path from somebody's record can
+/// have millions of components, and each look reads all of it.
+Path startOf(const FileSystem& files, const Path& path) {
+  Path current = path;
+  for (std::size_t levels = 1; !files.exists(current) && current.parent() != current; levels *= 2)
+    current = ancestor(current, levels);
+  return current;
+}
+
+/// Returns the item of a folder on the way to a path below it.
+Path stepTowards(const Path& path, const Path& folder) {
+  const std::string& text = path.text();
+  const auto from = folder.text().size() + (folder.text().ends_with('/') || folder.text().empty() ? 0 : 1);
+  return Path(std::string_view(text).substr(0, text.find('/', from)));
+}
+
+bool isCertainlyNoFolder(const FileSystem& files, const Path& item) {
+  const auto real = files.realPath(item);
+  if (!real) return false;
+  const auto attributes = files.attributes(*real);
+  return attributes && attributes->kind != FileKind::folder;
 }
 
 /// Returns the path itself, or the nearest folder around it that exists.
 Path nearestThatExists(const FileSystem& files, const Path& path, Failure& failure) {
-  Path current = path;
-  for (; !files.exists(current) && current.parent() != current; current = current.parent()) {
-    const auto why = failureOf(files, current);
-    if (why && !failure) failure = why;
-    // Nothing lies below a link that leads nowhere, and that isn't always reported as missing (ELOOP,
-    // lstat(2)).
-    if (!why && files.isSymbolicLink(current)) failure.reset();
+  Path current = startOf(files, path);
+  while (current != path) {
+    Path next = stepTowards(path, current);
+    const auto found = isThere(files, next);
+    // Nothing lies below a file (ENOTDIR).
+    if (!found && !isCertainlyNoFolder(files, current)) {
+      const auto whole = isThere(files, path);
+      failure = whole ? found.error() : whole.error();
+    }
+    if (!found || !*found) return current;
+    current = std::move(next);
   }
-  // Nor below a file (ENOTDIR).
-  if (current != path && !files.isFolder(current)) failure.reset();
   return current;
 }
 

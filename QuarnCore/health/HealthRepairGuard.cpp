@@ -41,11 +41,13 @@ bool isFolderForMovedItems(const std::string& name) {
 
 /// Returns "/Volumes/<name>/<folder>" if a path lies below it.
 std::optional<Path> folderAtTopOfDrive(const Path& path) {
-  const Path volumes("/Volumes");
-  for (Path folder = path.parent(); folder.parent() != folder; folder = folder.parent()) {
-    if (folder.parent().parent() == volumes) return folder;
-  }
-  return std::nullopt;
+  const std::string_view volumes = "/Volumes/", text = path.text();
+  if (!text.starts_with(volumes)) return std::nullopt;
+  const auto afterName = text.find('/', volumes.size());
+  if (afterName == std::string_view::npos) return std::nullopt;
+  const auto afterFolder = text.find('/', afterName + 1);
+  if (afterFolder == std::string_view::npos) return std::nullopt;
+  return Path(text.substr(0, afterFolder));
 }
 
 /// Returns whether a move takes things from there: applications, and data in a library or under a hidden name

@@ -26,7 +26,8 @@ Result detect(const ReadOnlyPlatform& platform, const std::vector<Path>& appsRoo
 
 }  // namespace SSDRevertDetector
 
-/// Finds records in the health manifest whose source is a real item again.
+/// Finds records in the health manifest whose source is a real item again. One whose destination is longer
+/// than a link can be isn't of a move.
 namespace ManifestRevertDetector {
 
 /// Both sets hold standardized paths; sources that are in one of them are skipped. The size is that of the

@@ -1,3 +1,4 @@
+#include <filesystem>
 #include <gtest/gtest.h>
 
 #include "QuarnCore/health/HealthCheck.h"
@@ -15,7 +16,7 @@ namespace {
 const std::string app = "/Applications/Foo.app";
 const std::string moved = "/Volumes/X9/ExternalQuarn/Apps/Foo.app";
 
-HealthIssue orphan() {
+HealthIssue reverted() {
   HealthIssue issue;
   issue.kind = HealthIssue::Kind::reverted;
   issue.location = Path(app);
@@ -35,11 +36,11 @@ TEST(RepairGuard, trashesNothingThatCannotBeResolved) {
 TEST(RepairGuard, takesNoCopyForOursThatCannotBeResolved) {
   scene::makeApp(app);
   scene::makeApp(moved);
-  EXPECT_EQ(thrown([] { HealthRepairGuard::requirePlausible(hostPlatform(), {}, orphan()); }), "nothing");
+  EXPECT_EQ(thrown([] { HealthRepairGuard::requirePlausible(hostPlatform(), {}, reverted()); }), "nothing");
   for (const std::string& item : {app, moved}) {
     Unresolving files(item);
     const Platform platform = replacing({.files = &files});
-    EXPECT_EQ(thrown([&] { HealthRepairGuard::requirePlausible(platform, {}, orphan()); }),
+    EXPECT_EQ(thrown([&] { HealthRepairGuard::requirePlausible(platform, {}, reverted()); }),
               Unresolving::of("Foo.app"));
   }
 }
@@ -61,7 +62,7 @@ TEST(RepairGuard, anItemThatCannotBeLookedAtAnyMoreIsNotTheOneThatWasFound) {
   Platform platform = replacing({.files = &files});
   std::vector<std::string> lines;
   HealthReport report;
-  report.issues.push_back(orphan());
+  report.issues.push_back(reverted());
   const HealthRepairTrash trash(platform, report,
                                 [&lines](const std::string& line) { lines.push_back(line); });
   files.fades = true;
@@ -113,10 +114,8 @@ class FailsToLook : public FileSystemDecorator {
   mutable int looks_ = 0;
 };
 
-/// Finds what there is and repairs it, while looks at an item fail. Returns what was said.
-std::string repairWhileFailing(FailsToLook::Look look, const std::string& item, int nth) {
-  FailsToLook files(look, item, nth);
-  Platform platform = replacing({.files = &files});
+/// Finds what there is and repairs it. Returns what was said.
+std::string repairWith(Platform platform) {
   const HealthReport report = HealthCheck::run(platform, {Path("/Applications")});
   std::string said;
   const HealthRepairDialog dialog{.describe = [](const HealthIssue&, const std::string&) {},
@@ -124,6 +123,12 @@ std::string repairWhileFailing(FailsToLook::Look look, const std::string& item, 
                                   .say = [&said](const std::string& line) { said += line + "\n"; }};
   HealthRepair::carryOut(platform, report, RevertedChoice::reclaim, dialog);
   return said;
+}
+
+/// The same, while looks at an item fail.
+std::string repairWhileFailing(FailsToLook::Look look, const std::string& item, int nth) {
+  FailsToLook files(look, item, nth);
+  return repairWith(replacing({.files = &files}));
 }
 
 using Look = FailsToLook::Look;
@@ -161,6 +166,46 @@ TEST(Repair, takesNoApplicationWhoseLauncherCannotBeLookedAt) {
         EXPECT_TRUE(scene::exists(moved)) << item << " " << nth << "\n" << said;
         EXPECT_TRUE(scene::exists(app)) << item << " " << nth << "\n" << said;
       }
+    }
+  }
+}
+
+/// Counts the bytes of the paths that are looked at.
+class Weighing : public FileSystemDecorator {
+ public:
+  Weighing() : FileSystemDecorator(hostPlatform().files) {}
+  bool exists(const Path& path) const override {
+    bytes += path.text().size();
+    return FileSystemDecorator::exists(path);
+  }
+  Result<FileAttributes> attributes(const Path& path) const override {
+    bytes += path.text().size();
+    return FileSystemDecorator::attributes(path);
+  }
+  Result<Path> realPath(const Path& path) const override {
+    bytes += path.text().size();
+    return FileSystemDecorator::realPath(path);
+  }
+  mutable std::size_t bytes = 0;
+};
+
+TEST(Repair, ofARecordOfAnyLengthLooksAtItAFewTimes) {
+  scene::makeApp(app);
+  for (const std::string start : {"", "/Volumes/X9/ExternalQuarn/Apps"}) {
+    std::string longest = start;
+    while (longest.size() < 4'000'000) longest += "/a";
+    longest += "/Foo.app";
+    for (const bool isSource : {false, true}) {
+      Weighing files;
+      Platform platform = replacing({.files = &files});
+      std::filesystem::remove(scene::manifest);
+      HealthManifest::record(platform, {.sourcePath = isSource ? longest : app,
+                                        .destinationPath = isSource ? moved : longest,
+                                        .bundleIdentifier = {},
+                                        .movedAt = platform.clock.now()});
+      files.bytes = 0;
+      EXPECT_EQ(repairWith(platform), "");
+      EXPECT_LT(files.bytes, 10 * longest.size());
     }
   }
 }

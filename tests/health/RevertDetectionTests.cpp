@@ -173,6 +173,14 @@ TEST(ManifestRevertDetector, whatCannotBeLookedUpCountsAsReal) {
   EXPECT_EQ(found[0].sizeBytes, 0);
 }
 
+TEST(ManifestRevertDetector, aDestinationThatNoLinkCanHoldIsNoneOfAMove) {
+  scene::makeApp(internal);
+  scene::makeApp("/Applications/Bar.app");
+  record(internal, "/" + std::string(4096, 'x'));
+  record("/Applications/Bar.app", "/" + std::string(4095, 'x'));
+  EXPECT_EQ(locations(detectRemembered()), Names{"/Applications/Bar.app"});
+}
+
 TEST(ManifestRevertDetector, theRecordsOfAStrangerAreTakenAsTheyAre) {
   /// Measuring the root would walk through all there is.
   class WithoutWalks : public FileSystemDecorator {
