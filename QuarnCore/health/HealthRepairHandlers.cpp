@@ -1,7 +1,6 @@
 #include "QuarnCore/health/HealthRepairHandlers.h"
 
 #include "QuarnCore/discovery/InstallsDB.h"
-#include "QuarnCore/foundation/AppStorageNames.h"
 #include "QuarnCore/foundation/SizeCalculator.h"
 #include "QuarnCore/health/DataLinkDetection.h"
 #include "QuarnCore/health/HealthRepairGuard.h"
@@ -18,36 +17,12 @@ std::string nameOf(const HealthIssue& issue) {
   return issue.location.lastComponent();
 }
 
-/// Where a reverted application goes. One that has no copy goes to the drive that this tool was first made
-/// for.
-Path destinationOf(const HealthIssue& issue) {
-  if (issue.target) return issue.target->parent().appending(nameOf(issue));
-  return AppStorageNames::appsRoot(Path("/Volumes/Crucial X9")).appending(nameOf(issue));
-}
-
 /// What stays keeps the launchers that open it.
 void trashWithShims(HealthRepairRun& run, const Path& bundle) {
   if (!run.trash.trash(bundle)) return;
   for (const Path& shim : LauncherShimCleaner::cleanupShims(run.platform, bundle))
     run.say("  trashed stale launcher shim " + shim.text());
 }
-
-}  // namespace
-
-HealthRepairRun::HealthRepairRun(Platform& whole, const HealthReport& whatWasFound,
-                                 const std::function<void(const std::string& line)>& whoIsTold)
-    : platform(whole), report(whatWasFound), say(whoIsTold), trash(whole, whatWasFound, whoIsTold) {
-  for (const HealthIssue& issue : report.issues) {
-    if (issue.kind != HealthIssue::Kind::reverted) continue;
-    const Path destination = destinationOf(issue);
-    const auto drive = HealthRepairGuard::driveOf(platform, destination);
-    // The folder on the drive needn't exist, but the drive has to be there.
-    destinations.emplace(destination.text(),
-                         JobRunner::begin(platform, drive.value_or(destination.parent()), false));
-  }
-}
-
-namespace {
 
 /// Returns whether one more look finds the same, and says otherwise why everything stays.
 bool isStillSo(const HealthRepairRun& run, const HealthIssue& issue,
@@ -133,7 +108,7 @@ void handleReSymlink(HealthRepairRun& run, const HealthIssue& issue) {
     if (issue.target) run.trash.trash(*issue.target);
     MoveJob job;
     job.source = issue.location;
-    job.destination = destinationOf(issue);
+    job.destination = HealthRepairRun::destinationOf(issue);
     const JobRunner::Listener nobody{.waiting = [] {}, .status = [](const JobStatus&) {}, .progress = {}};
     JobRunner::carryOut(run.platform, run.destinations.at(job.destination.text()), job, nobody);
     run.say("  re-symlinked " + nameOf(issue));

@@ -1,33 +1,16 @@
 #pragma once
 
-#include <functional>
-#include <map>
 #include <optional>
 #include <string>
 
 #include "Platform/Platform.h"
 #include "QuarnCore/health/HealthIssue.h"
-#include "QuarnCore/health/HealthRepairTrash.h"
-#include "QuarnCore/move/JobRunner.h"
+#include "QuarnCore/health/HealthRepairRun.h"
 
 /// One repair for each kind of problem. `action` names it before anybody is asked; `handle` carries it out
 /// and says so. The closing line is said even if a step failed, unless the handler says otherwise; nothing
 /// throws.
 namespace quarn {
-
-/// What the repairs of one run share.
-struct HealthRepairRun {
-  HealthRepairRun(Platform& whole, const HealthReport& whatWasFound,
-                  const std::function<void(const std::string& line)>& whoIsTold);
-
-  Platform& platform;
-  const HealthReport& report;
-  std::function<void(const std::string& line)> say;
-  HealthRepairTrash trash;
-  /// The drives to which reverted applications move again, as they were when the report was taken, by
-  /// destination.
-  std::map<std::string, JobRunner::Run> destinations;
-};
 
 namespace HealthRepairDanglingHandler {
 /// Returns where the target went when the folder for moved items was renamed, if it is there.
