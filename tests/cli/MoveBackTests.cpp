@@ -102,6 +102,19 @@ TEST(MoveBack, theAdviceNamesTheProgramAsItWasStarted) {
                    app + "\""));
 }
 
+TEST(MoveBack, whatALinkLeadsToIsNotMissingIfItCannotBeLookedAt) {
+  const std::string closed = "/Volumes/X9/closed";
+  scene::makeApp(closed + "/Foo.app");
+  scene::link(app, closed + "/Foo.app");
+  std::filesystem::permissions(closed, std::filesystem::perms(0));
+  EXPECT_EQ(
+      shown(quarn({"move", "back", app})),
+      failed("“Foo.app” can’t be looked at: The file “Foo.app” couldn’t be opened because you don’t have "
+             "permission to view it."));
+  EXPECT_EQ(scene::target(app), closed + "/Foo.app");
+  std::filesystem::permissions(closed, std::filesystem::perms(0755));
+}
+
 TEST(MoveBack, aDataFolderComesHomeByItsPath) {
   const std::string data = scene::home + "/Library/Application Support/Foo";
   scene::write("/Volumes/X9/ExternalQuarn/Data/Foo/a", "text");
